@@ -1,0 +1,36 @@
+# Well-kept packages of the distribution, wrapped as targets whose headers give no warnings of ours.
+# For Windows the header-only ones are taken from the same packages and GoogleTest is built from its
+# packaged source.
+
+# Headers of /usr/include must not be seen by mingw as a whole, so single folders are linked in.
+function(orlinth_header_package target)
+  add_library(${target} INTERFACE)
+  if(WIN32)
+    set(folder ${CMAKE_BINARY_DIR}/packages/${target})
+    file(MAKE_DIRECTORY ${folder})
+    foreach(header ${ARGN})
+      file(CREATE_LINK /usr/include/${header} ${folder}/${header} SYMBOLIC)
+    endforeach()
+    target_include_directories(${target} SYSTEM INTERFACE ${folder})
+  endif()
+endfunction()
+
+orlinth_header_package(orlinth_boost boost)
+orlinth_header_package(orlinth_cli11 CLI)
+
+if(ORLINTH_TESTS)
+  add_library(orlinth_gtest INTERFACE)
+  if(WIN32)
+    add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
+    target_link_libraries(orlinth_gtest INTERFACE gtest gmock)
+  else()
+    find_package(GTest REQUIRED)
+    target_link_libraries(orlinth_gtest INTERFACE GTest::gtest GTest::gmock)
+    add_library(orlinth_rapidcheck INTERFACE)
+    target_link_libraries(orlinth_rapidcheck INTERFACE rapidcheck)
+  endif()
+endif()
+
+if(ORLINTH_BENCH)
+  find_package(benchmark REQUIRED)
+endif()
