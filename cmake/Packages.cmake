@@ -34,3 +34,15 @@ endif()
 if(ORLINTH_BENCH)
   find_package(benchmark REQUIRED)
 endif()
+
+if(WIN32)
+  # The run-time libraries of mingw beside the programs, so that the folder runs by itself.
+  foreach(dll libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
+    execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${dll}
+                    OUTPUT_VARIABLE found OUTPUT_STRIP_TRAILING_WHITESPACE)
+    if(NOT IS_ABSOLUTE "${found}")
+      set(found /usr/x86_64-w64-mingw32/lib/${dll})
+    endif()
+    file(COPY ${found} DESTINATION ${CMAKE_BINARY_DIR}/bin)
+  endforeach()
+endif()
