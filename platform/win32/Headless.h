@@ -1,0 +1,34 @@
+// What a test or a program can see and settle of the headless Windows interface. Only tests and the
+// embedded host include this; it has no counterpart on Windows.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "windows.h"
+
+namespace headless {
+
+struct MessageBoxCall {
+    HWND owner;
+    std::wstring text;
+    std::wstring title;
+    UINT type;
+};
+
+/// Every box since the start or the last `ForgetCalls`, in order.
+std::vector<MessageBoxCall> MessageBoxes();
+/// The answer of all boxes from now on.
+void AnswerMessageBoxes(int answer);
+
+/// All debug texts since the start or the last `ForgetCalls`, joined.
+std::wstring DebugOutput();
+
+/// Empties the records and sets the answer back to IDOK.
+void ForgetCalls();
+
+/// What GlobalMemoryStatus tells from now on; without a value, the machine's real state again.
+void SetMemoryStatus(const std::optional<MEMORYSTATUS>& status);
+
+}  // namespace headless

@@ -1,0 +1,7 @@
+#include "tam/FrameWindow.h"
+
+namespace TamLib {
+
+CWnd* frameWindow = nullptr;
+
+}  // namespace TamLib

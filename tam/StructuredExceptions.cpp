@@ -1,0 +1,56 @@
+#include <new>
+
+#include <windows.h>
+
+#include "tam/TamExceptions.h"
+
+namespace TamLib {
+namespace {
+
+constexpr const wchar_t* ownSource = L"tam/TamExceptions";
+constexpr std::int32_t winSeLine = 398;
+constexpr std::uint32_t filterCode = 1000;
+
+bool TellsOfStackOverflow(const _EXCEPTION_POINTERS* pointers) {
+    return pointers != nullptr && pointers->ExceptionRecord != nullptr &&
+           pointers->ExceptionRecord->ExceptionCode == 0xC00000FDu;
+}
+
+}  // namespace
+
+bool translatingSeException = false;
+
+TamExpWinSeException::TamExpWinSeException() : TamExpInternal(L"", winSeLine, ownSource) {}
+
+TamExpWinSeException::TamExpWinSeException(std::uint32_t seCode, _EXCEPTION_POINTERS* record)
+    : TamExpInternal(L"", winSeLine, ownSource), code(seCode), pointers(record) {
+    // Intended: the record's code is looked at, since `code` may be that of the filter.
+    if (TellsOfStackOverflow(record)) {
+        OutputDebugStringW(L"!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!\n");
+        OutputDebugStringW(L"EXCEPTION_STACK_OVERFLOW occurred\n");
+        OutputDebugStringW(L"!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!\n");
+    }
+    translatingSeException = false;
+}
+
+TamExpWinSeException::TamExpWinSeException(const TamExpWinSeException& other)
+    : TamExpInternal(L"", winSeLine, ownSource), code(other.code), pointers(other.pointers) {}
+
+void* TamExpWinSeException::GetAddress() const {
+    if (pointers == nullptr || pointers->ExceptionRecord == nullptr) return nullptr;
+    return pointers->ExceptionRecord->ExceptionAddress;
+}
+
+void TranslateSeException(unsigned code, _EXCEPTION_POINTERS* pointers) {
+    if (translatingSeException) return;
+    translatingSeException = true;
+    throw new (std::nothrow) TamExpWinSeException(code, pointers);
+}
+
+long SeExceptionFilter(_EXCEPTION_POINTERS* pointers) {
+    if (translatingSeException) return 0;
+    TranslateSeException(filterCode, pointers);
+    return 0;
+}
+
+}  // namespace TamLib
