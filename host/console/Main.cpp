@@ -1,0 +1,36 @@
+// The entry point of orlinth: arguments as UTF-8 in every build.
+#include <string>
+#include <vector>
+
+#include "host/console/Program.h"
+
+#ifdef _WIN32
+
+#include <windows.h>
+
+namespace {
+
+std::string utf8(const wchar_t* text) {
+    const int size = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
+    std::string result(static_cast<std::size_t>(size), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, text, -1, result.data(), size, nullptr, nullptr);
+    result.pop_back();  // the terminator that was counted
+    return result;
+}
+
+}  // namespace
+
+int wmain(int count, wchar_t** arguments) {
+    std::vector<std::string> texts;
+    for (int i = 1; i < count; ++i) texts.push_back(utf8(arguments[i]));
+    return host::console::runProgram(texts);
+}
+
+#else
+
+int main(int count, char** arguments) {
+    if (count == 0) return host::console::runProgram({});
+    return host::console::runProgram({arguments + 1, arguments + count});
+}
+
+#endif

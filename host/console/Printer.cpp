@@ -1,0 +1,103 @@
+#include "host/console/Printer.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <system_error>
+
+#include "host/console/Options.h"
+
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#include <windows.h>
+#else
+#include <unistd.h>
+#endif
+
+namespace host::console {
+
+namespace {
+
+void carryBytesUnchanged() {
+#ifdef _WIN32
+    _setmode(_fileno(stdin), _O_BINARY);
+    _setmode(_fileno(stdout), _O_BINARY);
+    _setmode(_fileno(stderr), _O_BINARY);
+    SetConsoleOutputCP(CP_UTF8);
+    SetConsoleCP(CP_UTF8);
+#else
+    // Whoever reads our output may leave early; the work goes on and the write just fails.
+    std::signal(SIGPIPE, SIG_IGN);
+#endif
+}
+
+void write(std::FILE* stream, std::string_view text) {
+    std::fwrite(text.data(), 1, text.size(), stream);
+    std::fflush(stream);
+}
+
+}  // namespace
+
+Printer::Printer(const std::filesystem::path& log) : logging_(!log.empty()) {
+    carryBytesUnchanged();
+    if (!logging_) return;
+    log_.open(log, std::ios::binary | std::ios::trunc);
+    if (!log_)
+        throw LogError("the log '" + utf8(log) +
+                       "' can't be written: " + std::generic_category().message(errno));
+}
+
+void Printer::print(std::string_view text) {
+    if (text.empty()) return;
+    write(stdout, text);
+    log(text);
+    atLineStart_ = text.back() == '\n';
+}
+
+void Printer::error(std::string_view sentence) {
+    if (!atLineStart_) print("\n");
+    const std::string line = "orlinth: " + std::string(sentence) + "\n";
+    write(stderr, line);
+    log(line);
+}
+
+void Printer::typed(std::string_view line) {
+    log(std::string(line) + "\n");
+    atLineStart_ = true;
+}
+
+void Printer::log(std::string_view text) {
+    if (!logging_) return;
+    log_.write(text.data(), static_cast<std::streamsize>(text.size()));
+    log_.flush();
+    if (!log_) logComplete_ = false;
+}
+
+#ifdef _WIN32
+namespace {
+
+// Unlike _isatty this says no to NUL, which is a character device without anyone behind it.
+bool isConsole(DWORD stream) {
+    DWORD mode = 0;
+    return GetConsoleMode(GetStdHandle(stream), &mode) != 0;
+}
+
+}  // namespace
+
+bool inputIsTerminal() {
+    return isConsole(STD_INPUT_HANDLE);
+}
+bool outputIsTerminal() {
+    return isConsole(STD_OUTPUT_HANDLE);
+}
+#else
+bool inputIsTerminal() {
+    return isatty(STDIN_FILENO) != 0;
+}
+bool outputIsTerminal() {
+    return isatty(STDOUT_FILENO) != 0;
+}
+#endif
+
+}  // namespace host::console

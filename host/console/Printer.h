@@ -1,0 +1,54 @@
+// Where the program's words go: standard output, standard error, and the log that keeps both.
+//
+// All text is UTF-8 with "\n" line ends in every build. Nothing here throws after construction: a
+// reader of standard output that has gone away does not stop a job whose result goes to a file.
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace host::console {
+
+// The log can't be opened; what() is the whole sentence.
+class LogError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+class Printer {
+  public:
+    // Makes the standard streams carry UTF-8 bytes unchanged. `log` empty: no log is kept. An
+    // existing log is written anew. Throws LogError.
+    explicit Printer(const std::filesystem::path& log);
+
+    // Prompts, answers and what commands say; shown at once.
+    void print(std::string_view text);
+
+    // An error, a whole sentence or several lines; standard error gets it with "orlinth: " before
+    // it and a line end behind. A prompt that stands open on standard output is ended first, so
+    // that a terminal and the log show the error on a line of its own.
+    void error(std::string_view sentence);
+
+    // A typed line, which a terminal shows by itself: only the log gets it, with its line end.
+    void typed(std::string_view line);
+
+    // False once the log could not take everything that was printed.
+    bool logComplete() const { return logComplete_; }
+
+  private:
+    void log(std::string_view text);
+
+    std::ofstream log_;
+    bool logging_ = false;
+    bool logComplete_ = true;
+    bool atLineStart_ = true;
+};
+
+// True when the stream is a terminal, where a person types or reads.
+bool inputIsTerminal();
+bool outputIsTerminal();
+
+}  // namespace host::console
