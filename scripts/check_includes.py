@@ -32,6 +32,9 @@ HOST = {
     "host/console": ["host", "platform", "tam"],
 }
 
+# Single headers of the library that the embedded host may use: inline, without an archive to link.
+HOST_MAY_USE = {"tam/TextCase.h"}
+
 # Headers that the real interfaces have. A stand-in of any other name may not be included by the
 # library or the module, because the real host's build would not find it.
 INTERFACE_HEADERS = set("""
@@ -82,6 +85,8 @@ def problems(path):
         wrong = None
         if folder in LIBRARY:
             wrong = library_problem(relative, folder, angled, quoted)
+        elif folder in HOST and quoted in HOST_MAY_USE:
+            continue
         elif folder in HOST and quoted:
             target = folder_of(Path(quoted)) if "/" in quoted else folder
             if not any(target == f or target.startswith(f + "/") for f in HOST[folder]):
