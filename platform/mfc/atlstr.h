@@ -1,0 +1,4 @@
+// The MFC string under its other header name.
+#pragma once
+
+#include "afxstr.h"
