@@ -1,0 +1,158 @@
+#include "host/dxf/Files.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <optional>
+#include <system_error>
+#include <utility>
+
+#include "host/dxf/SystemFile.h"
+
+namespace host::dxf {
+namespace fs = std::filesystem;
+namespace {
+
+WriteFault armed;
+
+bool faultAt(WriteFault::Step step) {
+    return armed.step == step;
+}
+
+// Names of new files: short, so that they fit where a target's name just fits.
+fs::path temporaryBeside(const fs::path& target) {
+    static std::atomic<unsigned> counter{0};
+    const std::string name = "orlinth-" + std::to_string(SystemFile::processId()) + "-" +
+                             std::to_string(++counter) + ".tmp";
+    return target.parent_path() / name;
+}
+
+}  // namespace
+
+void armWriteFault(WriteFault fault) {
+    armed = fault;
+}
+
+FileBytes readFile(const fs::path& path) {
+    const std::string name = path.u8string();
+    std::error_code status;
+    if (fs::is_directory(path, status)) {
+        throw ReadError(name, std::nullopt, "a DXF drawing", "a folder");
+    }
+    SystemFile file;
+    if (const int error = file.openToRead(path); error != 0) {
+        throw ReadError(name, std::nullopt, "a DXF drawing", SystemFile::message(error));
+    }
+    FileBytes result;
+    std::size_t capacity = static_cast<std::size_t>(file.size()) + 1;
+    result.bytes.reset(new char[capacity]);
+    for (;;) {
+        if (result.size == capacity) {  // grows while it is read, or is no plain file
+            std::unique_ptr<char[]> larger(new char[capacity * 2]);
+            std::copy_n(result.bytes.get(), result.size, larger.get());
+            result.bytes = std::move(larger);
+            capacity *= 2;
+        }
+        std::size_t got = 0;
+        const int error = file.read(result.bytes.get() + result.size, capacity - result.size, got);
+        if (error != 0) {
+            throw ReadError(name, std::nullopt, "a DXF drawing", SystemFile::message(error));
+        }
+        if (got == 0) return result;
+        result.size += got;
+    }
+}
+
+class ReplacingFile::Handle : public SystemFile {};
+
+ReplacingFile::ReplacingFile(fs::path target)
+    : target_(std::move(target)), handle_(std::make_unique<Handle>()) {
+    resolveLinks();
+    checkTarget();
+    create();
+}
+
+ReplacingFile::~ReplacingFile() {
+    discard();
+}
+
+void ReplacingFile::fail(const std::string& what, int error) const {
+    throw WriteError(target_.u8string(), what + ": " + SystemFile::message(error));
+}
+
+void ReplacingFile::resolveLinks() {
+    constexpr int kLongestChain = 40;
+    actual_ = target_;
+    std::error_code status;
+    for (int step = 0; fs::is_symlink(fs::symlink_status(actual_, status)); ++step) {
+        if (step == kLongestChain) {
+            throw WriteError(target_.u8string(), "its symbolic links lead in a circle");
+        }
+        const fs::path next = fs::read_symlink(actual_, status);
+        if (status) throw WriteError(target_.u8string(), "its symbolic link can't be followed");
+        actual_ = next.is_absolute() ? next : actual_.parent_path() / next;
+    }
+}
+
+void ReplacingFile::checkTarget() {
+    if (!actual_.has_filename()) throw WriteError(target_.u8string(), "it names no file");
+    std::error_code status;
+    const fs::file_status target = fs::status(actual_, status);
+    existed_ = fs::exists(target);
+    if (!existed_) return;
+    if (fs::is_directory(target)) throw WriteError(target_.u8string(), "it is a folder");
+    if (!fs::is_regular_file(target)) throw WriteError(target_.u8string(), "it is no plain file");
+    constexpr fs::perms kWrite =
+        fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+    if ((target.permissions() & kWrite) == fs::perms::none) {
+        throw WriteError(target_.u8string(), "it is read-only");
+    }
+    if (const int error = SystemFile::tryWriting(actual_); error != 0) {
+        fail("it can't be opened for writing", error);
+    }
+}
+
+void ReplacingFile::create() {
+    constexpr int kAttempts = 100;
+    int error = faultAt(WriteFault::Step::create) ? SystemFile::kNoSpace : SystemFile::kExists;
+    for (int attempt = 0; error == SystemFile::kExists && attempt < kAttempts; ++attempt) {
+        const fs::path candidate = temporaryBeside(actual_);
+        error = handle_->createNew(candidate);
+        if (error == 0) temporary_ = candidate;
+    }
+    if (error != 0) fail("no new file can be made beside it", error);
+}
+
+void ReplacingFile::write(std::string_view bytes) {
+    if (faultAt(WriteFault::Step::write)) {
+        if (bytes.size() > armed.afterBytes) {
+            handle_->write(bytes.data(), static_cast<std::size_t>(armed.afterBytes));
+            fail("writing failed", SystemFile::kNoSpace);
+        }
+        armed.afterBytes -= bytes.size();
+    }
+    if (const int error = handle_->write(bytes.data(), bytes.size()); error != 0) {
+        fail("writing failed", error);
+    }
+}
+
+void ReplacingFile::commit() {
+    if (existed_) handle_->copyPermissions(actual_);
+    int error = faultAt(WriteFault::Step::flush) ? SystemFile::kNoSpace : handle_->flush();
+    if (error != 0) fail("writing failed", error);
+    error = handle_->close();
+    if (error != 0) fail("writing failed", error);
+    error = faultAt(WriteFault::Step::rename) ? SystemFile::kDenied
+                                              : SystemFile::replace(temporary_, actual_);
+    if (error != 0) fail("the new file can't take its place", error);
+    temporary_.clear();
+}
+
+void ReplacingFile::discard() noexcept {
+    handle_->close();
+    if (temporary_.empty()) return;
+    std::error_code ignored;
+    fs::remove(temporary_, ignored);
+}
+
+}  // namespace host::dxf

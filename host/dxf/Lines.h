@@ -1,0 +1,84 @@
+// Lines of an ASCII drawing and values of a binary one, at the level of bytes.
+#ifndef HOST_DXF_LINES_H
+#define HOST_DXF_LINES_H
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+#include "host/dxf/Codes.h"
+
+namespace host::dxf {
+
+// A line: its text runs to `end`, the next line begins at `next`.
+struct LineSpan {
+    const char* end;
+    const char* next;
+};
+
+// The line that begins at `at`. It ends at a line feed, with returns before it, or at `fileEnd`;
+// with `loneReturns` also at a return alone.
+inline LineSpan lineAt(const char* at, const char* fileEnd, bool loneReturns) {
+    if (at >= fileEnd) return {fileEnd, fileEnd};
+    if (loneReturns) {
+        const char* stop = at;
+        while (stop < fileEnd && *stop != '\r' && *stop != '\n') ++stop;
+        if (stop == fileEnd) return {stop, stop};
+        const bool pair = *stop == '\r' && stop + 1 < fileEnd && stop[1] == '\n';
+        return {stop, stop + (pair ? 2 : 1)};
+    }
+    const auto* feed =
+        static_cast<const char*>(std::memchr(at, '\n', static_cast<std::size_t>(fileEnd - at)));
+    const char* next = feed == nullptr ? fileEnd : feed + 1;
+    const char* end = feed == nullptr ? fileEnd : feed;
+    while (end > at && end[-1] == '\r') --end;
+    return {end, next};
+}
+
+// A little-endian number of `T`'s size.
+template <class T>
+T loadNumber(const char* at) {
+    static_assert(sizeof(T) <= 8);
+    T number;
+    std::memcpy(&number, at, sizeof(T));
+    return number;
+}
+
+// Whether a byte above 7F is among `value`.
+inline bool hasHighBytes(std::string_view value) {
+    std::uint64_t seen = 0;
+    std::size_t at = 0;
+    for (; at + 8 <= value.size(); at += 8) seen |= loadNumber<std::uint64_t>(value.data() + at);
+    seen &= 0x8080808080808080ULL;
+    for (; at < value.size(); ++at) seen |= static_cast<unsigned char>(value[at]) & 0x80U;
+    return seen != 0;
+}
+
+// Bytes that a binary value of `type` takes, where the type alone decides it; 0 for texts, handles
+// and chunks.
+constexpr std::size_t fixedSize(ValueType type) {
+    switch (type) {
+        case ValueType::real:
+        case ValueType::int64:
+            return 8;
+        case ValueType::int32:
+            return 4;
+        case ValueType::int16:
+            return 2;
+        case ValueType::boolean:
+            return 1;
+        default:
+            return 0;
+    }
+}
+
+// The code that 1-byte-code files put before a code of two bytes.
+constexpr int kWideCodeFollows = 255;
+
+constexpr char kSentinel[] = "AutoCAD Binary DXF\r\n\x1a";  // with its closing NUL
+constexpr std::size_t kSentinelSize = sizeof(kSentinel);
+
+}  // namespace host::dxf
+
+#endif
