@@ -62,6 +62,7 @@ void ForgetCalls() {
     record.boxes.clear();
     record.debug.clear();
     record.answer = IDOK;
+    ForgetFocusCalls();
 }
 
 }  // namespace headless

@@ -25,6 +25,15 @@ void AnswerMessageBoxes(int answer);
 /// All debug texts since the start or the last `ForgetCalls`, joined.
 std::wstring DebugOutput();
 
+/// The windows that were given the focus since the start or the last `ForgetFocusCalls` or
+/// `ForgetCalls`, in order.
+std::vector<HWND> FocusCalls();
+
+void ForgetFocusCalls();
+
+/// Gives a module a string resource; an empty text takes it away.
+void SetStringResource(HINSTANCE module, UINT id, const std::wstring& text);
+
 /// Empties the records and sets the answer back to IDOK.
 void ForgetCalls();
 

@@ -18,11 +18,14 @@
 #define ERROR_DISK_FULL 112u
 #define ERROR_INSUFFICIENT_BUFFER 122u
 #define ERROR_INVALID_NAME 123u
+#define ERROR_MOD_NOT_FOUND 126u
 #define ERROR_DIR_NOT_EMPTY 145u
 #define ERROR_ALREADY_EXISTS 183u
 #define ERROR_MORE_DATA 234u
 #define ERROR_NO_MORE_ITEMS 259u
 #define ERROR_MR_MID_NOT_FOUND 317u
+#define ERROR_INVALID_WINDOW_HANDLE 1400u
+#define ERROR_CANNOT_FIND_WND_CLASS 1407u
 
 /// The last error of the calling thread; 0 at its start.
 DWORD GetLastError();
@@ -67,3 +70,15 @@ void GlobalMemoryStatus(MEMORYSTATUS* status);
 
 /// Text for a debugger. It goes to the record of `Headless.h`.
 void OutputDebugStringW(LPCWSTR text);
+
+#define DLL_PROCESS_DETACH 0u
+#define DLL_PROCESS_ATTACH 1u
+#define DLL_THREAD_ATTACH 2u
+#define DLL_THREAD_DETACH 3u
+
+#define GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT 0x2u
+#define GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS 0x4u
+
+/// The module that an address lies in: its place in memory. Only the form with both flags is known;
+/// any other, and an address of no module, gives FALSE (last error 87 or 126) and null.
+BOOL GetModuleHandleExW(DWORD flags, LPCWSTR addressOrName, HMODULE* module);

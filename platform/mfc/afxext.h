@@ -1,0 +1,4 @@
+// The framework's extensions, extension modules among them.
+#pragma once
+
+#include <afxwin.h>
