@@ -39,8 +39,8 @@ cmake --build --preset "$build"
 
 display=""
 if [ "$build" = windows ]; then
-    display="xvfb-run -a -s '-screen 0 1024x768x32'"
-    scripts/wine-run wineboot -i >/dev/null 2>&1 || true
+    display="xvfb-run -a -s '-screen 0 1024x768x24'"
+    eval "$display" scripts/wine-run wineboot -i >/dev/null 2>&1 || true
 fi
 export ASAN_OPTIONS="${ASAN_OPTIONS:-detect_leaks=1:strict_string_checks=1}"
 export UBSAN_OPTIONS="${UBSAN_OPTIONS:-print_stacktrace=1}"

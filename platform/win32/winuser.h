@@ -27,6 +27,8 @@ int MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR title, UINT type);
 
 #define WS_OVERLAPPEDWINDOW 0x00CF0000u
 #define WS_POPUP 0x80000000u
+#define WS_CHILD 0x40000000u
+#define WS_VISIBLE 0x10000000u
 
 /// Makes a window that is never shown. `className` has to be given: null
 /// or an empty name is refused (null, last error 1407). The other arguments are accepted.

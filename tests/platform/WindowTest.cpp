@@ -70,9 +70,16 @@ TEST(CWnd, CreateOfAnUnknownClassFails) {
     EXPECT_EQ(window.m_hWnd, nullptr);
 }
 
+// Children of one window: giving the focus to another top-level window activates that one first,
+// which moves the focus already.
 TEST(CWnd, SetFocusGivesTheWindowThatHadIt) {
-    Window first;
-    Window second;
+    Window frame;
+    CWnd first;
+    CWnd second;
+    for (CWnd* child : {&first, &second}) {
+        ASSERT_TRUE(child->CreateEx(0, L"STATIC", L"child", WS_CHILD | WS_VISIBLE, 0, 0, 5, 5,
+                                    frame.m_hWnd, nullptr));
+    }
     first.SetFocus();
     EXPECT_EQ(CWnd::GetFocus(), &first);
     EXPECT_EQ(second.SetFocus(), &first);
