@@ -1,0 +1,7 @@
+// Arrays of object ids.
+#pragma once
+
+#include <acarray.h>
+#include <dbid.h>
+
+using AcDbObjectIdArray = AcArray<AcDbObjectId>;
