@@ -1,0 +1,69 @@
+// The two ends of a session: where replies come from and where words go. The program and tests
+// implement them.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace host::editor {
+
+// What a prompt wants.
+struct Request {
+    // word: a blank ends the reply, as it ends most; text: blanks belong to it, only the line's end
+    // ends it; command: a word at the prompt for commands.
+    enum class Kind { command, word, text };
+    Kind kind = Kind::word;
+    std::wstring prompt;                    // as it was shown, for an editor that has to redraw it
+    std::vector<std::wstring> completions;  // what makes sense here; may be empty
+};
+
+// One reply.
+struct Reply {
+    // text: what was typed, empty for a bare Enter; lisp: a whole expression that begins with "(";
+    // cancel: Escape or Ctrl-C; end: there will be no further reply.
+    enum class Kind { text, lisp, cancel, end };
+    Kind kind = Kind::end;
+    std::wstring text;
+    std::wstring where;  // "RUN.scr, line 3"; empty when a person types
+};
+
+// Replies. Never waits when nobody can answer: that is `end`.
+class Input {
+  public:
+    virtual ~Input() = default;
+    virtual Reply next(const Request& request) = 0;
+    // Gives up the rest. A script is stopped so when a command did not get what it asked for,
+    // because the answers that follow would be taken for others.
+    virtual void stop() = 0;
+    // False for a person, who sees what went wrong and answers again.
+    virtual bool stopsWhenOutOfStep() const = 0;
+    // True when `next` would answer without asking anybody.
+    virtual bool pending() const = 0;
+};
+
+// A running meter; `from` .. `to` with the position between.
+struct Meter {
+    std::wstring label;
+    int from = 0;
+    int to = 0;
+    int position = 0;
+};
+
+// Words. Texts end with "\n" where a line ends, nothing is added.
+class Output {
+  public:
+    virtual ~Output() = default;
+    virtual void print(std::wstring_view text) = 0;
+    // A prompt; the reply to it is asked for next.
+    virtual void prompt(std::wstring_view text) = 0;
+    // The reply that was given, without a line end. A terminal shows typed ones by itself; others
+    // are shown and their line ended.
+    virtual void reply(const Reply& reply) = 0;
+    // What went wrong, as one sentence without a line end.
+    virtual void error(std::wstring_view sentence) = 0;
+    // A meter appears, moves, or (null) goes.
+    virtual void meter(const Meter* meter) { static_cast<void>(meter); }
+};
+
+}  // namespace host::editor

@@ -1,0 +1,170 @@
+// The running host: one drawing, the command line, the loaded modules. Everything that a module
+// reaches through the interface's functions belongs to the session that lives.
+//
+// A session runs on one thread. Texts are wide. Nothing it says ever waits for a key.
+#pragma once
+
+#include <dbid.h>
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/editor/Console.h"
+
+class AcDbDatabase;
+
+namespace host::editor {
+
+// A prompt that a command has shown, and what it got.
+struct PromptRecord {
+    enum class Kind { entity, selection, point, text, keyword };
+    Kind kind = Kind::text;
+    int code = 0;                        // RTNORM, RTCAN, RTNONE, RTERROR ...
+    std::wstring reply;                  // the text given; for a selection nothing
+    std::vector<AcDbObjectId> entities;  // the picked entity, or the selection
+};
+
+// How a command went.
+struct CommandResult {
+    enum class End {
+        done,           // returned, every prompt answered
+        cancelled,      // returned after a prompt was cancelled or a pick or selection got nothing
+        inputEnded,     // returned after the input ended inside one of its prompts
+        exceptionLeft,  // an exception left it; what it changed was rolled back
+        unknown,        // there is no such command
+        failed,         // a command of the host could not do it, and said so
+    };
+    End end = End::done;
+    std::wstring name;       // the global name, or what was typed when there is no such command
+    std::wstring where;      // where a script called it; empty for a person
+    std::wstring exception;  // class, message, line and source name, as the reporter tells them
+    std::vector<PromptRecord> prompts;
+    std::vector<std::string> leaks;  // what the command left open
+    // Whether the input is stopped (Input::stop) because its next answers would be out of step.
+    // Preset for inputs that want it, with every end but done and exceptionLeft; a listener may
+    // change it.
+    bool stopInput = false;
+};
+
+// A module that can't be loaded; what() (UTF-8) says which file and why.
+class ModuleError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+// Thrown by commands of the host for what can't be done; the sentence goes to Output::error.
+class CommandFailure : public std::runtime_error {
+  public:
+    explicit CommandFailure(std::wstring sentence);
+    const std::wstring& sentence() const { return sentence_; }
+
+  private:
+    std::wstring sentence_;
+};
+
+class Session {
+  public:
+    // The session uses `input` and `output` for its whole life; both belong to the caller. There is
+    // one session at a time: a second one throws std::logic_error.
+    Session(Input& input, Output& output);
+    // Unloads the modules, in reverse order, and closes the drawing unsaved.
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    // The living session, or null.
+    static Session* current();
+
+    // --- the drawing ---------------------------------------------------------------------------
+
+    // Opens a drawing in place of the one that is open, which is closed unsaved. Throws
+    // dxf::ReadError; the drawing that was open stays then.
+    void openDrawing(const std::filesystem::path& path);
+    // The same for a drawing that is in memory already.
+    void useDrawing(std::unique_ptr<AcDbDatabase> drawing);
+    void closeDrawing();
+    // Null when no drawing is open.
+    AcDbDatabase* drawing() const;
+
+    // --- modules -------------------------------------------------------------------------------
+
+    // Loads a module: both exports are checked, kInitAppMsg sent, then kLoadDwgMsg when a drawing
+    // is open. Loading it again does nothing. Throws ModuleError; nothing stays loaded then.
+    void loadModule(const std::filesystem::path& path);
+    // Sends kUnloadDwgMsg (with a drawing open) and kUnloadAppMsg and unloads. Throws ModuleError
+    // when it is not loaded or has not been unlocked.
+    void unloadModule(const std::filesystem::path& path);
+    std::vector<std::filesystem::path> modules() const;
+
+    // --- commands ------------------------------------------------------------------------------
+
+    struct HostCommand {
+        std::wstring name;  // in capitals
+        std::vector<std::wstring> aliases;
+        std::wstring help;  // one line
+        // Whether what it does can be undone in one step. Without, no undo step is made, as for U
+        // and QSAVE.
+        bool undoable = false;
+        std::function<void(Session&)> run;  // throws CommandFailure for what can't be done
+    };
+    // Host commands are found before those of modules. A name that is taken throws
+    // std::logic_error.
+    void addHostCommand(HostCommand command);
+    const std::vector<HostCommand>& hostCommands() const;
+    // Names of all commands, the modules' included, sorted; for HELP and completion.
+    std::vector<std::wstring> commandNames() const;
+
+    // Runs one command by name; `_`, `.` and `'` in front are passed over, case is ignored. One
+    // undo step. Exceptions that leave the command are caught by the outermost call: the changes
+    // are rolled back, and the result tells the exception in the reporter's words.
+    CommandResult runCommand(std::wstring_view name);
+
+    // Reads commands from the input until it ends or quit() is called. An empty reply repeats the
+    // last command, an expression is evaluated and its value shown. Listeners hear of each command.
+    void run();
+    // Ends run() when the running command has returned.
+    void quit();
+    bool quitting() const;
+
+    // What the listener is told when a command has ended, before the next reply is read.
+    void onCommandEnded(std::function<void(CommandResult&)> listener);
+
+    // Puts the exception that is being handled into words; called inside a catch block. Without
+    // one, what() of a standard exception or "an exception of an unknown class" is told.
+    void setExceptionReporter(std::function<std::wstring()> reporter);
+
+    // Answers come from `text` first, until it ends; then from the input again. A script that is
+    // running already is stopped. All commands of the script are one undo step together, each one
+    // still a step inside of it.
+    void runScript(std::wstring text, std::wstring name);
+
+    // --- prompts of host commands --------------------------------------------------------------
+
+    // One reply; throws Cancelled when it is cancelled or the input has ended, which a command lets
+    // pass. `text` replies may hold blanks.
+    class Cancelled {};
+    std::wstring askWord(std::wstring_view prompt, std::vector<std::wstring> completions = {});
+    std::wstring askText(std::wstring_view prompt);
+
+    void print(std::wstring_view text);
+    void error(std::wstring_view sentence);
+
+    // --- undo ----------------------------------------------------------------------------------
+
+    // Takes back, or does again, up to `steps` commands and gives how many it was.
+    int undo(int steps = 1);
+    int redo(int steps = 1);
+
+    class Implementation;
+    Implementation& implementation() const { return *implementation_; }
+
+  private:
+    std::unique_ptr<Implementation> implementation_;
+};
+
+}  // namespace host::editor
