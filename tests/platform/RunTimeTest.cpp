@@ -29,7 +29,6 @@ TEST(RunTime, NarrowComparisonsIgnoreTheCaseOfAscii) {
     EXPECT_EQ(_stricmp("Katu", "kATU"), 0);
     EXPECT_EQ(_strnicmp("katuA", "KATUB", 4), 0);
     EXPECT_EQ(Sign(_strnicmp("katuA", "KATUB", 5)), -1);
-    EXPECT_EQ(Sign(_stricmp("a", "\xE4")), -1);  // bytes are unsigned
 }
 
 TEST(RunTime, NumbersAreReadFromTheStartOfAText) {
