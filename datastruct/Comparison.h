@@ -1,0 +1,64 @@
+// The three forms in which the sorting routines take a comparison of elements: a function, the
+// bytes of the elements, or an object. Each is called with two elements and gives a number that is
+// negative, 0 or positive as the first comes before, equals or comes after the second. A comparison
+// has to be pure and to call an element equal to itself.
+#pragma once
+
+#include <cstdint>
+#include <type_traits>
+
+#include "datastruct/Bytes.h"
+
+namespace TamLib {
+
+/// The comparison as an object.
+template <class T>
+class Comparator {
+  public:
+    virtual std::int32_t operator()(const T* first, const T* second) const = 0;
+
+  protected:
+    Comparator() = default;
+    Comparator(const Comparator&) = default;
+    Comparator& operator=(const Comparator&) = default;
+    ~Comparator() = default;
+};
+
+/// A comparison function in the form of an object.
+template <class T>
+class FunctionComparator final : public Comparator<T> {
+  public:
+    using Function = std::int32_t (*)(const T*, const T*);
+
+    explicit FunctionComparator(Function compared) : function(compared) {}
+    std::int32_t operator()(const T* first, const T* second) const override {
+        return function(first, second);
+    }
+
+  private:
+    Function function;
+};
+
+/// The bytes of two elements, without a sign: -1, 0 or 1.
+template <class T>
+std::int32_t CompareElementBytes(const T* first, const T* second) {
+    return CompareBytes(first, second, sizeof(T));
+}
+
+/// CompareElementBytes in the form of an object.
+template <class T>
+struct ByteComparison {
+    std::int32_t operator()(const T* first, const T* second) const {
+        return CompareElementBytes(first, second);
+    }
+};
+
+namespace detail {
+
+/// The comparison C is a function rather than an object.
+template <class C>
+constexpr bool isFunction = std::is_function_v<C> ||
+                            (std::is_pointer_v<C> && std::is_function_v<std::remove_pointer_t<C>>);
+
+}  // namespace detail
+}  // namespace TamLib
