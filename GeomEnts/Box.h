@@ -124,9 +124,6 @@ struct Box {
     StringBase<wchar_t> ToString(const wchar_t* format = nullptr) const;
     // "(%f,%f)-(%f,%f)", or `format` when not null, with xMin, yMin, xMax, yMax.
     StringBase<wchar_t> ToString2d(const wchar_t* format = nullptr) const;
-
-    // Draws the four plan edges at z = 0.
-    void Draw(int colour) const;
 };
 
 static_assert(sizeof(Box) == 24, "the size of one point");

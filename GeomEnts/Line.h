@@ -160,12 +160,14 @@ class Line {
     // `touch`; without it an end lying on the other segment counts as a crossing, save that the
     // upper end of a vertical line lying on the other segment gives 0. `result` gets x and y; its z
     // stays, and with 0 x and y may be anything.
-    //   - A line whose ends are within 1e-8 in x is vertical. Vertical pairs: see the tests for
-    //   what
-    //     overlapping ones give; intended to depend on which is asked.
+    //   - A line whose ends are within 1e-8 in x is vertical. From its upper end a ray goes down
+    //     (`IsBelow`); it meets the other line at y. A crossing when y lies above the lower end or
+    //     within 1e-8 of it. With `touch`: a touch within 0.0001 of either end, or when the upper
+    //     end lies on the other line. Intended: when the line asked is the vertical one, an end of
+    //     the other line within 0.0001 of it is a touch as well, and of two vertical lines only the
+    //     upper end of the one asked counts, so that the roles are not alike.
     //   - With `touch`, each end within 0.0001 of the other segment is a touch at that end, tried
-    //   in
-    //     the order other's start, other's end, start, end, ahead of any slope.
+    //     ahead of any slope in the order other's start, other's end, start, end.
     //   - Slopes that differ by at least 1e-8 cross where the crossing lies in all four spans,
     //     inclusive.
     //   - Parallel lines meet when their x spans overlap and their intercepts differ by less than
@@ -191,15 +193,6 @@ class Line {
     // The same on a file of that path, opened in mode "wb" or "rb" and closed; -1 when it can't be.
     int Write(const wchar_t* path) const;
     int Read(const wchar_t* path);
-
-    // --- Screen.
-
-    // Draws with `acedGrDraw`. `width` 0: once. Otherwise copies side by side, one pixel apart,
-    // from -width / 2 to width / 2 (integer halves) along the plan normal (dy, -dx); a line without
-    // plan length has no normal.
-    void Draw(int colour, int highlight = 0, int width = 0) const;
-    // A copy extended by `extension` at both ends is drawn with highlight, then this line without.
-    void DrawExtended(int colour, double extension) const;
 };
 
 static_assert(sizeof(Line) == 64, "arrays of lines and files rely on the layout");

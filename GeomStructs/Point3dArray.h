@@ -11,8 +11,6 @@
 #include "GeomEnts/Point3d.h"
 #include "datastruct/Array.h"
 
-class AcGePoint3dArray;
-
 namespace TamLib {
 
 template <class T>
@@ -23,12 +21,12 @@ class Point3dArrayBase : public Array<T> {
     std::int32_t hasBounds = 0;  // the two corners hold a box
     T offset;                    // output adds it to every point; the geometric queries ignore it
 
-    // Empty; growth is the larger of `capacity` and 5, capacity 0 allocates nothing.
-    explicit Point3dArrayBase(int capacity = 0) : Array<T>(0) {
+    // Empty; growth is the larger of `initialCapacity` and 5, and 0 allocates nothing.
+    explicit Point3dArrayBase(int initialCapacity = 0) : Array<T>(0) {
         this->bitwise = true;
         this->compare = &T::CompareArray;
-        this->increment = static_cast<std::uint32_t>(std::max(capacity, 5));
-        if (capacity > 0) this->Resize(static_cast<std::uint32_t>(capacity));
+        this->increment = static_cast<std::uint32_t>(std::max(initialCapacity, 5));
+        if (initialCapacity > 0) this->Resize(static_cast<std::uint32_t>(initialCapacity));
     }
     // Copies take the elements and settings as `Array` does, then the box, `hasBounds` and
     // `offset`.
@@ -57,10 +55,6 @@ class Point3dArrayBase : public Array<T> {
     // ones keep their order. The array is not `sorted` afterwards.
     void SortByDistance(const T& point);
 
-    // A new array of the host holding copies; the caller owns it. Throws `TamExpAcad` with
-    // "Allocation of AcGePoint3dArray failed".
-    AcGePoint3dArray* ToAcGePoint3dArray() const;
-
   private:
     int FindSorted(const T& point) const;
     int FindNearest(const T& point) const;
@@ -82,15 +76,18 @@ int Point3dArrayBase<T>::FindPoint(const T& point, bool approximate) const {
 
 template <class T>
 int Point3dArrayBase<T>::FindSorted(const T& point) const {
-    const T* const end = this->data + this->count;
+    const T* const begin = this->data;
+    const T* const end = begin + this->count;
     const T* const position = std::lower_bound(
-        this->data, end, point,
+        begin, end, point,
         [this](const T& element, const T& value) { return this->compare(&element, &value) < 0; });
-    const auto near = [&point](const T& element) { return std::fabs(element.x - point.x) < 1e-6; };
-    for (const T* p = position; p != end && near(*p); ++p)
-        if (this->compare(&point, p) == 0) return static_cast<int>(p - this->data);
-    for (const T* p = position; p != this->data && near(p[-1]); --p)
-        if (this->compare(&point, p - 1) == 0) return static_cast<int>(p - 1 - this->data);
+    const auto alongside = [&point](const T& element) {
+        return std::fabs(element.x - point.x) < 1e-6;
+    };
+    for (const T* p = position; p != end && alongside(*p); ++p)
+        if (this->compare(&point, p) == 0) return static_cast<int>(p - begin);
+    for (const T* p = position; p != begin && alongside(p[-1]); --p)
+        if (this->compare(&point, p - 1) == 0) return static_cast<int>(p - 1 - begin);
     return -1;
 }
 

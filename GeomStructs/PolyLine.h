@@ -17,8 +17,8 @@ namespace TamLib {
 
 class PolyLine : public Point3dArrayBase<Point3d> {
   public:
-    // Empty. Growth is the larger of `capacity` and 5; capacity 0 allocates nothing.
-    explicit PolyLine(int capacity = 10);
+    // Empty. Growth is the larger of `initialCapacity` and 5; 0 allocates nothing.
+    explicit PolyLine(int initialCapacity = 10);
     // The points of an array, with its settings and growth, as `Array` assignment copies them.
     explicit PolyLine(const Array<Point3d>& points);
     // The plan corners of a box: upper left, upper right, lower right, lower left, at the mean of
@@ -45,20 +45,16 @@ class PolyLine : public Point3dArrayBase<Point3d> {
 
     // Appends a copy of the first vertex unless the last one equals it. Nothing when empty.
     virtual void Close();
-    // Appends the vertices of a drawing entity to those already there (a region replaces everything
-    // here). By class, tried in this order; the first two and the region must be exactly of that
-    // class, the others may be derived:
-    //   AcDb3dPolyline, AcDb2dPolyline  the vertices in world coordinates but for spline control
-    //   points
-    //                                   (type 1); of the 2D form z is the polyline's elevation
-    //                                   before the transformation. One that can't be opened is
-    //                                   passed over.
-    //   AcDbPolyline                    the vertices; bulges are ignored, arcs become their chords
+    // Appends the vertices of a drawing entity to those already there. By class, tried in this
+    // order; the first two and the region must be exactly of that class, the others may be derived:
+    //   AcDb3dPolyline, AcDb2dPolyline  the vertices in world coordinates, but for spline control
+    //                                   points (type 1); of the 2D form z is the polyline's
+    //                                   elevation before the transformation. A vertex that can't
+    //                                   be opened is passed over.
+    //   AcDbPolyline                    the vertices; arcs become their chords
     //   AcDbLine                        both ends
-    //   AcDbPoint, AcDbBlockReference   the position twice, a polyline without length
-    //   AcDbRegion                      its first outer outline; outlines are not read yet, nothing
-    //   is
-    //                                   appended
+    //   AcDbPoint, AcDbBlockReference   the position twice: a polyline without length
+    //   AcDbRegion                      nothing: outlines are not read yet
     //   any other                       nothing
     // A closed entity's first vertex is appended again unless the last equals it.
     // `disposal` says what becomes of the entity then: 0 it stays open, 1 it is closed, 2 erased
@@ -119,9 +115,8 @@ class PolyLine : public Point3dArrayBase<Point3d> {
     //   fraction below 0     the first vertex; segment 0 at 0.0
     //   fraction above 1.0   the last vertex; the last segment at 1.0
     //   else                 target = length * fraction. The walk stops at the first vertex whose
-    //   sum is above
-    //                        target, or at the last one; the segment is the one that ends there,
-    //                        and the point is placed from its end backwards.
+    //                        sum is above target, or at the last one; the segment is the one that
+    //                        ends there, and the point is placed from its end backwards.
     // On a segment shorter than 0.0001 the way back is used undivided as parameter, intended;
     // `segmentFraction` is divided all the same and is NaN on a segment without length.
     void PointAtFraction(Point3d* result, double fraction, int* segment = nullptr,
@@ -163,8 +158,7 @@ class PolyLine : public Point3dArrayBase<Point3d> {
     //    0   read and shown in colour 6, or 2 when its own is 6
     //   -1   cancelled (RTCAN)
     //   -2   any other answer than an entity
-    //   -3   the pick can't be read as a line: no id, not to be opened, a class not accepted, or an
-    //   entity
+    //   -3   the pick can't be read as a line: no id, not to be opened, of a class not accepted, or
     //        not read yet (see `IsUnread`); it is closed and unchanged
     // `pickPoint` gets the point of the pick whatever the answer; `id` is stored before opening,
     // `layer` (a text that the caller frees) and `colour` when accepted, and `segment`, the segment
