@@ -5,7 +5,11 @@
 
 #include <afxwin.h>
 
+namespace afx_raw_start {
+
 // 101 is the first priority that a program may use; static constructors without one come last.
-__attribute__((constructor(101))) static void AfxRawStart() {
+__attribute__((constructor(101))) inline void OnLoad() {
     AfxMoveListsAside();
 }
+
+}  // namespace afx_raw_start

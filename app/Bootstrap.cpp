@@ -1,0 +1,1 @@
+// Keeps the target buildable until its first source stands here.

@@ -1,3 +1,0 @@
-#include "ModuleState.h"
-
-HINSTANCE moduleHandle = nullptr;
