@@ -128,7 +128,8 @@ class Line {
     // The closest approach by clamped parameters (D. Eberly, "Robust Computation of Distance
     // Between Line Segments"; the form with numerators and denominators is D. Sunday's). 1e-7 is
     // the determinant below which lines count as parallel, and the numerator below which a
-    // parameter is 0.
+    // parameter is 0. Intended: an `other` without length is measured from this line's start; a
+    // line without length is measured to all of `other`.
     double SegmentDistance(const Line& other, Point3d* pointHere, Point3d* pointThere) const;
 
     // --- Plan tests.

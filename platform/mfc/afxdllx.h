@@ -5,11 +5,7 @@
 
 #include <afxwin.h>
 
-namespace afx_raw_start {
-
 // 101 is the first priority that a program may use; static constructors without one come last.
-__attribute__((constructor(101))) inline void OnLoad() {
+__attribute__((constructor(101))) static void AfxRawStart() {
     AfxMoveListsAside();
 }
-
-}  // namespace afx_raw_start

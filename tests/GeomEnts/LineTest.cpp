@@ -411,6 +411,16 @@ TEST(LineDistance, SegmentsWithoutLengthOrParallel) {
     ExpectPoint({13, 4, 0}, b);
 }
 
+TEST(LineDistance, ToASegmentWithoutLengthItIsMeasuredFromTheStart) {
+    const Line line({0, 0, 0}, {10, 0, 0}), point({5, 3, 0}, {5, 3, 0});
+    Point3d a, b;
+    EXPECT_EQ(std::sqrt(34.0), line.SegmentDistance(point, &a, &b));
+    ExpectPoint({0, 0, 0}, a);
+    // Asked of the one without length, the whole other line counts.
+    EXPECT_EQ(3.0, point.SegmentDistance(line, &a, &b));
+    ExpectPoint({5, 0, 0}, b);
+}
+
 TEST(LineDistance, SegmentDistanceAgreesWithSampling) {
     std::mt19937 random(99);
     std::uniform_real_distribution<double> place(-10, 10);
@@ -421,7 +431,9 @@ TEST(LineDistance, SegmentDistanceAgreesWithSampling) {
             if (i % 2 == 0) return Point3d(place(random), place(random), place(random));
             return Point3d(grid(random), grid(random), grid(random));
         };
-        const Line here(point(), point()), there(point(), point());
+        const Line here(point(), point());
+        Line there(point(), point());
+        if (there.Length() == 0) there.SetEnd(there.Start() + Point3d(1, 2, 1));
         Point3d a, b;
         const double distance = here.SegmentDistance(there, &a, &b);
         EXPECT_DOUBLE_EQ(distance, Distance(a, b));

@@ -1,0 +1,3 @@
+#include "ModuleState.h"
+
+HINSTANCE moduleHandle = nullptr;
