@@ -66,10 +66,14 @@ class BinaryScanner {
         return takeText(code, type, at, value);
     }
 
+    static std::string count(std::size_t bytes) {
+        return std::to_string(bytes) + (bytes == 1 ? " byte" : " bytes");
+    }
+
     void need(const char* at, std::size_t bytes, const std::string& what) const {
         if (left(at) >= bytes) return;
-        builder_.fail(place(at), what + " of " + std::to_string(bytes) + " bytes",
-                      "the end of the file after " + std::to_string(left(at)));
+        builder_.fail(place(at), what + " of " + count(bytes),
+                      "the end of the file after " + count(left(at)));
     }
 
     int takeCode(const char* at, const char*& value) const {
@@ -105,13 +109,12 @@ class BinaryScanner {
     }
 
     const char* takeChunk(int code, const char* at, const char* value) {
-        need(value, 1, "the length of a chunk");
+        if (value == end_) {
+            builder_.fail(place(value), "the length of a chunk", "the end of the file");
+        }
         const auto length = static_cast<unsigned char>(*value);
         ++value;
-        if (left(value) < length) {
-            builder_.fail(place(value), "a chunk of " + std::to_string(length) + " bytes",
-                          "the end of the file after " + std::to_string(left(value)));
-        }
+        need(value, length, "a chunk");
         if (announced_) builder_.checkAnnouncedLength(*announced_);
         announced_.reset();
         builder_.group(code, {value, length}, offset(at));

@@ -1,11 +1,11 @@
 #include "host/dxf/Document.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 #include "host/dxf/Files.h"
 #include "host/dxf/Index.h"
+#include "host/dxf/Lines.h"
 
 namespace host::dxf {
 
@@ -18,7 +18,7 @@ std::shared_ptr<const Document> Document::open(const std::filesystem::path& path
 }
 
 std::shared_ptr<const Document> Document::fromBytes(std::string bytes, std::string name) {
-    auto storage = std::make_unique<char[]>(bytes.size() + 1);
+    auto storage = std::make_unique<char[]>(bytes.size() + kPadding);
     std::copy(bytes.begin(), bytes.end(), storage.get());
     const std::string_view view(storage.get(), bytes.size());
     return std::make_shared<const Document>(Private(), std::move(name), std::move(storage), view,

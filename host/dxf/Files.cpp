@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cerrno>
 #include <optional>
 #include <system_error>
 #include <utility>
 
+#include "host/dxf/Lines.h"
 #include "host/dxf/SystemFile.h"
 
 namespace host::dxf {
@@ -45,10 +45,10 @@ FileBytes readFile(const fs::path& path) {
     }
     FileBytes result;
     std::size_t capacity = static_cast<std::size_t>(file.size()) + 1;
-    result.bytes.reset(new char[capacity]);
+    result.bytes.reset(new char[capacity + kPadding]);
     for (;;) {
         if (result.size == capacity) {  // grows while it is read, or is no plain file
-            std::unique_ptr<char[]> larger(new char[capacity * 2]);
+            std::unique_ptr<char[]> larger(new char[capacity * 2 + kPadding]);
             std::copy_n(result.bytes.get(), result.size, larger.get());
             result.bytes = std::move(larger);
             capacity *= 2;
@@ -58,7 +58,10 @@ FileBytes readFile(const fs::path& path) {
         if (error != 0) {
             throw ReadError(name, std::nullopt, "a DXF drawing", SystemFile::message(error));
         }
-        if (got == 0) return result;
+        if (got == 0) {
+            std::fill_n(result.bytes.get() + result.size, kPadding, '\0');
+            return result;
+        }
         result.size += got;
     }
 }

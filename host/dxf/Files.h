@@ -18,9 +18,9 @@ struct FileBytes {
     std::size_t size = 0;
 };
 
-// All bytes of the file at `path`. Raises ReadError, without a place, when it can't be had. The
-// file is copied rather than mapped: a mapped one can't be replaced under Windows, and kills the
-// program when somebody cuts it meanwhile.
+// All bytes of the file at `path`, followed by kPadding (Lines.h) bytes of 0. Raises ReadError,
+// without a place, when it can't be had. The file is copied rather than mapped: a mapped one can't
+// be replaced under Windows, and kills the program when somebody cuts it meanwhile.
 FileBytes readFile(const std::filesystem::path& path);
 
 // A file under way that takes the place of another only when it is complete.

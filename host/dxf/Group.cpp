@@ -57,6 +57,12 @@ Group parseGroup(const char* at, const char* end, Form form) {
                        : parseAscii(at, end, form.loneReturns);
 }
 
+int hexDigit(char c) {
+    if (c >= '0' && c <= '9') return c - '0';
+    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+    return c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
+}
+
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
@@ -113,9 +119,11 @@ std::optional<std::uint64_t> parseHandle(std::string_view text) {
     text = trimmed(text);
     if (text.empty() || text.size() > 16) return std::nullopt;
     std::uint64_t value = 0;
-    const char* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, value, 16);
-    if (stop != end || error != std::errc()) return std::nullopt;
+    for (const char c : text) {
+        const int digit = hexDigit(c);
+        if (digit < 0) return std::nullopt;
+        value = value * 16 + static_cast<unsigned>(digit);
+    }
     return value;
 }
 

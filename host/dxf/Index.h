@@ -54,7 +54,8 @@ struct Index {
     GroupRange recordGroups(std::string_view file, RecordIndex record) const;
 };
 
-// Reads `bytes`. Raises ReadError, with `name` as the file.
+// Reads `bytes`, which are followed by kPadding bytes of 0. Raises ReadError, with `name` as the
+// file.
 Index buildIndex(std::string_view bytes, const std::string& name, const Progress& progress);
 
 // The groups of variable `name` in `groups`, those of a HEADER section's record.

@@ -10,7 +10,6 @@ namespace host::dxf {
 namespace {
 
 constexpr std::uint64_t kReportEvery = 4U << 20;
-constexpr const char* kBlanks = " \t\r\n\v\f\x1a";  // text files of old end in a control-Z
 
 struct SectionName {
     std::string_view name;
@@ -58,11 +57,12 @@ bool isBare(std::string_view type) {
     return type == "ENDTAB";
 }
 
-bool isBlank(std::string_view bytes) {
-    return bytes.find_first_not_of(std::string_view(kBlanks, 8)) == std::string_view::npos;
-}
-
 }  // namespace
+
+bool isBlank(std::string_view bytes) {
+    constexpr std::string_view kBlanks(" \t\r\n\0\x1a", 6);
+    return bytes.find_first_not_of(kBlanks) == std::string_view::npos;
+}
 
 IndexBuilder::IndexBuilder(std::string_view bytes, const std::string& name,
                            const Progress& progress)
@@ -126,6 +126,7 @@ void IndexBuilder::pushRecord(std::uint64_t offset) {
 void IndexBuilder::startRecord(std::string_view value, std::uint64_t offset) {
     closeRecord(offset);
     const std::string_view type = trimmed(value);
+    if (expectName_) find(codePosition(offset), "the section above has no name (group 2)");
     expectName_ = false;
     handleDue_ = false;
     wantedHandle_ = kNoHandle;
@@ -169,7 +170,7 @@ void IndexBuilder::startSection(std::string_view type) {
 void IndexBuilder::nameSection(int code, std::string_view value) {
     expectName_ = false;
     if (code != 2) {
-        find(codePosition(valueOffset_), "the section has no name (group 2)");
+        find(codePosition(valueOffset_), "the section above has no name (group 2)");
         return;
     }
     section_ = sectionNamed(trimmed(value));
@@ -208,6 +209,7 @@ void IndexBuilder::readHeader(std::uint64_t end) {
     const GroupRange page = findVariable(groups, "$DWGCODEPAGE", index_.form);
     const Position where = recordPosition(header);
     if (!version.empty()) {
+        sawRelease_ = true;
         const std::string_view name = trimmed(version.begin()->bytes());
         index_.release = releaseNamed(name);
         if (index_.release == Release::unknown) {
@@ -275,7 +277,7 @@ void IndexBuilder::finish(std::uint64_t groupsEnd) {
     closeRecord(groupsEnd);
     if (!sawHeader_) {
         find(codePosition(groupsEnd), "the drawing has no HEADER section");
-    } else if (index_.release == Release::unknown) {
+    } else if (!sawRelease_) {
         find(codePosition(groupsEnd), "the drawing does not say its release ($ACADVER)");
     }
     if (!ended_) {

@@ -13,6 +13,7 @@ namespace host::dxf {
 
 class IndexBuilder {
   public:
+    // `bytes` are followed by kPadding bytes of 0.
     IndexBuilder(std::string_view bytes, const std::string& name, const Progress& progress);
 
     // Takes the next group: its code, its value undecoded, the offset of its first byte.
@@ -95,9 +96,14 @@ class IndexBuilder {
     bool handleDue_ = false;  // the open record should have a handle, if the release has them
     bool ended_ = false;
     bool sawHeader_ = false;
+    bool sawRelease_ = false;
     bool toldOutside_ = false;
     bool toldEncoding_ = false;
 };
+
+// Whether nothing but blanks, line ends, NULs and control-Z, in which text files of old end, is
+// left.
+bool isBlank(std::string_view bytes);
 
 // The readers of the two forms: give all groups of the builder's bytes to it, check their layout.
 void scanAscii(IndexBuilder& builder);

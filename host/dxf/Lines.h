@@ -45,6 +45,36 @@ T loadNumber(const char* at) {
     return number;
 }
 
+// The index of the lowest byte of `mask` that is not 0, where bytes are 0 or 80 and one is not 0.
+inline std::size_t lowestByte(std::uint64_t mask) {
+#if defined(__GNUC__)
+    return static_cast<std::size_t>(__builtin_ctzll(mask)) / 8;
+#else
+    std::size_t index = 0;
+    for (; (mask & 0x80) == 0; mask >>= 8) ++index;
+    return index;
+#endif
+}
+
+// Bytes behind a drawing's last that may be read, all of them 0. They let the scanner look at eight
+// bytes at a time.
+constexpr std::size_t kPadding = 16;
+
+// A mask with 80 in each byte of `word` that is no decimal digit, 0 in the others.
+constexpr std::uint64_t nonDigits(std::uint64_t word) {
+    const std::uint64_t value = word ^ 0x3030303030303030ULL;
+    return (((value & 0x7F7F7F7F7F7F7F7FULL) + 0x7676767676767676ULL) | value) &
+           0x8080808080808080ULL;
+}
+
+// The first byte from `at` on that is no decimal digit; `at` is followed by padding.
+inline const char* skipDigits(const char* at) {
+    for (;; at += 8) {
+        const std::uint64_t mask = nonDigits(loadNumber<std::uint64_t>(at));
+        if (mask != 0) return at + lowestByte(mask);
+    }
+}
+
 // Whether a byte above 7F is among `value`.
 inline bool hasHighBytes(std::string_view value) {
     std::uint64_t seen = 0;
