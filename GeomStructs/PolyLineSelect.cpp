@@ -1,0 +1,112 @@
+// PolyLine picked by the user.
+#include <acdbads.h>
+#include <acedads.h>
+#include <afxwin.h>
+#include <dbmain.h>
+
+#include "GeomStructs/EntityArcs.h"
+#include "GeomStructs/PolyLine.h"
+#include "datastruct/String.h"
+#include "tam/FrameWindow.h"
+
+namespace TamLib {
+namespace {
+
+// What the caller of a pick wants to know, and how the entity is to be read.
+struct Wanted {
+    int* segment;
+    bool consume;
+    const wchar_t** layer;
+    int* colour;
+    bool sampleCurves;
+    double step;
+};
+
+// The entity with that id, open, when it can be read as a line; otherwise null and closed.
+AcDbEntity* OpenLine(AcDbObjectId id, AcDb::OpenMode mode, bool sampleCurves) {
+    AcDbObject* object = nullptr;
+    if (acdbOpenAcDbObject(object, id, mode, false) != Acad::eOk) return nullptr;
+    AcDbEntity* const entity = AcDbEntity::cast(object);
+    if (PolyLine::IsAcceptedEntity(entity, true, true, false) && !IsUnread(entity, sampleCurves))
+        return entity;
+    object->close();
+    return nullptr;
+}
+
+// Reads an accepted open entity into `line`, disposes of it and shows the line.
+void Read(PolyLine& line, AcDbEntity* entity, const Point3d& pick, const Wanted& wanted) {
+    if (wanted.layer != nullptr) *wanted.layer = entity->layer();
+    const int colour = entity->colorIndex();
+    if (wanted.colour != nullptr) *wanted.colour = colour;
+    const int disposal = wanted.consume ? 2 : 1;
+    if (wanted.sampleCurves) {
+        line.FromCurve(entity, disposal, wanted.step, true);
+    } else {
+        line.FromEntity(entity, disposal);
+    }
+    line.Draw(colour == 6 ? 2 : 6);
+    if (wanted.segment != nullptr) *wanted.segment = line.NearestSegment(pick);
+}
+
+// The id of a member of a selection set; null when there is none to be had.
+AcDbObjectId MemberOf(const ads_name set, Adesk::Int32 index) {
+    ads_name name = {};
+    AcDbObjectId id;
+    if (acedSSName(set, index, name) != RTNORM) return {};
+    if (acdbGetObjectId(id, name) != Acad::eOk) return {};
+    return id;
+}
+
+// The first member of a selection set that can be read as a line, open for write, with its id in
+// `id`; null when there is none.
+AcDbEntity* OpenFirstLine(const ads_name set, bool sampleCurves, AcDbObjectId& id) {
+    Adesk::Int32 length = 0;
+    if (acedSSLength(set, &length) != RTNORM) return nullptr;
+    for (Adesk::Int32 i = 0; i < length; ++i) {
+        id = MemberOf(set, i);
+        if (id.isNull()) continue;
+        AcDbEntity* const entity = OpenLine(id, AcDb::kForWrite, sampleCurves);
+        if (entity != nullptr) return entity;
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+int PolyLine::Select(Point3d* pickPoint, int* segment, bool consume, const wchar_t** layer,
+                     int* colour, AcDbObjectId* id, const wchar_t* prompt, bool sampleCurves) {
+    Clear();
+    if (frameWindow != nullptr) frameWindow->SetFocus();
+    StringBase<wchar_t> text;
+    text.Format(prompt != nullptr ? prompt : L"Select polyline: ", L"");
+    ads_name name = {};
+    Point3d pick;
+    const int result = acedEntSel(text.Data(), name, &pick.x);
+    if (pickPoint != nullptr) *pickPoint = pick;
+    if (result == RTCAN) return -1;
+    if (result != RTNORM) return -2;
+    AcDbObjectId picked;
+    if (acdbGetObjectId(picked, name) != Acad::eOk || picked.isNull()) return -3;
+    if (id != nullptr) *id = picked;
+    AcDbEntity* const entity =
+        OpenLine(picked, consume ? AcDb::kForWrite : AcDb::kForRead, sampleCurves);
+    if (entity == nullptr) return -3;
+    Read(*this, entity, pick, {segment, consume, layer, colour, sampleCurves, 0.05});
+    return 0;
+}
+
+int PolyLine::SelectAtPoint(const Point3d& point, int* segment, bool consume, const wchar_t** layer,
+                            int* colour, AcDbObjectId* id, bool sampleCurves) {
+    Clear();
+    ads_name set = {};
+    if (acedSSGet(nullptr, &point.x, nullptr, nullptr, set) != RTNORM) return -1;
+    AcDbObjectId found;
+    AcDbEntity* const entity = OpenFirstLine(set, sampleCurves, found);
+    acedSSFree(set);
+    if (entity == nullptr) return -3;
+    Read(*this, entity, point, {segment, consume, layer, colour, sampleCurves, 0.1});
+    if (id != nullptr) *id = found;
+    return 0;
+}
+
+}  // namespace TamLib
