@@ -104,6 +104,12 @@ class Editor {
   private:
     void takeRecord(RecordIndex record, const std::vector<GroupEdit>& edits,
                     std::vector<Patch>& all) {
+        if (std::any_of(edits.begin(), edits.end(), removes)) {
+            if (edits.size() > 1) refuse(edits.front(), "its record is removed");
+            const std::string_view raw = document_.raw(record);
+            all.push_back({offset(raw.data()), offset(raw.data()) + raw.size(), {}});
+            return;
+        }
         const GroupRange range = document_.groups(record);
         groups_.assign(range.begin(), range.end());
         const std::size_t first = all.size();
@@ -124,6 +130,10 @@ class Editor {
         }
         std::stable_sort(all.begin() + static_cast<std::ptrdiff_t>(first), all.end(),
                          [](const Patch& a, const Patch& b) { return a.begin < b.begin; });
+    }
+
+    static bool removes(const GroupEdit& edit) {
+        return edit.kind == GroupEdit::Kind::removeRecord;
     }
 
     std::size_t offset(const char* at) const {

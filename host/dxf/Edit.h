@@ -1,4 +1,5 @@
-// Edits of a drawing: groups replaced or inserted, everything else kept byte for byte.
+// Edits of a drawing: groups replaced or inserted, records removed, everything else kept byte for
+// byte.
 //
 // A document never changes; edits stand beside it and are put in when it is saved. What is written
 // follows the file:
@@ -28,8 +29,9 @@ namespace host::dxf {
 
 struct GroupEdit {
     enum class Kind : std::uint8_t {
-        replace,     // the value of group `index`, whose code is `code`
-        insertAfter  // a new group `code` behind group `index`; several there stand in edit order
+        replace,      // the value of group `index`, whose code is `code`
+        insertAfter,  // a new group `code` behind group `index`; several there stand in edit order
+        removeRecord  // the whole record, as its only edit; index, code and value mean nothing
     };
     using Value = std::variant<double, std::int64_t, std::wstring>;
 
@@ -45,7 +47,8 @@ using Changes = std::map<RecordIndex, std::vector<GroupEdit>>;
 // The bytes of the drawing with `changes` put in. Raises std::invalid_argument for edits that can't
 // be: a record or group that is not there, a replacement whose code is another than the group's or
 // comes twice, a value that is not of the code's type, not finite, out of the binary form's range,
-// or a text with a line end or NUL in it, chunks, group 0 inserted.
+// or a text with a line end or NUL in it, chunks, group 0 inserted, a record
+// removed that has other edits too.
 std::string apply(const Document& document, const Changes& changes);
 
 // Writes the drawing with `changes` put in to `target`: to a new file beside it, flushed, then

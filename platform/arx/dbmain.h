@@ -87,6 +87,8 @@ class AcDbDatabase : public AcRxObject {
     AcDbImpDatabase* impl() const { return m_impl; }
 
   private:
+    friend class AcDbImpDatabase;
+
     AcDbImpDatabase* m_impl;
 };
 

@@ -1,1 +1,0 @@
-// Keeps the target buildable until its first source stands here.

@@ -1,0 +1,148 @@
+#include "host/database/Undo.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "host/database/DatabaseImp.h"
+#include "host/database/ObjectImp.h"
+
+namespace host::database {
+
+std::vector<UndoLog::Step>& UndoLog::level() {
+    return open_.empty() ? done_ : open_.back().steps;
+}
+
+const std::vector<UndoLog::Step>& UndoLog::level() const {
+    return open_.empty() ? done_ : open_.back().steps;
+}
+
+// Ends the group of changes that were made outside of any.
+void UndoLog::closeLoose() {
+    if (!done_.empty()) done_.back().closed = true;
+}
+
+void UndoLog::beginGroup(std::wstring name) {
+    closeLoose();
+    open_.emplace_back();
+    open_.back().name = std::move(name);
+    open_.back().serial = ++lastSerial_;
+}
+
+void UndoLog::endGroup() {
+    if (open_.empty()) return;
+    Step group = std::move(open_.back());
+    open_.pop_back();
+    level().push_back(std::move(group));
+}
+
+void UndoLog::rollback() {
+    if (open_.empty()) return;
+    Step group = std::move(open_.back());
+    open_.pop_back();
+    exchange(group, true);
+    undone_.clear();
+}
+
+// Exchanges what the step holds with what the objects are now, so that the step can be taken back.
+void UndoLog::exchange(Step& step, bool backwards) {
+    if (step.fields == nullptr) {
+        const std::size_t count = step.steps.size();
+        for (std::size_t i = 0; i < count; ++i) {
+            exchange(step.steps[backwards ? count - 1 - i : i], backwards);
+        }
+        return;
+    }
+    AcDbObject* object = database_.object(step.object);
+    if (object == nullptr) return;
+    AcDbImpObject& imp = *object->impl();
+    database_.noteChange(*object);
+    step.fields = imp.exchangeFields(std::move(step.fields));
+    const bool erased = imp.isErased();
+    imp.setErased(step.erased);
+    step.erased = erased;
+}
+
+bool UndoLog::undo() {
+    std::vector<Step>& steps = level();
+    // Inside a group single changes are no steps; only groups that ended in it are.
+    if (steps.empty() || steps.back().fields != nullptr) return false;
+    Step step = std::move(steps.back());
+    steps.pop_back();
+    exchange(step, true);
+    step.closed = true;
+    undone_.push_back(std::move(step));
+    return true;
+}
+
+bool UndoLog::redo() {
+    if (undone_.empty()) return false;
+    Step step = std::move(undone_.back());
+    undone_.pop_back();
+    exchange(step, false);
+    level().push_back(std::move(step));
+    return true;
+}
+
+std::size_t UndoLog::undoSteps() const {
+    const auto& steps = level();
+    const auto change = std::find_if(steps.rbegin(), steps.rend(),
+                                     [](const Step& step) { return step.fields != nullptr; });
+    return static_cast<std::size_t>(change - steps.rbegin());
+}
+
+std::wstring UndoLog::undoName() const {
+    return undoSteps() == 0 ? std::wstring() : level().back().name;
+}
+
+std::wstring UndoLog::redoName() const {
+    return undone_.empty() ? std::wstring() : undone_.back().name;
+}
+
+// The group that a change belongs to: the innermost open one, or a loose one outside of any.
+UndoLog::Step& UndoLog::currentGroup() {
+    if (!open_.empty()) return open_.back();
+    if (done_.empty() || done_.back().closed) {
+        done_.emplace_back();
+        done_.back().closed = false;
+        done_.back().serial = ++lastSerial_;
+    }
+    return done_.back();
+}
+
+void UndoLog::aboutToChange(AcDbObject& object) {
+    undone_.clear();
+    Step& group = currentGroup();
+    if (object.impl()->notedBy() == group.serial) return;
+    object.impl()->setNotedBy(group.serial);
+    Step step;
+    step.object = AcDbImpDatabase::numberOf(object.objectId());
+    step.fields = object.impl()->fields().clone();
+    step.erased = object.impl()->isErased();
+    group.steps.push_back(std::move(step));
+}
+
+void beginGroup(AcDbDatabase& database, std::wstring name) {
+    undoLog(database).beginGroup(std::move(name));
+}
+
+void endGroup(AcDbDatabase& database) {
+    undoLog(database).endGroup();
+}
+
+void rollback(AcDbDatabase& database) {
+    undoLog(database).rollback();
+}
+
+bool undo(AcDbDatabase& database) {
+    return undoLog(database).undo();
+}
+
+bool redo(AcDbDatabase& database) {
+    return undoLog(database).redo();
+}
+
+UndoLog& undoLog(AcDbDatabase& database) {
+    return database.impl()->undoLog();
+}
+
+}  // namespace host::database
