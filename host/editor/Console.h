@@ -2,6 +2,7 @@
 // implement them.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,7 +26,9 @@ struct Reply {
     enum class Kind { text, lisp, cancel, end };
     Kind kind = Kind::end;
     std::wstring text;
-    std::wstring where;  // "RUN.scr, line 3"; empty when a person types
+    std::wstring where;      // "RUN.scr, line 3"; empty when a person types
+    std::size_t line = 0;    // of the reply's first character, from 1; 0 when a person types
+    std::size_t column = 0;  // from 1
 };
 
 // Replies. Never waits when nobody can answer: that is `end`.

@@ -15,8 +15,6 @@ using ads_real = double;
 using ads_point = ads_real[3];
 using ads_name = std::int64_t[2];
 
-enum { X = 0, Y = 1, Z = 2 };
-
 struct ads_binary {
     short clen;
     char* buf;
@@ -58,7 +56,7 @@ inline bool ads_name_equal(const ads_name a, const ads_name b) {
     return a[0] == b[0] && a[1] == b[1];
 }
 inline void ads_point_set(const ads_point from, ads_point to) {
-    to[X] = from[X];
-    to[Y] = from[Y];
-    to[Z] = from[Z];
+    to[0] = from[0];
+    to[1] = from[1];
+    to[2] = from[2];
 }

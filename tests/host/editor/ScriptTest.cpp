@@ -1,0 +1,130 @@
+#include "host/editor/Script.h"
+
+#include <gtest/gtest.h>
+
+#include "host/editor/Words.h"
+
+using namespace host::editor;
+
+namespace {
+
+// The replies of a script, each in brackets, expressions in braces; `text` asks for free text
+// throughout.
+std::wstring replies(const std::wstring& script, Request::Kind kind = Request::Kind::word) {
+    ScriptInput input(script, L"RUN.scr");
+    std::wstring all;
+    for (Reply reply = input.next({kind, {}, {}}); reply.kind != Reply::Kind::end;
+         reply = input.next({kind, {}, {}})) {
+        const bool lisp = reply.kind == Reply::Kind::lisp;
+        all += (lisp ? L"{" : L"[") + reply.text + (lisp ? L"}" : L"]");
+    }
+    return all;
+}
+
+}  // namespace
+
+TEST(Script, BlanksAndLineEndsAreEnter) {
+    EXPECT_EQ(replies(L"LINE 0,0 1,1\n\n"), L"[LINE][0,0][1,1][]");
+    EXPECT_EQ(replies(L"A  B\n"), L"[A][][B]");
+    EXPECT_EQ(replies(L"A\tB\n"), L"[A][B]");
+}
+
+TEST(Script, ABlankBeforeTheLineEndIsOneEnterMore) {
+    EXPECT_EQ(replies(L"ALL \nk\n"), L"[ALL][][k]");
+}
+
+TEST(Script, ALastLineWithoutItsEndCounts) {
+    EXPECT_EQ(replies(L"ALL\nk"), L"[ALL][k]");
+    EXPECT_EQ(replies(L"ALL\n\n"), L"[ALL][]");
+    EXPECT_EQ(replies(L""), L"");
+}
+
+TEST(Script, ReturnsBeforeLineEndsAreNoReply) {
+    EXPECT_EQ(replies(L"ALL\r\n\r\nk\r\n"), L"[ALL][][k]");
+}
+
+TEST(Script, ALineThatBeginsWithASemicolonIsAComment) {
+    EXPECT_EQ(replies(L"; what it does\nALL\n;\n; end"), L"[ALL]");
+    EXPECT_EQ(replies(L"A ;b\n"), L"[A][;b]");
+    EXPECT_EQ(replies(L" ;b\n"), L"[][;b]");
+}
+
+TEST(Script, QuotesKeepBlanksAndGo) {
+    EXPECT_EQ(replies(L"OPEN \"my house.dxf\" x\n"), L"[OPEN][my house.dxf][x]");
+    EXPECT_EQ(replies(L"\"a b\"c d\n"), L"[a bc][d]");
+    EXPECT_EQ(replies(L"\"open end\n"), L"[open end]");
+    EXPECT_EQ(replies(L"\"\"\n"), L"[]");
+    EXPECT_EQ(replies(L"a\"b c\"\n"), L"[a\"b][c\"]");
+}
+
+TEST(Script, FreeTextIsTheRestOfTheLineAsItStands) {
+    EXPECT_EQ(replies(L"Vanha tie 7  \n(note) \"x\"\n", Request::Kind::text),
+              L"[Vanha tie 7  ][(note) \"x\"]");
+    ScriptInput input(L"TEXT 1,2 two words\n", L"s");
+    EXPECT_EQ(input.next({}).text, L"TEXT");
+    EXPECT_EQ(input.next({}).text, L"1,2");
+    EXPECT_EQ(input.next({Request::Kind::text, {}, {}}).text, L"two words");
+}
+
+TEST(Script, AnExpressionRunsUntilItBalances) {
+    EXPECT_EQ(replies(L"(handent \"2F\")\nALL\n"), L"{(handent \"2F\")}[ALL]");
+    EXPECT_EQ(replies(L"(setq a\n  (list 1 2)\n)\nk\n"), L"{(setq a\n  (list 1 2)\n)}[k]");
+    EXPECT_EQ(replies(L"(a) (b)(c)\n"), L"{(a)}{(b)}{(c)}");
+    EXPECT_EQ(replies(L"(a)k\n"), L"{(a)}[k]");
+    EXPECT_EQ(replies(L"(a) \n"), L"{(a)}[]");
+}
+
+TEST(Script, ParenthesesInTextsAndCommentsDoNotCount) {
+    EXPECT_EQ(replies(L"(princ \") \\\" )\")\nk\n"), L"{(princ \") \\\" )\")}[k]");
+    EXPECT_EQ(replies(L"(a ; )\n)\nk\n"), L"{(a ; )\n)}[k]");
+    EXPECT_EQ(replies(L"(a ;| ) \n ) |; )\nk\n"), L"{(a ;| ) \n ) |; )}[k]");
+    EXPECT_EQ(replies(L"(a \"two\nlines)\" )\nk\n"), L"{(a \"two\nlines)\" )}[k]");
+}
+
+TEST(Script, AnExpressionWithoutItsEndIsGivenAsItStands) {
+    EXPECT_EQ(replies(L"(a (b)\nk\n"), L"{(a (b)\nk}");
+}
+
+TEST(Script, RepliesTellWhereTheyStand) {
+    ScriptInput input(L"; one\nA B\n(x\n)\nC", L"RUN.scr");
+    EXPECT_EQ(input.next({}).where, L"RUN.scr, line 2");
+    const Reply second = input.next({});
+    EXPECT_EQ(second.where, L"RUN.scr, line 2");
+    EXPECT_EQ(second.column, 3u);
+    EXPECT_EQ(input.next({}).where, L"RUN.scr, line 3");
+    EXPECT_EQ(input.next({}).where, L"RUN.scr, line 5");
+}
+
+TEST(Script, StoppingDropsTheRestAndNothingIsPendingThen) {
+    ScriptInput input(L"A B\nC\n", L"s");
+    input.next({});
+    EXPECT_TRUE(input.pending());
+    input.stop();
+    EXPECT_FALSE(input.pending());
+    EXPECT_EQ(input.next({}).kind, Reply::Kind::end);
+    EXPECT_EQ(input.next({}).kind, Reply::Kind::end);
+}
+
+TEST(Script, ACancelledContinuationCancelsTheExpression) {
+    int lines = 0;
+    ReplyReader reader([&lines](const Request*, bool continuing) -> ReplyReader::Line {
+        EXPECT_EQ(continuing, lines == 1);
+        return lines++ == 0 ? ReplyReader::Line{ReplyReader::Line::Kind::text, L"(a"}
+                            : ReplyReader::Line{ReplyReader::Line::Kind::cancel, {}};
+    });
+    EXPECT_EQ(reader.next({}).kind, Reply::Kind::cancel);
+    EXPECT_FALSE(reader.pending());
+}
+
+TEST(Script, EncodingsAreToldApart) {
+    const std::wstring text = L"käännä";
+    EXPECT_EQ(decodeScript(toUtf8(text)), text);
+    EXPECT_EQ(decodeScript("\xEF\xBB\xBF" + toUtf8(text)), text);
+    EXPECT_EQ(decodeScript("k\xE4\xE4nn\xE4"), text);
+    EXPECT_EQ(decodeScript(std::string("\xFF\xFEk\0\xE4\0", 6)), L"kä");
+    EXPECT_EQ(decodeScript(std::string("\xFE\xFF\0k\0\xE4", 6)), L"kä");
+    EXPECT_EQ(decodeScript("\x80"), L"€");
+    EXPECT_EQ(decodeScript(""), L"");
+    // Not an escape of drawings: a folder may be called so.
+    EXPECT_EQ(decodeScript("C:\\U+00E4"), L"C:\\U+00E4");
+}
