@@ -131,7 +131,12 @@ class Session {
     void quit();
     bool quitting() const;
 
-    // What the listener is told when a command has ended, before the next reply is read.
+    // Asks the running command to stop: acedUsrBrk answers 1 until the next command begins. May be
+    // called from a signal handler.
+    void interrupt();
+
+    // What the listener is told when a command has ended, before the next reply is read. Without a
+    // listener the session itself says what went wrong.
     void onCommandEnded(std::function<void(CommandResult&)> listener);
 
     // Puts the exception that is being handled into words; called inside a catch block. Without

@@ -1,0 +1,141 @@
+// The command line of a session: showing prompts, taking replies, expressions among them.
+#include <algorithm>
+
+#include "host/database/Undo.h"
+#include "host/editor/SessionState.h"
+#include "host/editor/Words.h"
+
+namespace host::editor {
+
+using State = Session::Implementation;
+
+namespace {
+
+// "!name" stands for the value of a LISP symbol.
+bool isSymbolReply(const Reply& reply) {
+    return reply.kind == Reply::Kind::text && reply.text.size() > 1 && reply.text.front() == L'!';
+}
+
+}  // namespace
+
+void State::print(std::wstring_view text) {
+    if (text.empty()) return;
+    // Texts begin with the line end that a typed reply lacks on the screens they were written for.
+    if (freshLine_ && text.front() == L'\n') text.remove_prefix(1);
+    freshLine_ = false;
+    if (!text.empty()) output_.print(text);
+}
+
+void State::error(std::wstring_view sentence) {
+    output_.error(sentence);
+    freshLine_ = true;
+}
+
+void State::showPrompt(std::wstring_view prompt) {
+    if (freshLine_ && !prompt.empty() && prompt.front() == L'\n') prompt.remove_prefix(1);
+    freshLine_ = false;
+    if (!prompt.empty()) output_.prompt(prompt);
+}
+
+Input& State::source() {
+    if (ahead_ != nullptr && ahead_->pending()) return *ahead_;
+    if (script_ != nullptr && script_->pending()) return *script_;
+    return input_;
+}
+
+// A person answers what stands on the screen. For other inputs the prompt is shown together with
+// the reply, so that none is left hanging where a script ends.
+Reply State::fetch(const Request& request) {
+    bool shown = false;
+    while (true) {
+        Input& from = source();
+        if (!shown && !from.stopsWhenOutOfStep()) {
+            showPrompt(request.prompt);
+            shown = true;
+        }
+        Reply reply = from.next(request);
+        const bool ended = reply.kind == Reply::Kind::end;
+        if (ended && &from != &input_) continue;
+        const bool commandsAreOver = ended && request.kind == Request::Kind::command;
+        if (!shown && !commandsAreOver) {
+            showPrompt(request.prompt);
+            shown = true;
+        }
+        if (ended && shown) output_.print(L"\n");
+        return reply;
+    }
+}
+
+Answer State::ask(Request request) {
+    if (inputEnded_) return {};
+    const Reply reply = fetch(request);
+    freshLine_ = true;
+    if (reply.kind == Reply::Kind::end) {
+        inputEnded_ = true;
+        return {};
+    }
+    output_.reply(reply);
+    if (reply.kind == Reply::Kind::cancel) return {Answer::Kind::cancel, {}, {}, {}};
+    if (request.kind != Request::Kind::text &&
+        (reply.kind == Reply::Kind::lisp || isSymbolReply(reply))) {
+        return evaluated(reply);
+    }
+    return {Answer::Kind::text, reply.text, {}, reply.where};
+}
+
+Answer State::askWord(std::wstring_view prompt, std::vector<std::wstring> completions) {
+    return ask({Request::Kind::word, std::wstring(prompt), std::move(completions)});
+}
+
+Answer State::evaluated(const Reply& reply) {
+    Answer answer{Answer::Kind::value, reply.text, {}, reply.where};
+    try {
+        if (reply.kind == Reply::Kind::lisp) {
+            const lisp::Position start{std::max<std::size_t>(reply.line, 1),
+                                       std::max<std::size_t>(reply.column, 1)};
+            answer.value = lisp.evaluate(reply.text, start);
+        } else {
+            answer.value = lisp.variable(reply.text.substr(1));
+        }
+    } catch (const lisp::Error& failure) {
+        // "RUN.scr, line 3" is where the expression begins; the place told is inside of it.
+        const std::size_t comma = reply.where.rfind(L", line ");
+        const std::wstring file =
+            comma == std::wstring::npos ? L"" : reply.where.substr(0, comma) + L", ";
+        error(L"LISP: " + failure.sentence() + L" (" + file + L"line " +
+              std::to_wstring(failure.where().line) + L", column " +
+              std::to_wstring(failure.where().column) + L")");
+        answer.kind = Answer::Kind::failed;
+    }
+    return answer;
+}
+
+void State::record(PromptRecord record) {
+    if (running_ != nullptr) running_->prompts.push_back(std::move(record));
+}
+
+void State::sendString(std::wstring text) {
+    sent_.push_back(std::move(text));
+}
+
+bool State::inputPending() const {
+    return !sent_.empty() || (ahead_ != nullptr && ahead_->pending()) ||
+           (script_ != nullptr && script_->pending()) || input_.pending();
+}
+
+void State::startScript(std::wstring text, std::wstring name) {
+    endScript();
+    script_ = std::make_unique<ScriptInput>(std::move(text), std::move(name));
+    if (drawing_ != nullptr) {
+        database::beginGroup(*drawing_, L"SCRIPT");
+        scriptGroupIsOpen_ = true;
+    }
+}
+
+void State::endScript() {
+    if (scriptGroupIsOpen_) database::endGroup(*drawing_);
+    scriptGroupIsOpen_ = false;
+    script_.reset();
+}
+
+}  // namespace host::editor

@@ -1,0 +1,77 @@
+#include "host/editor/Drawn.h"
+
+#include <dbmain.h>
+
+#include "host/database/Drawing.h"
+#include "host/editor/EntityFigure.h"
+
+namespace host::editor {
+
+namespace {
+
+using Ids = std::vector<AcDbObjectId>;
+
+}  // namespace
+
+Ids Drawn::entities() const {
+    return database::modelSpaceIds(drawing_);
+}
+
+Ids Drawn::selectable(std::size_t& locked) const {
+    locked = 0;
+    Ids free;
+    for (const AcDbObjectId id : entities()) {
+        const database::LayerState layer = database::layerState(id);
+        if (layer.locked && !layer.frozen) ++locked;
+        if (!layer.locked && !layer.frozen) free.push_back(id);
+    }
+    return free;
+}
+
+Ids Drawn::visibleWhere(const PlanBox& reach,
+                        const std::function<bool(const PlanFigure&)>& test) const {
+    Ids found;
+    for (const AcDbObjectId id : entities()) {
+        const PlanBox box = planBox(id);
+        if (box.empty() || !box.overlaps(reach) || !database::isVisible(id)) continue;
+        if (test(planFigure(id))) found.push_back(id);
+    }
+    return found;
+}
+
+AcDbObjectId Drawn::topmostAt(const PlanPoint& point, double reach) const {
+    const PlanBox square{{point.x - reach, point.y - reach}, {point.x + reach, point.y + reach}};
+    const Ids all = entities();
+    for (auto id = all.rbegin(); id != all.rend(); ++id) {
+        const PlanBox box = planBox(*id);
+        if (box.empty() || !box.overlaps(square) || !database::isVisible(*id)) continue;
+        if (planFigure(*id).crosses(square)) return *id;
+    }
+    return {};
+}
+
+AcDbObjectId Drawn::last() const {
+    const Ids all = entities();
+    for (auto id = all.rbegin(); id != all.rend(); ++id) {
+        if (database::isVisible(*id)) return *id;
+    }
+    return {};
+}
+
+PlanBox Drawn::extents() const {
+    PlanBox all;
+    for (const AcDbObjectId id : entities()) {
+        const PlanBox box = planBox(id);
+        if (box.empty()) continue;
+        all.add(box.min);
+        all.add(box.max);
+    }
+    return all;
+}
+
+bool isLivingEntity(AcDbObjectId id) {
+    const AcRxClass* type = id.objectClass();
+    return type != nullptr && type->isDerivedFrom(AcDbEntity::desc()) && !id.isErased();
+}
+
+}  // namespace host::editor

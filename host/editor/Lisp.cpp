@@ -1,0 +1,164 @@
+#include "host/editor/Lisp.h"
+
+#include <utility>
+
+#include "host/database/Fault.h"
+#include "host/editor/Words.h"
+
+namespace host::editor::lisp {
+
+namespace {
+
+const char* const ordinals[] = {"first", "second", "third", "fourth", "fifth"};
+
+std::wstring ordinal(std::size_t index) {
+    return fromUtf8(ordinals[index < 4 ? index : 4]);
+}
+
+// "ssget takes 1 to 4 arguments, not 0"
+std::wstring countSentence(std::wstring_view name, const Function& function, std::size_t given) {
+    std::wstring wanted = std::to_wstring(function.least);
+    if (function.most != function.least) wanted += L" to " + std::to_wstring(function.most);
+    const bool one = function.most == 1;
+    return std::wstring(name) + L" takes " + wanted +
+           (one ? L" argument, not " : L" arguments, not ") + std::to_wstring(given);
+}
+
+}  // namespace
+
+void Call::fail(const std::wstring& sentence) const {
+    throw Error(sentence, where);
+}
+
+const Value& Call::any(std::size_t index) const {
+    if (!has(index)) fail(std::wstring(function) + L" lacks its " + ordinal(index) + L" argument");
+    return arguments[index];
+}
+
+const std::wstring& Call::text(std::size_t index) const {
+    const auto* value = std::get_if<std::wstring>(&any(index));
+    if (value == nullptr) {
+        fail(std::wstring(function) + L" takes a text as its " + ordinal(index) +
+             L" argument, not " + lisp::text(any(index), true));
+    }
+    return *value;
+}
+
+std::int32_t Call::whole(std::size_t index) const {
+    const auto* value = std::get_if<std::int32_t>(&any(index));
+    if (value == nullptr) {
+        fail(std::wstring(function) + L" takes a whole number as its " + ordinal(index) +
+             L" argument, not " + lisp::text(any(index), true));
+    }
+    return *value;
+}
+
+AcDbObjectId Call::entity(std::size_t index) const {
+    const auto* value = std::get_if<AcDbObjectId>(&any(index));
+    if (value == nullptr) {
+        fail(std::wstring(function) + L" takes an entity as its " + ordinal(index) +
+             L" argument, not " + lisp::text(any(index), true));
+    }
+    return *value;
+}
+
+const SetPtr& Call::set(std::size_t index) const {
+    const auto* value = std::get_if<SetPtr>(&any(index));
+    if (value == nullptr) {
+        fail(std::wstring(function) + L" takes a selection set as its " + ordinal(index) +
+             L" argument, not " + lisp::text(any(index), true));
+    }
+    return *value;
+}
+
+Interpreter::Interpreter(std::function<void(const std::wstring&)> print)
+    : print_(std::move(print)) {
+    defineListFunctions(*this);
+}
+
+Value Interpreter::evaluate(std::wstring_view text, Position start) {
+    const fault::Quiet quiet;
+    const std::vector<Value> expressions = read(text, start);
+    steps_ = 0;
+    Value value;
+    for (const Value& expression : expressions) value = evaluateForm(expression, start);
+    return value;
+}
+
+Value Interpreter::variable(std::wstring_view name) const {
+    const auto found = variables_.find(upperCase(name));
+    return found == variables_.end() ? Value(Nil{}) : found->second;
+}
+
+void Interpreter::setVariable(std::wstring_view name, Value value) {
+    variables_[upperCase(name)] = std::move(value);
+}
+
+void Interpreter::define(std::wstring_view name, Function function) {
+    functions_[upperCase(name)] = std::move(function);
+}
+
+void Interpreter::print(const std::wstring& text) const {
+    if (print_) print_(text);
+}
+
+Value Interpreter::evaluateForm(const Value& expression, Position where) {
+    if (++steps_ > mostSteps) {
+        throw Error(L"stopped after " + std::to_wstring(mostSteps) + L" steps", where);
+    }
+    if (const auto* symbol = std::get_if<Symbol>(&expression)) {
+        if (symbol->name == L"T") return *symbol;
+        return variable(symbol->name);
+    }
+    if (const auto* form = std::get_if<PairPtr>(&expression)) return evaluateList(**form);
+    return expression;
+}
+
+Value Interpreter::evaluateList(const Pair& form) {
+    const auto* symbol = std::get_if<Symbol>(&form.car);
+    if (symbol == nullptr) {
+        throw Error(L"a list begins with the name of a function, not with " +
+                        lisp::text(form.car, true) +
+                        L"; put a quote mark before it if it is meant as it stands",
+                    form.where);
+    }
+    Value dotted;
+    std::vector<Value> parts = members(form.cdr, &dotted);
+    if (!isNil(dotted))
+        throw Error(L"a dotted pair can't be called; put a quote mark before it", form.where);
+    if (symbol->name == L"QUOTE") {
+        if (parts.size() != 1)
+            throw Error(L"quote takes 1 argument, not " + std::to_wstring(parts.size()),
+                        form.where);
+        return parts.front();
+    }
+    if (symbol->name == L"SETQ") return setq(parts, form.where);
+    const auto found = functions_.find(symbol->name);
+    if (found == functions_.end()) {
+        throw Error(L"there is no function " + symbol->name, form.where);
+    }
+    const Function& function = found->second;
+    if (parts.size() < function.least || parts.size() > function.most) {
+        throw Error(countSentence(symbol->name, function, parts.size()), form.where);
+    }
+    for (Value& part : parts) part = evaluateForm(part, form.where);
+    Call call{*this, symbol->name, std::move(parts), form.where};
+    return function.run(call);
+}
+
+Value Interpreter::setq(const std::vector<Value>& parts, Position where) {
+    if (parts.empty() || parts.size() % 2 != 0)
+        throw Error(L"setq takes symbols and values in pairs", where);
+    Value value;
+    for (std::size_t i = 0; i < parts.size(); i += 2) {
+        const auto* symbol = std::get_if<Symbol>(&parts[i]);
+        if (symbol == nullptr || symbol->name == L"T") {
+            throw Error(L"setq takes a symbol, not " + lisp::text(parts[i], true), where);
+        }
+        value = evaluateForm(parts[i + 1], where);
+        variables_[symbol->name] = value;
+    }
+    return value;
+}
+
+}  // namespace host::editor::lisp

@@ -1,0 +1,82 @@
+// The evaluator: symbols, functions, limits.
+//
+// What a function does to the drawing goes through the host's own interface functions, so that LISP
+// sees what a module sees. Nothing outside of the drawing and the command line can be reached.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/editor/LispValue.h"
+
+namespace host::editor::lisp {
+
+class Interpreter;
+
+// A call of a function, its arguments evaluated.
+struct Call {
+    Interpreter& interpreter;
+    std::wstring_view function;
+    std::vector<Value> arguments;
+    Position where;
+
+    // Throws Error at the call's position.
+    [[noreturn]] void fail(const std::wstring& sentence) const;
+
+    // The argument `index` as what it has to be; Error otherwise, and when it is missing.
+    const Value& any(std::size_t index) const;
+    const std::wstring& text(std::size_t index) const;
+    std::int32_t whole(std::size_t index) const;
+    AcDbObjectId entity(std::size_t index) const;
+    const SetPtr& set(std::size_t index) const;
+    bool has(std::size_t index) const { return index < arguments.size(); }
+};
+
+struct Function {
+    std::size_t least = 0;
+    std::size_t most = 0;
+    std::function<Value(Call&)> run;
+};
+
+class Interpreter {
+  public:
+    // Prints what (princ ...) gives; may be empty.
+    explicit Interpreter(std::function<void(const std::wstring&)> print = {});
+
+    // Evaluates all expressions of a text and gives the value of the last, nil for none. Throws
+    // Error for what can't be read, and then nothing was evaluated; for what can't be evaluated;
+    // and after 100000 steps.
+    Value evaluate(std::wstring_view text, Position start = {});
+
+    // nil for a symbol without a value. Names in any case.
+    Value variable(std::wstring_view name) const;
+    void setVariable(std::wstring_view name, Value value);
+    // Forgets the values, as a drawing that is closed takes its names along.
+    void clear() { variables_.clear(); }
+
+    void define(std::wstring_view name, Function function);
+    void print(const std::wstring& text) const;
+
+  private:
+    static constexpr int mostSteps = 100000;
+
+    Value evaluateForm(const Value& expression, Position where);
+    Value evaluateList(const Pair& form);
+    Value setq(const std::vector<Value>& parts, Position where);
+
+    std::map<std::wstring, Value, std::less<>> variables_;
+    std::map<std::wstring, Function, std::less<>> functions_;
+    std::function<void(const std::wstring&)> print_;
+    int steps_ = 0;
+};
+
+// The functions that work on values alone: list, cons, car, cdr, princ.
+void defineListFunctions(Interpreter& interpreter);
+
+// handent, entlast, ssget, ssname, sslength, getvar, setvar.
+void defineDrawingFunctions(Interpreter& interpreter);
+
+}  // namespace host::editor::lisp

@@ -1,0 +1,262 @@
+// Functions of LISP that reach the drawing, by way of the interface's own functions.
+#include <acdbads.h>
+#include <acedads.h>
+#include <dbapserv.h>
+#include <dbmain.h>
+
+#include <new>
+#include <utility>
+
+#include "host/database/Drawing.h"
+#include "host/editor/Drawn.h"
+#include "host/editor/Lisp.h"
+#include "host/editor/ResultBuffers.h"
+#include "host/editor/Words.h"
+
+namespace host::editor::lisp {
+
+namespace {
+
+// A chain that grows at its end.
+class Chain {
+  public:
+    Chain() = default;
+    Chain(Chain&& other) noexcept
+        : first_(std::exchange(other.first_, nullptr)),
+          last_(std::exchange(other.last_, nullptr)) {}
+    Chain& operator=(Chain&& other) noexcept {
+        std::swap(first_, other.first_);
+        std::swap(last_, other.last_);
+        return *this;
+    }
+    ~Chain() { acutRelRb(first_); }
+
+    // A new element at the end. Throws std::bad_alloc.
+    resbuf& append(int type) {
+        resbuf* element = acutNewRb(type);
+        if (element == nullptr) throw std::bad_alloc();
+        (last_ == nullptr ? first_ : last_->rbnext) = element;
+        return *(last_ = element);
+    }
+    const resbuf* get() const { return first_; }
+
+  private:
+    resbuf* first_ = nullptr;
+    resbuf* last_ = nullptr;
+};
+
+AcDbDatabase& drawing(const Call& call) {
+    AcDbDatabase* open = acdbHostApplicationServices()->workingDatabase();
+    if (open == nullptr) call.fail(L"no drawing is open");
+    return *open;
+}
+
+// --- values to result buffers and back ---------------------------------------------------------
+
+std::optional<double> number(const Value& value) {
+    if (const auto* whole = std::get_if<std::int32_t>(&value)) return *whole;
+    if (const auto* real = std::get_if<double>(&value)) return *real;
+    return std::nullopt;
+}
+
+// Puts a value into an element whose type is settled; false when it is of another kind.
+bool fill(resbuf& element, const Value& value) {
+    ads_u_val& place = element.resval;
+    switch (valueKind(element.restype)) {
+        case ValueKind::text: {
+            const auto* text = std::get_if<std::wstring>(&value);
+            if (text != nullptr) place.rstring = copyText(text->c_str());
+            return text != nullptr && place.rstring != nullptr;
+        }
+        case ValueKind::real: {
+            const auto real = number(value);
+            if (real) place.rreal = *real;
+            return real.has_value();
+        }
+        case ValueKind::point: {
+            const auto point = pointOf(value);
+            for (unsigned i = 0; point && i < 3; ++i) place.rpoint[i] = (*point)[i];
+            return point.has_value();
+        }
+        case ValueKind::int16: {
+            const auto* whole = std::get_if<std::int32_t>(&value);
+            const bool fits = whole != nullptr && *whole >= -32768 && *whole <= 32767;
+            if (fits) place.rint = static_cast<short>(*whole);
+            return fits;
+        }
+        case ValueKind::int32: {
+            const auto* whole = std::get_if<std::int32_t>(&value);
+            if (whole != nullptr) place.rlong = *whole;
+            return whole != nullptr;
+        }
+        case ValueKind::int64: {
+            const auto* whole = std::get_if<std::int32_t>(&value);
+            if (whole != nullptr) place.mnInt64 = *whole;
+            return whole != nullptr;
+        }
+        default:
+            return false;
+    }
+}
+
+// The chain of a filter: a list of (code . value), points as (code x y z).
+Chain filterChain(const Call& call, const Value& filter) {
+    Chain chain;
+    Value dotted;
+    const std::vector<Value> tests = members(filter, &dotted);
+    if (!isNil(dotted)) call.fail(L"a filter is a list of pairs, not " + text(filter, true));
+    for (const Value& test : tests) {
+        const auto* pair = std::get_if<PairPtr>(&test);
+        const auto* code = pair == nullptr ? nullptr : std::get_if<std::int32_t>(&(*pair)->car);
+        if (code == nullptr || *code < -4 || *code > 1071) {
+            call.fail(L"a filter consists of pairs like (0 . \"TEXT\"), not " + text(test, true));
+        }
+        if (!fill(chain.append(*code), (*pair)->cdr)) {
+            call.fail(L"group " + std::to_wstring(*code) + L" of a filter can't be " +
+                      text((*pair)->cdr, true));
+        }
+    }
+    return chain;
+}
+
+Value fromResult(const resbuf& result) {
+    switch (result.restype) {
+        case RTSHORT:
+            return static_cast<std::int32_t>(result.resval.rint);
+        case RTLONG:
+            return result.resval.rlong;
+        case RTREAL:
+        case RTANG:
+            return result.resval.rreal;
+        case RTPOINT:
+        case RT3DPOINT: {
+            const double* point = result.resval.rpoint;
+            return list({point[0], point[1], point[2]});
+        }
+        case RTSTR:
+            return std::wstring(result.resval.rstring);
+        default:
+            return Nil{};
+    }
+}
+
+// --- entities ----------------------------------------------------------------------------------
+
+Value entityOrNil(AcDbObjectId id) {
+    return isLivingEntity(id) ? Value(id) : Value(Nil{});
+}
+
+Value handent(Call& call) {
+    const auto handle = parseHandle(call.text(0));
+    if (!handle)
+        call.fail(L"\"" + call.text(0) + L"\" is no handle: handles are hexadecimal, as in \"2F\"");
+    return entityOrNil(database::idFromHandle(drawing(call), static_cast<std::uint64_t>(*handle)));
+}
+
+Value entlast(Call& call) {
+    const std::vector<AcDbObjectId> all = Drawn(drawing(call)).entities();
+    return all.empty() ? Value(Nil{}) : Value(all.back());
+}
+
+// --- selection sets ----------------------------------------------------------------------------
+
+bool takesPointList(const std::wstring& mode) {
+    const std::wstring name = upperCase(mode);
+    return name == L"WP" || name == L"CP" || name == L"F" || name == L"_WP" || name == L"_CP" ||
+           name == L"_F";
+}
+
+Chain pointChain(const Call& call, const Value& points) {
+    Chain chain;
+    for (const Value& value : members(points)) {
+        const auto point = pointOf(value);
+        if (!point) call.fail(L"a list of points is needed, not " + text(points, true));
+        resbuf& element = chain.append(RT3DPOINT);
+        for (unsigned i = 0; i < 3; ++i) element.resval.rpoint[i] = (*point)[i];
+    }
+    return chain;
+}
+
+// (ssget [mode] [point [point] | points] [filter])
+Value ssget(Call& call) {
+    drawing(call);
+    std::size_t next = 0;
+    const auto* mode = call.has(0) ? std::get_if<std::wstring>(&call.arguments[0]) : nullptr;
+    if (mode != nullptr) ++next;
+    ads_point corners[2] = {};
+    const void* given[2] = {nullptr, nullptr};
+    Chain points;
+    if (mode != nullptr && takesPointList(*mode) && call.has(next)) {
+        points = pointChain(call, call.arguments[next++]);
+        given[0] = points.get();
+    }
+    for (std::size_t i = 0; i < 2 && points.get() == nullptr && call.has(next); ++i) {
+        const auto point = pointOf(call.arguments[next]);
+        if (!point) break;
+        for (unsigned axis = 0; axis < 3; ++axis) corners[i][axis] = (*point)[axis];
+        given[i] = corners[i];
+        ++next;
+    }
+    Chain filter;
+    if (call.has(next)) filter = filterChain(call, call.arguments[next++]);
+    if (call.has(next))
+        call.fail(L"ssget does not take " + text(call.arguments[next], true) + L" there");
+    ads_name set;
+    const int code =
+        acedSSGet(mode == nullptr ? nullptr : mode->c_str(), given[0], given[1], filter.get(), set);
+    if (code != RTNORM) return Nil{};
+    return std::make_shared<const HeldSet>(set[0], set[1]);
+}
+
+Value sslength(Call& call) {
+    Adesk::Int32 length = 0;
+    if (acedSSLength(call.set(0)->name(), &length) != RTNORM)
+        call.fail(L"the selection set is gone");
+    return length;
+}
+
+Value ssname(Call& call) {
+    ads_name name;
+    if (acedSSName(call.set(0)->name(), call.whole(1), name) != RTNORM) return Nil{};
+    AcDbObjectId id;
+    return acdbGetObjectId(id, name) == Acad::eOk ? Value(id) : Value(Nil{});
+}
+
+// --- system variables --------------------------------------------------------------------------
+
+Value getvar(Call& call) {
+    resbuf result{};
+    if (acedGetVar(call.text(0).c_str(), &result) != RTNORM) return Nil{};
+    const Value value = fromResult(result);
+    if (result.restype == RTSTR) freeText(result.resval.rstring);
+    return value;
+}
+
+Value setvar(Call& call) {
+    const Value& value = call.any(1);
+    resbuf current{};
+    if (acedGetVar(call.text(0).c_str(), &current) != RTNORM) {
+        call.fail(L"there is no system variable " + call.text(0));
+    }
+    if (current.restype == RTSTR) freeText(current.resval.rstring);
+    current.resval = {};
+    const bool filled = fill(current, value);
+    const bool done = filled && acedSetVar(call.text(0).c_str(), &current) == RTNORM;
+    if (filled && current.restype == RTSTR) freeText(current.resval.rstring);
+    if (!done) call.fail(call.text(0) + L" can't be set to " + text(value, true));
+    return value;
+}
+
+}  // namespace
+
+void defineDrawingFunctions(Interpreter& interpreter) {
+    interpreter.define(L"handent", {1, 1, handent});
+    interpreter.define(L"entlast", {0, 0, entlast});
+    interpreter.define(L"ssget", {0, 4, ssget});
+    interpreter.define(L"sslength", {1, 1, sslength});
+    interpreter.define(L"ssname", {2, 2, ssname});
+    interpreter.define(L"getvar", {1, 1, getvar});
+    interpreter.define(L"setvar", {2, 2, setvar});
+}
+
+}  // namespace host::editor::lisp

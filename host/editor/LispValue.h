@@ -1,0 +1,105 @@
+// Values of the LISP that scripts may use: nil, symbols, whole and real numbers, texts, entity
+// names, selection sets and pairs.
+//
+// Values are immutable and shared. Lists are chains of pairs ended by nil; a pair whose rest is
+// neither nil nor a pair is a dotted one. Nesting is bounded, so that no value is too deep to be
+// printed or destroyed.
+#pragma once
+
+#include <dbid.h>
+#include <gepnt3d.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace host::editor::lisp {
+
+// In the text of an expression, from 1.
+struct Position {
+    std::size_t line = 1;
+    std::size_t column = 1;
+};
+
+// What can't be read or evaluated: a sentence, and where the expression stands.
+class Error : public std::runtime_error {
+  public:
+    Error(std::wstring sentence, Position where);
+    const std::wstring& sentence() const { return sentence_; }
+    const Position& where() const { return where_; }
+
+  private:
+    std::wstring sentence_;
+    Position where_;
+};
+
+struct Nil {};
+
+struct Symbol {
+    std::wstring name;  // upper case
+};
+
+// A selection set as LISP holds it: given back with the last value that stands for it.
+class HeldSet {
+  public:
+    // Takes over the set of this name (the two numbers of an ads_name).
+    HeldSet(std::int64_t first, std::int64_t second);
+    ~HeldSet();
+    HeldSet(const HeldSet&) = delete;
+    HeldSet& operator=(const HeldSet&) = delete;
+    const std::int64_t* name() const { return name_; }
+
+  private:
+    std::int64_t name_[2];
+};
+
+struct Pair;
+using PairPtr = std::shared_ptr<const Pair>;
+using SetPtr = std::shared_ptr<const HeldSet>;
+using Value =
+    std::variant<Nil, Symbol, std::int32_t, double, std::wstring, AcDbObjectId, SetPtr, PairPtr>;
+
+struct Pair {
+    Pair(Value first, Value rest, Position where);
+    ~Pair();  // long lists are taken down without recursion
+    Pair(const Pair&) = delete;
+    Pair& operator=(const Pair&) = delete;
+
+    Value car;
+    Value cdr;
+    Position where;  // of the opening parenthesis, for messages
+    int depth;       // of nesting; 1 for a flat list
+};
+
+constexpr int deepestNesting = 200;
+
+inline bool isNil(const Value& value) {
+    return std::holds_alternative<Nil>(value);
+}
+
+// A pair. Throws Error when it would nest too deeply.
+Value cons(Value first, Value rest, Position where = {});
+
+// A list of the values, ended by `tail`.
+Value list(std::vector<Value> values, Position where = {}, Value tail = Nil{});
+
+// The members of a list; `dotted` (may be null) takes what stands behind the dot, nil for a proper
+// list. nil is the empty list; any other value gives no members and itself behind the dot.
+std::vector<Value> members(const Value& value, Value* dotted = nullptr);
+
+// A list of two or three numbers as a point (z 0 when it is left out); none for anything else.
+std::optional<AcGePoint3d> pointOf(const Value& value);
+
+// As it is shown: texts in quotes with escapes when `quoted`, as they are otherwise. Reals with the
+// fewest digits that read back to the same value.
+std::wstring text(const Value& value, bool quoted);
+
+// Reads all expressions of a text, whose first character stands at `start`. Throws Error.
+std::vector<Value> read(std::wstring_view text, Position start = {});
+
+}  // namespace host::editor::lisp

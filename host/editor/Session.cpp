@@ -1,0 +1,241 @@
+#include "host/editor/Session.h"
+
+#include <adscodes.h>
+#include <dbapserv.h>
+
+#include <algorithm>
+
+#include "host/database/Drawing.h"
+#include "host/database/Undo.h"
+#include "host/editor/CommandStack.h"
+#include "host/editor/DrawingView.h"
+#include "host/editor/Modules.h"
+#include "host/editor/SessionState.h"
+#include "host/editor/Words.h"
+
+namespace host::editor {
+
+namespace {
+
+Session* living = nullptr;
+
+std::wstring wide(const std::exception& error) {
+    return fromUtf8(error.what());
+}
+
+}  // namespace
+
+CommandFailure::CommandFailure(std::wstring sentence)
+    : std::runtime_error(toUtf8(sentence)), sentence_(std::move(sentence)) {}
+
+Session::Session(Input& input, Output& output) {
+    if (living != nullptr) throw std::logic_error("there is one session at a time");
+    implementation_ = std::make_unique<Implementation>(*this, input, output);
+    living = this;
+}
+
+Session::~Session() {
+    Modules::instance().unloadAll([this] {
+        error(L"a module could not be unloaded: " + implementation_->describeException());
+    });
+    implementation_->closeDrawing();
+    // LISP gives its selection sets back while there still is a session.
+    implementation_->lisp.clear();
+    living = nullptr;
+}
+
+Session* Session::current() {
+    return living;
+}
+
+void Session::openDrawing(const std::filesystem::path& path) {
+    useDrawing(database::readDrawing(path));
+}
+
+void Session::useDrawing(std::unique_ptr<AcDbDatabase> drawing) {
+    implementation_->useDrawing(std::move(drawing));
+}
+
+void Session::closeDrawing() {
+    implementation_->closeDrawing();
+}
+
+AcDbDatabase* Session::drawing() const {
+    return implementation_->drawing();
+}
+
+void Session::loadModule(const std::filesystem::path& path) {
+    try {
+        Modules::instance().load(path);
+    } catch (const ModuleError&) {
+        throw;
+    } catch (...) {
+        throw ModuleError("the module '" + path.u8string() +
+                          "' could not start: " + toUtf8(implementation_->describeException()));
+    }
+}
+
+void Session::unloadModule(const std::filesystem::path& path) {
+    Modules::instance().unload(path);
+}
+
+std::vector<std::filesystem::path> Session::modules() const {
+    return Modules::instance().paths();
+}
+
+void Session::addHostCommand(HostCommand command) {
+    std::vector<std::wstring> names = command.aliases;
+    names.push_back(command.name);
+    for (const HostCommand& known : implementation_->hostCommands) {
+        for (const std::wstring& name : names) {
+            const auto same = [&](const std::wstring& other) {
+                return equalIgnoringCase(name, other);
+            };
+            if (same(known.name) || std::any_of(known.aliases.begin(), known.aliases.end(), same)) {
+                throw std::logic_error("the command " + toUtf8(name) + " exists already");
+            }
+        }
+    }
+    implementation_->hostCommands.push_back(std::move(command));
+}
+
+const std::vector<Session::HostCommand>& Session::hostCommands() const {
+    return implementation_->hostCommands;
+}
+
+std::vector<std::wstring> Session::commandNames() const {
+    std::vector<std::wstring> names = CommandStack::instance().names();
+    for (const HostCommand& command : implementation_->hostCommands) names.push_back(command.name);
+    std::sort(names.begin(), names.end());
+    names.erase(std::unique(names.begin(), names.end()), names.end());
+    return names;
+}
+
+CommandResult Session::runCommand(std::wstring_view name) {
+    return implementation_->runCommand(name, {});
+}
+
+void Session::run() {
+    implementation_->run();
+}
+
+void Session::quit() {
+    implementation_->quitting = true;
+}
+
+bool Session::quitting() const {
+    return implementation_->quitting;
+}
+
+void Session::interrupt() {
+    implementation_->interrupted = true;
+}
+
+void Session::onCommandEnded(std::function<void(CommandResult&)> listener) {
+    implementation_->listener = std::move(listener);
+}
+
+void Session::setExceptionReporter(std::function<std::wstring()> reporter) {
+    implementation_->exceptionReporter = std::move(reporter);
+}
+
+void Session::runScript(std::wstring text, std::wstring name) {
+    implementation_->startScript(std::move(text), std::move(name));
+}
+
+std::wstring Session::askWord(std::wstring_view prompt, std::vector<std::wstring> completions) {
+    Answer answer = implementation_->askWord(prompt, std::move(completions));
+    PromptRecord record;
+    record.reply = answer.text;
+    record.code = answer.isCancel() || answer.kind == Answer::Kind::failed ? RTCAN : RTNORM;
+    implementation_->record(record);
+    if (record.code == RTCAN) throw Cancelled();
+    return answer.kind == Answer::Kind::value ? lisp::text(answer.value, false) : answer.text;
+}
+
+std::wstring Session::askText(std::wstring_view prompt) {
+    const Answer answer = implementation_->ask({Request::Kind::text, std::wstring(prompt), {}});
+    PromptRecord record;
+    record.reply = answer.text;
+    record.code = answer.isCancel() ? RTCAN : RTNORM;
+    implementation_->record(record);
+    if (answer.isCancel()) throw Cancelled();
+    return answer.text;
+}
+
+void Session::print(std::wstring_view text) {
+    implementation_->print(text);
+}
+
+void Session::error(std::wstring_view sentence) {
+    implementation_->error(sentence);
+}
+
+int Session::undo(int steps) {
+    AcDbDatabase* open = drawing();
+    int done = 0;
+    while (open != nullptr && done < steps && database::undo(*open)) ++done;
+    return done;
+}
+
+int Session::redo(int steps) {
+    AcDbDatabase* open = drawing();
+    int done = 0;
+    while (open != nullptr && done < steps && database::redo(*open)) ++done;
+    return done;
+}
+
+// --- what a session keeps ----------------------------------------------------------------------
+
+Session::Implementation::Implementation(Session& owner, Input& input, Output& output)
+    : lisp([this](const std::wstring& text) { print(text); }),
+      owner_(owner),
+      input_(input),
+      output_(output) {
+    lisp::defineDrawingFunctions(lisp);
+}
+
+Session::Implementation::~Implementation() = default;
+
+std::wstring Session::Implementation::describeException() const {
+    if (exceptionReporter) return exceptionReporter();
+    try {
+        throw;
+    } catch (const std::exception& error) {
+        return wide(error);
+    } catch (...) {
+        return L"an exception of an unknown class";
+    }
+}
+
+void Session::Implementation::useDrawing(std::unique_ptr<AcDbDatabase> drawing) {
+    closeDrawing();
+    drawing_ = std::move(drawing);
+    acdbHostApplicationServices()->setWorkingDatabase(drawing_.get());
+    if (drawing_ == nullptr) return;
+    if (script_ != nullptr) {
+        database::beginGroup(*drawing_, L"SCRIPT");
+        scriptGroupIsOpen_ = true;
+    }
+    Modules::instance().send(AcRx::kLoadDwgMsg);
+}
+
+const Session::Implementation::View& Session::Implementation::view() {
+    if (!view_) view_ = drawing_ == nullptr ? View() : savedView(*drawing_);
+    return *view_;
+}
+
+void Session::Implementation::closeDrawing() {
+    if (drawing_ == nullptr) return;
+    Modules::instance().send(AcRx::kUnloadDwgMsg);
+    // Names of entities and sets mean nothing in another drawing.
+    lisp.clear();
+    previousSelection.clear();
+    lastPoint = {};
+    view_.reset();
+    scriptGroupIsOpen_ = false;
+    acdbHostApplicationServices()->setWorkingDatabase(nullptr);
+    drawing_.reset();
+}
+
+}  // namespace host::editor

@@ -1,0 +1,143 @@
+// What a session keeps between calls, and the operations that the functions of the interface are
+// made of. Only host/editor includes this.
+#pragma once
+
+#include <adsdef.h>
+#include <dbmain.h>
+#include <gepnt3d.h>
+
+#include <atomic>
+#include <deque>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/editor/Lisp.h"
+#include "host/editor/Script.h"
+#include "host/editor/Session.h"
+#include "host/editor/Variables.h"
+
+namespace host::editor {
+
+// What came of a prompt.
+struct Answer {
+    // value: an expression was evaluated; failed: it could not be, which has been said.
+    enum class Kind { text, value, failed, cancel, end };
+    Kind kind = Kind::end;
+    std::wstring text;  // as it was given, expressions too
+    lisp::Value value;
+    std::wstring where;
+
+    bool isEmpty() const { return kind == Kind::text && text.empty(); }
+    bool isCancel() const { return kind == Kind::cancel || kind == Kind::end; }
+};
+
+class Session::Implementation {
+  public:
+    Implementation(Session& owner, Input& input, Output& output);
+    ~Implementation();
+
+    // --- the command line ----------------------------------------------------------------------
+
+    void print(std::wstring_view text);
+    void error(std::wstring_view sentence);
+    // Shows the prompt and takes a reply. What is no free text may be an expression or "!symbol".
+    Answer ask(Request request);
+    Answer askWord(std::wstring_view prompt, std::vector<std::wstring> completions = {});
+    // Notes how a prompt of the running command ended.
+    void record(PromptRecord record);
+
+    Output& output() { return output_; }
+
+    // --- commands ------------------------------------------------------------------------------
+
+    CommandResult runCommand(std::wstring_view typed, std::wstring where);
+    void run();
+    bool commandIsRunning() const { return depth_ > 0; }
+    const std::wstring& commandName() const { return commandName_; }
+    void sendString(std::wstring text);
+    bool inputPending() const;
+
+    void startScript(std::wstring text, std::wstring name);
+
+    // --- the drawing ---------------------------------------------------------------------------
+
+    void useDrawing(std::unique_ptr<AcDbDatabase> drawing);
+    void closeDrawing();
+    AcDbDatabase* drawing() const { return drawing_.get(); }
+
+    struct View {
+        AcGePoint3d center;
+        double height = 1.0;
+    };
+    const View& view();
+    void setView(const View& view) { view_ = view; }
+    // How far from a typed point an entity may lie to be picked: a hundredth of the view's height.
+    double pickReach() { return view().height / 100.0; }
+
+    std::wstring describeException() const;
+
+    // --- state that the functions of the interface share ---------------------------------------
+
+    Variables variables;
+    lisp::Interpreter lisp;
+    std::vector<AcDbObjectId> previousSelection;
+    AcGePoint3d lastPoint;
+    // What acedInitGet has set for the next prompt.
+    int initialBits = 0;
+    std::wstring keywords;
+    std::wstring keywordInput;
+    std::atomic<bool> interrupted{false};
+    int documentLocks = 0;
+    std::optional<Meter> meter;
+
+    std::vector<HostCommand> hostCommands;
+    std::function<void(CommandResult&)> listener;
+    std::function<std::wstring()> exceptionReporter;
+    bool quitting = false;
+
+  private:
+    struct Callable;
+    class Ledgered;
+
+    std::optional<Callable> find(std::wstring_view typed) const;
+    void call(const Callable& command, CommandResult& result);
+    void judge(CommandResult& result) const;
+    void conclude(CommandResult& result);
+    void sayWhatHappened(const CommandResult& result);
+    void repeatOrRun(const Answer& answer);
+    void evaluateAtCommandPrompt(const Answer& answer);
+    void endScript();
+    Input& source();
+    Reply fetch(const Request& request);
+    Answer evaluated(const Reply& reply);
+    void showPrompt(std::wstring_view prompt);
+
+    Session& owner_;
+    Input& input_;
+    Output& output_;
+    std::unique_ptr<ScriptInput> script_;
+    bool scriptGroupIsOpen_ = false;
+    std::unique_ptr<ScriptInput> ahead_;
+    std::deque<std::wstring> sent_;
+    bool freshLine_ = false;  // a reply has just ended its line
+    bool inputEnded_ = false;
+    int depth_ = 0;
+    CommandResult* running_ = nullptr;
+    std::wstring commandName_;
+    std::wstring lastCommand_;
+    std::unique_ptr<AcDbDatabase> drawing_;
+    std::optional<View> view_;
+};
+
+// The living session's state, or null.
+inline Session::Implementation* currentState() {
+    Session* session = Session::current();
+    return session == nullptr ? nullptr : &session->implementation();
+}
+
+}  // namespace host::editor
