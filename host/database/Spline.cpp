@@ -49,7 +49,7 @@ class NurbsCurve final : public Curve {
 
     AcGePoint3d pointAt(double t) const override {
         const Weighted whole = evaluated(t).first;
-        return AcGePoint3d::kOrigin + whole.point / whole.weight;
+        return data_.points.front() + whole.point / whole.weight;
     }
 
     AcGeVector3d derivativeAt(double t) const override {
@@ -76,9 +76,11 @@ class NurbsCurve final : public Curve {
         return static_cast<std::size_t>(above - data_.knots.begin()) - 1;
     }
 
+    // Measured from the first point: in map coordinates the scheme would lose the digits that
+    // lengths need.
     Weighted control(std::size_t index) const {
         const double weight = data_.weights.empty() ? 1.0 : data_.weights[index];
-        return {data_.points[index].asVector() * weight, weight};
+        return {(data_.points[index] - data_.points.front()) * weight, weight};
     }
 
     // The weighted point at `t` and its derivative, which the last two points of the scheme give.
