@@ -91,8 +91,9 @@ Answer State::evaluated(const Reply& reply) {
     Answer answer{Answer::Kind::value, reply.text, {}, reply.where};
     try {
         if (reply.kind == Reply::Kind::lisp) {
-            const lisp::Position start{std::max<std::size_t>(reply.line, 1),
-                                       std::max<std::size_t>(reply.column, 1)};
+            // What a person types counts for itself.
+            const bool typed = reply.where.empty();
+            const lisp::Position start{typed ? 1 : reply.line, typed ? 1 : reply.column};
             answer.value = lisp.evaluate(reply.text, start);
         } else {
             answer.value = lisp.variable(reply.text.substr(1));

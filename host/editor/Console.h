@@ -27,7 +27,7 @@ struct Reply {
     Kind kind = Kind::end;
     std::wstring text;
     std::wstring where;      // "RUN.scr, line 3"; empty when a person types
-    std::size_t line = 0;    // of the reply's first character, from 1; 0 when a person types
+    std::size_t line = 0;    // of the reply's first character in what was read, from 1
     std::size_t column = 0;  // from 1
 };
 

@@ -175,7 +175,11 @@ ReplyReader::Line ScriptInput::nextLine() {
     if (position_ >= text_.size()) return {ReplyReader::Line::Kind::end, {}};
     std::size_t end = text_.find(L'\n', position_);
     const std::size_t next = end == std::wstring::npos ? text_.size() : end + 1;
-    if (end == std::wstring::npos) end = text_.size();
+    if (end == std::wstring::npos) {
+        end = text_.size();
+        // Nothing follows the blank that ended the last reply.
+        if (isBlank(text_[end - 1])) --end;
+    }
     if (end > position_ && text_[end - 1] == L'\r') --end;
     ReplyReader::Line line{ReplyReader::Line::Kind::text, text_.substr(position_, end - position_)};
     position_ = next;

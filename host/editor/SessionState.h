@@ -124,7 +124,8 @@ class Session::Implementation {
     bool scriptGroupIsOpen_ = false;
     std::unique_ptr<ScriptInput> ahead_;
     std::deque<std::wstring> sent_;
-    bool freshLine_ = false;  // a reply has just ended its line
+    bool freshLine_ =
+        true;  // nothing stands on the line: it is the first, or a reply has ended the last
     bool inputEnded_ = false;
     int depth_ = 0;
     CommandResult* running_ = nullptr;

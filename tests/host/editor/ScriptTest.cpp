@@ -36,6 +36,7 @@ TEST(Script, ABlankBeforeTheLineEndIsOneEnterMore) {
 TEST(Script, ALastLineWithoutItsEndCounts) {
     EXPECT_EQ(replies(L"ALL\nk"), L"[ALL][k]");
     EXPECT_EQ(replies(L"ALL\n\n"), L"[ALL][]");
+    EXPECT_EQ(replies(L"ASK hei "), L"[ASK][hei]");
     EXPECT_EQ(replies(L""), L"");
 }
 

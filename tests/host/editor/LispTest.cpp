@@ -1,0 +1,280 @@
+#include "host/editor/Lisp.h"
+
+#include <gtest/gtest.h>
+
+#include "host/database/Ledger.h"
+#include "host/editor/SelectionSets.h"
+#include "host/editor/Words.h"
+#include "tests/host/editor/Harness.h"
+
+using namespace host;
+using namespace host::editor;
+using host::test::Harness;
+using host::test::smallTown;
+
+namespace {
+
+std::wstring value(lisp::Interpreter& interpreter, const std::wstring& text) {
+    return lisp::text(interpreter.evaluate(text), true);
+}
+
+std::wstring value(const std::wstring& text) {
+    lisp::Interpreter interpreter;
+    return value(interpreter, text);
+}
+
+// "sentence @line:column"
+std::wstring failure(lisp::Interpreter& interpreter, const std::wstring& text) {
+    try {
+        interpreter.evaluate(text);
+    } catch (const lisp::Error& error) {
+        return error.sentence() + L" @" + std::to_wstring(error.where().line) + L":" +
+               std::to_wstring(error.where().column);
+    }
+    return L"no failure";
+}
+
+std::wstring failure(const std::wstring& text) {
+    lisp::Interpreter interpreter;
+    return failure(interpreter, text);
+}
+
+// LISP over the small town.
+class LispDrawing : public testing::Test {
+  protected:
+    std::wstring value(const std::wstring& text) { return ::value(interpreter(), text); }
+    std::wstring failure(const std::wstring& text) { return ::failure(interpreter(), text); }
+    lisp::Interpreter& interpreter() { return interpreter_; }
+    AcDbObjectId entity(const std::wstring& text) {
+        const lisp::Value given = interpreter_.evaluate(text);
+        const auto* id = std::get_if<AcDbObjectId>(&given);
+        return id == nullptr ? AcDbObjectId() : *id;
+    }
+    LispDrawing() { lisp::defineDrawingFunctions(interpreter_); }
+
+    Harness harness_{smallTown(), {}};
+    lisp::Interpreter interpreter_;
+};
+
+}  // namespace
+
+TEST(Lisp, ValuesStandForThemselves) {
+    EXPECT_EQ(value(L"7"), L"7");
+    EXPECT_EQ(value(L"-2147483648"), L"-2147483648");
+    EXPECT_EQ(value(L"2147483648"), L"2147483648.0")
+        << "what is too large for a whole number is a real";
+    EXPECT_EQ(value(L"2.50"), L"2.5");
+    EXPECT_EQ(value(L"1e3"), L"1000.0");
+    EXPECT_EQ(value(L"\"k\\\"\\\\\\n\\t\\101\""), L"\"k\\\"\\\\\\n\\tA\"");
+    EXPECT_EQ(value(L"nil"), L"nil");
+    EXPECT_EQ(value(L"t"), L"T");
+    EXPECT_EQ(value(L""), L"nil");
+    EXPECT_EQ(value(L"unset"), L"nil");
+}
+
+TEST(Lisp, ListsPairsAndQuotes) {
+    EXPECT_EQ(value(L"'(0 . \"TEXT\")"), L"(0 . \"TEXT\")");
+    EXPECT_EQ(value(L"'(1 2 . 3)"), L"(1 2 . 3)");
+    EXPECT_EQ(value(L"'(1 . (2 . (3 . nil)))"), L"(1 2 3)");
+    EXPECT_EQ(value(L"'()"), L"nil");
+    EXPECT_EQ(value(L"(quote (a 'b))"), L"(A (QUOTE B))");
+    EXPECT_EQ(value(L"(list 1 (list) \"x\")"), L"(1 nil \"x\")");
+    EXPECT_EQ(value(L"(cons 1 2)"), L"(1 . 2)");
+    EXPECT_EQ(value(L"(cons 1 '(2 3))"), L"(1 2 3)");
+    EXPECT_EQ(value(L"(car '(1 2))"), L"1");
+    EXPECT_EQ(value(L"(cdr '(1 2))"), L"(2)");
+    EXPECT_EQ(value(L"(car nil)"), L"nil");
+    EXPECT_EQ(value(L"(cdr '(1 . 2))"), L"2");
+}
+
+TEST(Lisp, SymbolsIgnoreCaseAndKeepTheirValues) {
+    lisp::Interpreter interpreter;
+    EXPECT_EQ(value(interpreter, L"(setq Käytävä 1 b (list käytävä 2))"), L"(1 2)");
+    EXPECT_EQ(value(interpreter, L"(list KÄYTÄVÄ B)"), L"(1 (1 2))");
+    EXPECT_EQ(lisp::text(interpreter.variable(L"b"), true), L"(1 2)");
+    interpreter.clear();
+    EXPECT_EQ(value(interpreter, L"b"), L"nil");
+}
+
+TEST(Lisp, SeveralExpressionsGiveTheLastValue) {
+    EXPECT_EQ(value(L"(setq a 1) ; set\n(list a a)"), L"(1 1)");
+}
+
+TEST(Lisp, CommentsArePassedOver) {
+    EXPECT_EQ(value(L"(list 1 ; ) \n 2 ;| 3 ) \n |; 4)"), L"(1 2 4)");
+}
+
+TEST(Lisp, PrincPrintsTextsAsTheyAre) {
+    std::wstring printed;
+    lisp::Interpreter interpreter([&printed](const std::wstring& text) { printed += text; });
+    EXPECT_EQ(value(interpreter, L"(princ \"a\\\"b\")"), L"\"a\\\"b\"");
+    EXPECT_EQ(value(interpreter, L"(princ '(1 \"x\"))"), L"(1 \"x\")");
+    EXPECT_EQ(value(interpreter, L"(princ)"), L"");
+    EXPECT_EQ(printed, L"a\"b(1 x)");
+}
+
+TEST(Lisp, WhatCantBeReadSaysWhere) {
+    EXPECT_EQ(failure(L"(list 1\n  (list 2)"),
+              L"the list that begins here has no closing parenthesis @1:1");
+    EXPECT_EQ(failure(L"1\n )"), L"this parenthesis closes nothing @2:2");
+    EXPECT_EQ(failure(L"(list \"abc)"),
+              L"the text that begins here has no closing quotation mark @1:7");
+    EXPECT_EQ(failure(L"'"), L"there is nothing behind the quote mark @1:1");
+    EXPECT_EQ(failure(L"(list . )"), L"a dot stands between two values @1:7");
+    EXPECT_EQ(failure(L"( . 1)"), L"a dot stands between two values @1:3");
+    EXPECT_EQ(failure(L"'(1 . 2 3)"), L"one value and the closing parenthesis follow a dot @1:5");
+    EXPECT_EQ(failure(L"\"\\q\""), L"a text has no escape \"\\q\" @1:3");
+    EXPECT_EQ(failure(L"(list ;| open"), L"the comment that begins here has no end \"|;\" @1:7");
+    EXPECT_EQ(failure(L"."), L"a dot stands between two values @1:1");
+}
+
+TEST(Lisp, NothingIsEvaluatedOfATextThatCantBeRead) {
+    lisp::Interpreter interpreter;
+    EXPECT_NE(failure(interpreter, L"(setq a 1) (setq b"), L"no failure");
+    EXPECT_EQ(value(interpreter, L"a"), L"nil");
+}
+
+TEST(Lisp, WhatCantBeEvaluatedSaysWhere) {
+    EXPECT_EQ(failure(L"(list\n (foo 1))"), L"there is no function FOO @2:2");
+    EXPECT_EQ(failure(L"(command \"LINE\")"), L"there is no function COMMAND @1:1");
+    EXPECT_EQ(failure(L"(1 2)"),
+              L"a list begins with the name of a function, not with 1; put a quote mark before it "
+              L"if it is meant as it "
+              L"stands @1:1");
+    EXPECT_EQ(failure(L"(list . 1)"),
+              L"a dotted pair can't be called; put a quote mark before it @1:1");
+    EXPECT_EQ(failure(L"(car)"), L"CAR takes 1 argument, not 0 @1:1");
+    EXPECT_EQ(failure(L"(cons 1)"), L"CONS takes 2 arguments, not 1 @1:1");
+    EXPECT_EQ(failure(L"(car 7)"), L"CAR takes a list, not 7 @1:1");
+    EXPECT_EQ(failure(L"(quote)"), L"quote takes 1 argument, not 0 @1:1");
+    EXPECT_EQ(failure(L"(setq a)"), L"setq takes symbols and values in pairs @1:1");
+    EXPECT_EQ(failure(L"(setq 1 2)"), L"setq takes a symbol, not 1 @1:1");
+    EXPECT_EQ(failure(L"(setq t 2)"), L"setq takes a symbol, not T @1:1");
+}
+
+TEST(Lisp, PositionsCountFromWhereTheExpressionStands) {
+    lisp::Interpreter interpreter;
+    try {
+        interpreter.evaluate(L"(list\n(foo))", {7, 5});
+        FAIL();
+    } catch (const lisp::Error& error) {
+        EXPECT_EQ(error.where().line, 8u);
+        EXPECT_EQ(error.where().column, 1u);
+    }
+    try {
+        interpreter.evaluate(L"(foo)", {7, 5});
+        FAIL();
+    } catch (const lisp::Error& error) {
+        EXPECT_EQ(error.where().line, 7u);
+        EXPECT_EQ(error.where().column, 5u);
+    }
+}
+
+TEST(Lisp, DeepNestingIsRefused) {
+    const std::wstring opening(300, L'(');
+    EXPECT_TRUE(failure(opening).find(L"nested more than 200 deep") != std::wstring::npos);
+    const std::wstring quotes(100000, L'\'');
+    EXPECT_TRUE(failure(quotes + L"1").find(L"nested more than 200 deep") != std::wstring::npos);
+    lisp::Interpreter interpreter;
+    interpreter.evaluate(L"(setq a nil)");
+    std::wstring stopped;
+    for (int i = 0; i < 300 && stopped.empty(); ++i) {
+        const std::wstring said = failure(interpreter, L"(setq a (list a))");
+        if (said != L"no failure") stopped = said;
+    }
+    EXPECT_EQ(stopped, L"lists are nested more than 200 deep @1:9");
+}
+
+TEST(Lisp, ARunawayIsStopped) {
+    std::wstring many = L"(list";
+    for (int i = 0; i < 100001; ++i) many += L" 1";
+    EXPECT_EQ(failure(many + L")"), L"stopped after 100000 steps @1:1");
+}
+
+TEST(Lisp, LongListsAreTakenDownWithoutRecursion) {
+    std::wstring many = L"(setq a '(";
+    for (int i = 0; i < 500000; ++i) many += L"1 ";
+    lisp::Interpreter interpreter;
+    interpreter.evaluate(many + L"))");
+    interpreter.clear();
+    EXPECT_EQ(value(interpreter, L"a"), L"nil");
+}
+
+TEST_F(LispDrawing, HandlesNameEntities) {
+    EXPECT_EQ(test::handles({entity(L"(handent \"20\")")}), L"20");
+    EXPECT_EQ(test::handles({entity(L"(handent \"0020\")")}), L"20");
+    EXPECT_EQ(value(L"(handent \"99\")"), L"nil");
+    EXPECT_EQ(failure(L"(handent \"2G\")"),
+              L"\"2G\" is no handle: handles are hexadecimal, as in \"2F\" @1:1");
+    EXPECT_EQ(failure(L"(handent 20)"), L"HANDENT takes a text as its first argument, not 20 @1:1");
+    EXPECT_EQ(test::handles({entity(L"(entlast)")}), L"24");
+}
+
+TEST_F(LispDrawing, AFilterSelectsInTheWholeDrawing) {
+    EXPECT_EQ(value(L"(sslength (ssget \"X\"))"), L"8");
+    EXPECT_EQ(value(L"(sslength (ssget \"X\" '((0 . \"TEXT\"))))"), L"5");
+    EXPECT_EQ(value(L"(sslength (ssget \"_x\" (list (cons 0 \"TEXT,circle\") (cons 8 \"~f*\"))))"),
+              L"5");
+    EXPECT_EQ(value(L"(ssget \"X\" '((8 . \"nosuch\")))"), L"nil");
+    EXPECT_EQ(test::handles({entity(L"(ssname (ssget \"X\" '((0 . \"TEXT\"))) 1)")}), L"21");
+    EXPECT_EQ(value(L"(ssname (ssget \"X\" '((0 . \"TEXT\"))) 5)"), L"nil");
+}
+
+TEST_F(LispDrawing, OtherWaysOfSelecting) {
+    EXPECT_EQ(value(L"(sslength (ssget '(30 0)))"), L"1");
+    EXPECT_EQ(value(L"(ssget '(30 30))"), L"nil");
+    EXPECT_EQ(value(L"(sslength (ssget \"W\" '(-1 -1) '(101 60)))"), L"6");
+    EXPECT_EQ(value(L"(sslength (ssget \"C\" '(45 -1) '(46 60) '((0 . \"LINE\"))))"), L"2");
+    EXPECT_EQ(value(L"(sslength (ssget \"CP\" '((30 10) (70 10) (70 60))))"), L"2");
+    EXPECT_EQ(value(L"(sslength (ssget \"F\" '((50 -5) (50 60))))"), L"3");
+    EXPECT_EQ(value(L"(sslength (ssget \"L\"))"), L"1");
+}
+
+TEST_F(LispDrawing, WrongFiltersAndArgumentsAreNamed) {
+    EXPECT_EQ(failure(L"(ssget \"X\" '((0 . 7)))"), L"group 0 of a filter can't be 7 @1:1");
+    EXPECT_EQ(failure(L"(ssget \"X\" '(0 . 7))"), L"a filter is a list of pairs, not (0 . 7) @1:1");
+    EXPECT_EQ(failure(L"(ssget \"X\" '(7))"),
+              L"a filter consists of pairs like (0 . \"TEXT\"), not 7 @1:1");
+    EXPECT_EQ(failure(L"(ssget \"X\" '((62 . 100000)))"),
+              L"group 62 of a filter can't be 100000 @1:1");
+    EXPECT_EQ(failure(L"(ssget \"F\" '((1 2) 3))"),
+              L"a list of points is needed, not ((1 2) 3) @1:1");
+    EXPECT_EQ(failure(L"(ssget \"X\" '((0 . \"LINE\")) 3)"), L"ssget does not take 3 there @1:1");
+    EXPECT_EQ(failure(L"(sslength 1)"),
+              L"SSLENGTH takes a selection set as its first argument, not 1 @1:1");
+    EXPECT_EQ(failure(L"(ssname (ssget \"X\") \"a\")"),
+              L"SSNAME takes a whole number as its second argument, not \"a\" @1:1");
+}
+
+TEST_F(LispDrawing, ASetIsGivenBackWithItsLastValue) {
+    const std::size_t before = SelectionSets::instance().existing().size();
+    interpreter().evaluate(L"(setq s (ssget \"X\") r s)");
+    EXPECT_EQ(database::Ledger::instance().count("selection set"), 0u)
+        << "LISP holds it, no command has left it";
+    EXPECT_EQ(SelectionSets::instance().existing().size(), before + 1);
+    interpreter().evaluate(L"(setq s nil)");
+    EXPECT_EQ(value(L"(sslength r)"), L"8");
+    interpreter().evaluate(L"(setq r nil)");
+    EXPECT_EQ(SelectionSets::instance().existing().size(), before);
+}
+
+TEST_F(LispDrawing, VariablesAreReadAndSet) {
+    EXPECT_EQ(value(L"(getvar \"pickadd\")"), L"1");
+    EXPECT_EQ(value(L"(getvar \"nosuch\")"), L"nil");
+    EXPECT_EQ(value(L"(getvar \"VIEWCTR\")"), L"(50.0 25.0 0.0)");
+    EXPECT_EQ(value(L"(setvar \"USERS1\" \"hei\")"), L"\"hei\"");
+    EXPECT_EQ(value(L"(getvar \"USERS1\")"), L"\"hei\"");
+    EXPECT_EQ(value(L"(setvar \"USERR1\" 2)"), L"2");
+    EXPECT_EQ(value(L"(getvar \"USERR1\")"), L"2.0");
+    EXPECT_EQ(failure(L"(setvar \"PICKADD\" 9)"), L"PICKADD can't be set to 9 @1:1");
+    EXPECT_EQ(failure(L"(setvar \"PICKADD\" \"x\")"), L"PICKADD can't be set to \"x\" @1:1");
+    EXPECT_EQ(failure(L"(setvar \"VIEWSIZE\" 2.0)"), L"VIEWSIZE can't be set to 2.0 @1:1");
+    EXPECT_EQ(failure(L"(setvar \"NOSUCH\" 2)"), L"there is no system variable NOSUCH @1:1");
+}
+
+TEST_F(LispDrawing, WithoutADrawingThereIsNothingToName) {
+    harness_.session().closeDrawing();
+    EXPECT_EQ(failure(L"(handent \"20\")"), L"no drawing is open @1:1");
+    EXPECT_EQ(failure(L"(entlast)"), L"no drawing is open @1:1");
+    EXPECT_EQ(failure(L"(ssget \"X\")"), L"no drawing is open @1:1");
+}
