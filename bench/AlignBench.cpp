@@ -1,4 +1,5 @@
-// The command's own work: the angle of many points along one line.
+// The command's own work: the angle of many points along one line, and the whole command in the
+// embedded host.
 #include <benchmark/benchmark.h>
 
 #include <cmath>
@@ -7,6 +8,10 @@
 #include <vector>
 
 #include "app/AlignPolyLine.h"
+#include "host/database/Drawing.h"
+#include "host/dxf/Document.h"
+#include "host/editor/Scripted.h"
+#include "tests/app/DrawingText.h"
 
 namespace {
 
@@ -59,6 +64,38 @@ BENCHMARK(AngleAtPoint)
     ->Args({1000, 1000})
     ->Args({100000, 100})
     ->Unit(benchmark::kMillisecond);
+
+// The whole command over texts of a drawing: pick, selection, one pass, and the question left
+// empty. What opening, upgrading, turning and closing each text costs is the difference to
+// AngleAtPoint.
+void WholeCommand(benchmark::State& state) {
+    const int vertices = static_cast<int>(state.range(0));
+    const int texts = static_cast<int>(state.range(1));
+    TamLib::PolyLine line;
+    FillLine(line, vertices);
+    std::vector<app_test::Vertex> corners;
+    for (const TamLib::Point3d& vertex : line) corners.push_back({vertex.x, vertex.y, vertex.z});
+    app_test::DrawingText text;
+    text.LightPolyline("2F", corners);
+    int number = 0x1000;
+    for (const TamLib::Point3d& point : PointsAlong(vertices, texts)) {
+        text.Text(std::to_string(number++), {point.x, point.y, point.z});
+    }
+    const auto drawing =
+        host::database::drawingOf(host::dxf::Document::fromBytes(text.Bytes(), "bench"));
+    const std::vector<AcDbObjectId> all = host::database::modelSpaceIds(*drawing);
+    const std::vector<AcDbObjectId> selected(all.begin() + 1, all.end());
+    host::editor::Scripted scripted;
+    for (auto _ : state) {
+        scripted.pick(all.front());
+        scripted.select(selected);
+        scripted.type(L"");
+        if (!AlignPolyLine().Run()) state.SkipWithError("the command ended early");
+        scripted.forget();
+    }
+    state.SetItemsProcessed(state.iterations() * texts);
+}
+BENCHMARK(WholeCommand)->Args({10, 1000})->Args({1000, 1000})->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

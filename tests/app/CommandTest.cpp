@@ -366,10 +366,10 @@ TEST_F(Command, ClosedLightPolylineEndsWithItsClosingSegment) {
 }
 
 TEST_F(Command, FarFromTheOriginTheSameBits) {
-    std::vector<Vertex> far;
-    for (const Vertex& vertex : bend) far.push_back({25496000 + vertex.x, 6672000 + vertex.y, 0});
+    std::vector<Vertex> moved;
+    for (const Vertex& vertex : bend) moved.push_back({25496000 + vertex.x, 6672000 + vertex.y, 0});
     DrawingText drawing;
-    drawing.LightPolyline("2F", far);
+    drawing.LightPolyline("2F", moved);
     for (std::size_t i = 0; i < 4; ++i) {
         drawing.Text(texts[i], {25496000 + textPlaces[i].x, 6672000 + textPlaces[i].y});
         drawing.Insert(symbols[i], {25496000 + symbolPlaces[i].x, 6672000 + symbolPlaces[i].y});
@@ -378,10 +378,10 @@ TEST_F(Command, FarFromTheOriginTheSameBits) {
     Run("2F", all, L"k");
     for (std::size_t i = 0; i < 4; ++i) {
         EXPECT_EQ(Rotation(texts[i]),
-                  TextRotation(far, {25496000 + textPlaces[i].x, 6672000 + textPlaces[i].y}));
+                  TextRotation(moved, {25496000 + textPlaces[i].x, 6672000 + textPlaces[i].y}));
         EXPECT_EQ(
             Rotation(symbols[i]),
-            SymbolRotation(far, {25496000 + symbolPlaces[i].x, 6672000 + symbolPlaces[i].y}, true));
+            SymbolRotation(moved, {25496000 + symbolPlaces[i].x, 6672000 + symbolPlaces[i].y}, true));
     }
 }
 

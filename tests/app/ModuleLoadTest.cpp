@@ -22,6 +22,49 @@ DrawingText Small() {
     return drawing;
 }
 
+// The file as the system's loader has it.
+class Library {
+  public:
+#ifdef _WIN32
+    Library() : handle_(LoadLibraryW(ModulePath().c_str())) {
+        EXPECT_NE(handle_, nullptr);
+    }
+    ~Library() {
+        FreeLibrary(handle_);
+    }
+    void* Find(const char* name) const {
+        return reinterpret_cast<void*>(GetProcAddress(handle_, name));
+    }
+    static bool IsLoaded() {
+        return GetModuleHandleW(L"ZEPTOrlinth.arx") != nullptr;
+    }
+#else
+    Library() : handle_(dlopen(ModulePath().c_str(), RTLD_NOW | RTLD_LOCAL)) {
+        EXPECT_NE(handle_, nullptr) << dlerror();
+    }
+    ~Library() {
+        dlclose(handle_);
+    }
+    void* Find(const char* name) const {
+        return dlsym(handle_, name);
+    }
+    static bool IsLoaded() {
+        void* const loaded = dlopen(ModulePath().c_str(), RTLD_NOW | RTLD_NOLOAD);
+        if (loaded != nullptr) dlclose(loaded);
+        return loaded != nullptr;
+    }
+#endif
+    Library(const Library&) = delete;
+    Library& operator=(const Library&) = delete;
+
+  private:
+#ifdef _WIN32
+    HMODULE handle_;
+#else
+    void* handle_;
+#endif
+};
+
 class ModuleFile : public CommandTest {
   protected:
     bool CommandIsThere() const {
@@ -70,23 +113,20 @@ TEST_F(ModuleFile, ADrawingOpenedLaterNeedsNothingNew) {
     EXPECT_EQ(Rotation("A0"), 6.283182653589793);
 }
 
-#ifndef _WIN32
 TEST_F(ModuleFile, ExportsItsTwoEntriesAndNothingOfTheLibrary) {
-    void* const module = dlopen(ModulePath().c_str(), RTLD_NOW | RTLD_LOCAL);
-    ASSERT_NE(module, nullptr) << dlerror();
-    EXPECT_NE(dlsym(module, "acrxEntryPoint"), nullptr);
-    EXPECT_NE(dlsym(module, "acrxGetApiVersion"), nullptr);
-    EXPECT_EQ(dlsym(module, "DllMain"), nullptr);
-    EXPECT_EQ(dlsym(module, "_ZN6TamLib11frameWindowE"), nullptr);
-    dlclose(module);
+    const Library module;
+    EXPECT_NE(module.Find("acrxEntryPoint"), nullptr);
+    EXPECT_NE(module.Find("acrxGetApiVersion"), nullptr);
+    EXPECT_EQ(module.Find("DllMain"), nullptr);
+    EXPECT_EQ(module.Find("_ZN6TamLib11frameWindowE"), nullptr);
 }
 
 // A module that stayed would keep its state, and the next load would not start it.
 TEST_F(ModuleFile, UnloadTakesItOutOfTheProcess) {
     session.loadModule(ModulePath());
+    EXPECT_TRUE(Library::IsLoaded());
     session.unloadModule(ModulePath());
-    EXPECT_EQ(dlopen(ModulePath().c_str(), RTLD_NOW | RTLD_NOLOAD), nullptr);
+    EXPECT_FALSE(Library::IsLoaded());
 }
-#endif
 
 }  // namespace
