@@ -31,7 +31,7 @@ class CWnd : public CObject {
     /// The object that somebody attached to the window; null when there is none.
     static CWnd* FromHandlePermanent(HWND window);
 
-    /// The window, null also for a null object pointer that the caller has tested itself.
+    /// The window; null while not attached.
     HWND GetSafeHwnd() const { return m_hWnd; }
 
     /// Attaches the object to an existing window. FALSE for a null handle or an object that is
