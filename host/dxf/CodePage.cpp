@@ -89,7 +89,7 @@ std::u32string decodeSingle(std::string_view bytes, const char16_t* upper) {
     std::u32string text;
     for (const char c : bytes) {
         const auto byte = static_cast<unsigned char>(c);
-        text += byte < 0x80 ? byte : upper[byte - 0x80];
+        text.push_back(byte < 0x80 ? byte : upper[byte - 0x80]);
     }
     return text;
 }
@@ -165,7 +165,7 @@ std::u32string joinedSurrogates(std::u32string_view text) {
     std::u32string joined;
     for (std::size_t at = 0; at < text.size(); ++at) {
         if (isHighSurrogate(text[at]) && at + 1 < text.size() && isLowSurrogate(text[at + 1])) {
-            joined += 0x10000 + ((text[at] - 0xD800) << 10) + (text[at + 1] - 0xDC00);
+            joined.push_back(0x10000 + ((text[at] - 0xD800) << 10) + (text[at + 1] - 0xDC00));
             ++at;
         } else {
             const bool alone = isHighSurrogate(text[at]) || isLowSurrogate(text[at]);

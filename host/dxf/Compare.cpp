@@ -381,6 +381,17 @@ class Comparer {
     bool stopped_ = false;
 };
 
+Difference::Kind kindOf(const GroupEdit& edit) {
+    switch (edit.kind) {
+        case GroupEdit::Kind::replace:
+            return Difference::Kind::changed;
+        case GroupEdit::Kind::insertAfter:
+            return Difference::Kind::inserted;
+        default:
+            return Difference::Kind::recordRemoved;
+    }
+}
+
 bool hasValue(const Difference& difference, const Document& before, const GroupEdit::Value& value) {
     if (const auto* real = std::get_if<double>(&value)) {
         return parseReal(difference.newValue) == *real;
@@ -435,16 +446,14 @@ std::vector<Difference> compare(const Document& before, const Document& after) {
 }
 
 bool isExpected(const Difference& difference, const Document& before, const Changes& changes) {
-    const bool changed = difference.kind == Difference::Kind::changed;
-    if (!difference.before || (!changed && difference.kind != Difference::Kind::inserted)) {
-        return false;
-    }
+    if (!difference.before) return false;
     const auto edits = changes.find(*difference.before);
     if (edits == changes.end()) return false;
     return std::any_of(edits->second.begin(), edits->second.end(), [&](const GroupEdit& edit) {
-        const bool replaces = edit.kind == GroupEdit::Kind::replace;
-        return replaces == changed && edit.code == difference.code &&
-               edit.index == difference.index && hasValue(difference, before, edit.value);
+        return kindOf(edit) == difference.kind &&
+               (edit.kind == GroupEdit::Kind::removeRecord ||
+                (edit.code == difference.code && edit.index == difference.index &&
+                 hasValue(difference, before, edit.value)));
     });
 }
 

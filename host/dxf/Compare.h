@@ -58,7 +58,7 @@ void compare(const Document& before, const Document& after,
 std::vector<Difference> compare(const Document& before, const Document& after);
 
 // Whether `difference` is what an edit of `changes` makes: the same record and code, a replaced
-// group or an inserted one, and the edit's value.
+// group or an inserted one, and the edit's value; or the record that is removed.
 bool isExpected(const Difference& difference, const Document& before, const Changes& changes);
 
 }  // namespace host::dxf

@@ -112,6 +112,7 @@ class Editor {
         }
         const GroupRange range = document_.groups(record);
         groups_.assign(range.begin(), range.end());
+        atEof_ = document_.type(record) == "EOF";
         const std::size_t first = all.size();
         std::vector<bool> replaced(groups_.size(), false);
         for (const GroupEdit& edit : edits) {
@@ -157,6 +158,9 @@ class Editor {
         const std::size_t begin = offset(group.bytes().data());
         std::string bytes =
             document_.binary() ? binaryValue(edit) : asciiValue(edit, padding(group.bytes()));
+        if (!document_.binary()) {
+            checkBetween(edit, codeLineEnd(group), bytes, valueLineEnd(group));
+        }
         // In a binary file the value's NUL stands behind the bytes of a text and is kept.
         if (document_.binary() && fixedSize(group.type()) == 0) bytes.pop_back();
         all.push_back({begin, begin + group.bytes().size(), std::move(bytes)});
@@ -169,6 +173,7 @@ class Editor {
 
     void insert(const GroupEdit& edit, std::vector<Patch>& all) {
         if (edit.code == 0) refuse(edit, "group 0 begins a record of its own");
+        if (atEof_) refuse(edit, "nothing can stand behind EOF");
         const Group& neighbour = groups_[edit.index];
         const std::size_t at = offset(neighbour.raw().data()) + neighbour.raw().size();
         if (document_.binary()) {
@@ -176,13 +181,13 @@ class Editor {
             all.push_back({at, at, binaryCode(edit.code) + binaryValue(edit)});
             return;
         }
-        const std::string_view codeEnd = lineEnd(neighbour.raw());
-        const std::string_view valueEnd =
-            neighbour.raw().substr(offset(neighbour.bytes().data()) -
-                                   offset(neighbour.raw().data()) + neighbour.bytes().size());
+        const std::string_view codeEnd = codeLineEnd(neighbour);
+        const std::string_view valueEnd = valueLineEnd(neighbour);
         const std::string value = asciiValue(edit, integerWidth(edit.code));
+        checkBetween(edit, codeEnd, value, valueEnd);
         std::string bytes;
-        if (valueEnd.empty()) bytes += codeEnd;  // the file ends without a line end, and goes on so
+        if (!isComplete(valueEnd))
+            bytes += codeEnd;  // the file ends without a line end, and goes on so
         bytes += asciiCode(edit.code);
         bytes += codeEnd;
         bytes += value;
@@ -190,11 +195,30 @@ class Editor {
         all.push_back({at, at, std::move(bytes)});
     }
 
-    // The line end after the first line of `group`.
-    std::string_view lineEnd(std::string_view group) const {
-        const char* begin = group.data();
-        const LineSpan line = lineAt(begin, begin + group.size(), document_.form().loneReturns);
-        return {line.end, static_cast<std::size_t>(line.next - line.end)};
+    // Whether the next line begins behind `lineEnd`.
+    bool isComplete(std::string_view lineEnd) const {
+        return !lineEnd.empty() && (lineEnd.back() == '\n' || document_.form().loneReturns);
+    }
+
+    // In a file of lone returns that has line feeds too, nothing between a return and a line feed
+    // would make one line end of both.
+    static void checkBetween(const GroupEdit& edit, std::string_view codeEnd,
+                             const std::string& value, std::string_view valueEnd) {
+        if (value.empty() && codeEnd == "\r" && valueEnd == "\n") {
+            refuse(edit, "an empty text can't stand between a return and a line feed");
+        }
+    }
+
+    std::string_view codeLineEnd(const Group& group) const {
+        const std::string_view text = codeText(group);
+        const char* end = text.data() + text.size();
+        return {end, static_cast<std::size_t>(group.bytes().data() - end)};
+    }
+
+    static std::string_view valueLineEnd(const Group& group) {
+        const char* end = group.bytes().data() + group.bytes().size();
+        const char* next = group.raw().data() + group.raw().size();
+        return {end, static_cast<std::size_t>(next - end)};
     }
 
     std::string_view codeText(const Group& group) const {
@@ -276,6 +300,7 @@ class Editor {
 
     const Document& document_;
     std::vector<Group> groups_;  // of the record under way
+    bool atEof_ = false;         // it is EOF
     std::optional<NumberStyle> style_;
 };
 

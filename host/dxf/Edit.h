@@ -47,8 +47,9 @@ using Changes = std::map<RecordIndex, std::vector<GroupEdit>>;
 // The bytes of the drawing with `changes` put in. Raises std::invalid_argument for edits that can't
 // be: a record or group that is not there, a replacement whose code is another than the group's or
 // comes twice, a value that is not of the code's type, not finite, out of the binary form's range,
-// or a text with a line end or NUL in it, chunks, group 0 inserted, a record
-// removed that has other edits too.
+// or a text with a line end or NUL in it, chunks, group 0 inserted, something behind EOF, a record
+// removed that has other edits too. Called with its namespace (dxf::apply), for std::apply has the
+// same name.
 std::string apply(const Document& document, const Changes& changes);
 
 // Writes the drawing with `changes` put in to `target`: to a new file beside it, flushed, then

@@ -191,5 +191,16 @@ TEST(Compare, DifferencesAreExpectedWhereAnEditMadeThem) {
     EXPECT_EQ(unexpected(kPoint, ""), 1U);       // a record gone
 }
 
+TEST(Compare, ARecordThatAnEditRemovedIsExpectedToBeGone) {
+    const auto before = parse(kDrawing);
+    const Changes changes = {{2, {{GroupEdit::Kind::removeRecord, 0, 0, 0.0}}}};
+    const auto differences = compare(*before, *parse(dxf::apply(*before, changes)));
+    ASSERT_EQ(differences.size(), 1U);
+    EXPECT_EQ(differences[0].text(), "line 15: TEXT 30 removed");
+    EXPECT_TRUE(isExpected(differences[0], *before, changes));
+    EXPECT_FALSE(isExpected(differences[0], *before, {{1, changes.at(2)}}));
+    EXPECT_FALSE(isExpected(differences[0], *before, {{2, {replaceReal(2, 10, 2.5)}}}));
+}
+
 }  // namespace
 }  // namespace host::dxf

@@ -122,6 +122,18 @@ TEST(Edit, BehindALastLineWithoutEndTheFileStillEndsWithoutOne) {
               bytes + "\n50\n2.0\n51\n3.0");
 }
 
+TEST(Edit, BehindALastLineThatEndsInAReturnTheNextLineStillBegins) {
+    const std::string bytes = "0\r\nSECTION\r\n0\r\nTEXT\r\n40\r\n1.0\r";
+    EXPECT_EQ(edited(bytes, 1, {insertReal(1, 50, 2.0)}), bytes + "\r\n50\r\n2.0\r");
+}
+
+TEST(Edit, AnEmptyTextIsNotPutBetweenAReturnAndALineFeed) {
+    const std::string bytes = "0\rSECTION\n0\rTEXT\n1\rx\n";
+    EXPECT_THROW(edited(bytes, 1, {replaceText(1, 1, L"")}), std::invalid_argument);
+    EXPECT_THROW(edited(bytes, 1, {insertText(1, 1, L"")}), std::invalid_argument);
+    EXPECT_EQ(edited(bytes, 1, {insertText(1, 1, L"y")}), bytes + "1\ry\n");
+}
+
 TEST(Edit, CodesArePaddedAsOthersOfAsManyDigits) {
     const std::string padded = entitiesOnly("  0\nTEXT\n 10\n1.0\n100\nAcDbText\n");
     EXPECT_EQ(edited(padded, 1, {insertReal(1, 50, 2.0)}),
@@ -214,6 +226,18 @@ TEST(Edit, BinaryCodesHaveTheWidthOfTheFile) {
               std::string::npos);
 }
 
+TEST(Edit, ARemovedRecordIsGoneWithAllItsBytesAndNothingElse) {
+    const GroupEdit removal{GroupEdit::Kind::removeRecord, 0, 0, 0.0};
+    EXPECT_EQ(edited(entitiesOnly(kText), 1, {removal}), entitiesOnly(""));
+    const auto binary = Document::open(test::dataFolder() / "releases" / "r12_binary.dxf");
+    std::string expected(binary->bytes());
+    const std::string_view raw = binary->raw(20);
+    expected.erase(static_cast<std::size_t>(raw.data() - binary->bytes().data()), raw.size());
+    EXPECT_EQ(dxf::apply(*binary, {{20, {removal}}}), expected);
+    EXPECT_THROW(edited(entitiesOnly(kText), 1, {removal, insertReal(4, 50, 1.0)}),
+                 std::invalid_argument);
+}
+
 TEST(Edit, WhatCannotBeIsRefused) {
     const auto document = parse(entitiesOnly("0\nTEXT\n10\n1.0\n70\n1\n310\n00\n5\nA\n290\n1\n"));
     const auto refused = [&document](RecordIndex record, std::vector<GroupEdit> edits) {
@@ -229,6 +253,7 @@ TEST(Edit, WhatCannotBeIsRefused) {
     refused(1, {replaceText(2, 70, L"2")});
     refused(1, {insertText(2, 310, L"00")});  // a chunk
     refused(1, {insertText(2, 0, L"LINE")});  // a record
+    refused(3, {insertReal(0, 50, 1.0)});     // behind EOF
     refused(1, {replaceReal(1, 10, std::numeric_limits<double>::quiet_NaN())});
     refused(1, {replaceReal(1, 10, std::numeric_limits<double>::infinity())});
     refused(1, {replaceReal(1, 10, -std::numeric_limits<double>::infinity())});
