@@ -8,7 +8,7 @@
 #include <string_view>
 #include <typeinfo>
 
-#include "host/console/Wide.h"
+#include "host/editor/Words.h"
 #include "tam/TamExceptions.h"
 
 namespace host::console {
@@ -29,8 +29,8 @@ std::string quoted(std::string text) {
 
 std::string describe(const TamLib::TamExpBase& exception) {
     const wchar_t* const file = exception.file == nullptr ? L"an unknown source" : exception.file;
-    return className(typeid(exception)) + quoted(toUtf8(exception.message)) + " at line " +
-           std::to_string(exception.line) + " in " + toUtf8(file);
+    return className(typeid(exception)) + quoted(editor::toUtf8(exception.message)) + " at line " +
+           std::to_string(exception.line) + " in " + editor::toUtf8(file);
 }
 
 std::string describe(const std::exception& exception) {
@@ -66,7 +66,7 @@ std::string describeException() {
     } catch (const char* text) {
         return "the text" + quoted(text == nullptr ? "" : text);
     } catch (const wchar_t* text) {
-        return "the text" + quoted(text == nullptr ? "" : toUtf8(text));
+        return "the text" + quoted(text == nullptr ? "" : editor::toUtf8(text));
     } catch (...) {
         return describeUnknown();
     }

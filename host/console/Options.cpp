@@ -10,6 +10,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "host/console/Files.h"
+
 namespace host::console {
 
 namespace {
@@ -37,7 +39,7 @@ Options:
       --version           the version
 
 Commands in a session: ZEPTAlignEntities, OPEN, SAVE, SAVEAS, QSAVE, QUIT, U, UNDO, REDO, SCRIPT, HELP.
-An entity is picked by a point (25496062,6672008) or by its handle: (handent "2F").
+An entity is picked by a point (25496080,6672015) or by its handle: (handent "2F").
 
 Examples:
   orlinth align streets.dxf --line handle=2F -o turned.dxf
@@ -84,7 +86,7 @@ Options: -i, -o, --dry-run, --verify, --readonly, --log, --module as `orlinth --
 Examples:
   orlinth align streets.dxf --line handle=2F -o turned.dxf
   orlinth align streets.dxf --line handle=2F --select all --flip -o turned.dxf
-  orlinth align streets.dxf --line 25496062,6672008 --select "layer=OSOITE*" --select type=TEXT -o turned.dxf
+  orlinth align streets.dxf --line 25496080,6672015 --select "layer=OSOITE*" --select type=TEXT -o turned.dxf
   orlinth align streets.dxf --line handle=2F --flip --dry-run
 )";
 
@@ -150,7 +152,8 @@ void readLine(const std::string& text, AlignRequest& request) {
     if (startsWith(text, byHandle)) {
         request.lineHandle = text.substr(byHandle.size());
         if (isHandle(request.lineHandle)) return;
-    } else if ((request.linePoint = numbers<2>(text))) {
+    } else if (numbers<2>(text)) {
+        request.linePoint = text;
         return;
     }
     throw std::invalid_argument("--line takes handle=2F (hexadecimal digits) or a point x,y; '" +
@@ -222,19 +225,6 @@ const std::string& drawingOf(const Raw& raw) {
     return raw.input.empty() ? raw.positional : raw.input;
 }
 
-// True when both names lead to one file, also through links; a file that is not there yet is
-// compared by name.
-bool sameFile(const std::filesystem::path& a, const std::filesystem::path& b) {
-    if (a.empty() || b.empty()) return false;
-    std::error_code error;
-    if (std::filesystem::equivalent(a, b, error)) return true;
-    const std::filesystem::path first =
-        std::filesystem::weakly_canonical(std::filesystem::absolute(a), error);
-    return !error &&
-           first == std::filesystem::weakly_canonical(std::filesystem::absolute(b), error) &&
-           !error;
-}
-
 // Only a drawing may be overwritten by its own result.
 void refuseOverwriting(const Options& options) {
     const std::pair<const char*, const std::filesystem::path*> written[] = {
@@ -245,11 +235,11 @@ void refuseOverwriting(const Options& options) {
         {"the drawing", &options.drawing}};
     for (const auto& [option, target] : written)
         for (const auto& [name, source] : read)
-            if (sameFile(*target, *source) &&
+            if (isSameFile(*target, *source) &&
                 !(target == &options.output && source == &options.drawing))
                 throw std::invalid_argument(std::string(option) + " would overwrite " + name +
                                             " '" + utf8(*source) + "'");
-    if (sameFile(options.output, options.log))
+    if (isSameFile(options.output, options.log))
         throw std::invalid_argument("--output and --log name the same file '" + utf8(options.log) +
                                     "'");
 }
@@ -325,6 +315,7 @@ Filter parseFilter(const std::string& text) {
         throw std::invalid_argument("--select " + text + ": " + why);
     };
     Filter filter;
+    filter.text = text;
     if (text == "all") return filter;
     if (name == "layer" || name == "type") {
         if (!canBeQuoted(value)) refuse("a " + name + " needs a name after '=', without quotes");

@@ -27,16 +27,17 @@ enum class Exit : int {
 struct Filter {
     enum class Kind { all, layer, type, handle, window, crossing };
     Kind kind = Kind::all;
-    std::string
-        pattern;  // layer: the pattern as given, wild cards included; type: names with commas
+    std::string text;                  // as it was given: "layer=KATU*"
+    std::string pattern;               // layer and type: wild cards and commas included
     std::vector<std::string> handles;  // handle: hexadecimal digits, at least one handle
     std::array<double, 4> corners{};   // window and crossing: x1, y1, x2, y2
 };
 
-// What `orlinth align` was asked.
+// What `orlinth align` was asked. One of `lineHandle` (hexadecimal digits) and `linePoint` ("x,y",
+// two numbers) is empty.
 struct AlignRequest {
-    std::string lineHandle;  // hexadecimal digits; empty when a point was given
-    std::optional<std::array<double, 2>> linePoint;
+    std::string lineHandle;
+    std::string linePoint;
     std::vector<Filter> filters;  // none means all
     bool flip = false;
 };

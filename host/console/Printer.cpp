@@ -56,10 +56,14 @@ void Printer::print(std::string_view text) {
 }
 
 void Printer::error(std::string_view sentence) {
-    if (!atLineStart_) print("\n");
+    endLine();
     const std::string line = "orlinth: " + std::string(sentence) + "\n";
     write(stderr, line);
     log(line);
+}
+
+void Printer::endLine() {
+    if (!atLineStart_) print("\n");
 }
 
 void Printer::typed(std::string_view line) {
@@ -88,15 +92,15 @@ bool isConsole(DWORD stream) {
 bool inputIsTerminal() {
     return isConsole(STD_INPUT_HANDLE);
 }
-bool outputIsTerminal() {
-    return isConsole(STD_OUTPUT_HANDLE);
+bool errorIsTerminal() {
+    return isConsole(STD_ERROR_HANDLE);
 }
 #else
 bool inputIsTerminal() {
     return isatty(STDIN_FILENO) != 0;
 }
-bool outputIsTerminal() {
-    return isatty(STDOUT_FILENO) != 0;
+bool errorIsTerminal() {
+    return isatty(STDERR_FILENO) != 0;
 }
 #endif
 

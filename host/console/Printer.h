@@ -32,6 +32,10 @@ class Printer {
     // that a terminal and the log show the error on a line of its own.
     void error(std::string_view sentence);
 
+    // Ends a line of standard output that stands open, such as a prompt that nobody answers any
+    // more.
+    void endLine();
+
     // A typed line, which a terminal shows by itself: only the log gets it, with its line end.
     void typed(std::string_view line);
 
@@ -49,6 +53,6 @@ class Printer {
 
 // True when the stream is a terminal, where a person types or reads.
 bool inputIsTerminal();
-bool outputIsTerminal();
+bool errorIsTerminal();
 
 }  // namespace host::console

@@ -1,21 +1,162 @@
 #include "host/console/Program.h"
 
+#include <exception>
+#include <filesystem>
+#include <memory>
+#include <string>
 #include <variant>
 
+#include "host/console/AlignAnswers.h"
+#include "host/console/ExceptionText.h"
+#include "host/console/Files.h"
+#include "host/console/HostCommands.h"
 #include "host/console/Options.h"
 #include "host/console/Printer.h"
+#include "host/console/ProgramFile.h"
+#include "host/console/Saver.h"
+#include "host/console/SessionOutput.h"
+#include "host/console/StandardInput.h"
+#include "host/console/Verdict.h"
+#include "host/database/Ledger.h"
+#include "host/dxf/Errors.h"
+#include "host/editor/Script.h"
+#include "host/editor/Session.h"
+#include "host/editor/Words.h"
 
 namespace host::console {
 
+namespace {
+
+using editor::Session;
+
+bool isPerson(const Options& options) {
+    return options.script.empty() && !options.align && inputIsTerminal();
+}
+
+std::unique_ptr<editor::Input> makeInput(const Options& options, SessionOutput& output) {
+    if (options.align) return std::make_unique<AlignAnswers>(*options.align);
+    if (options.script.empty()) return std::make_unique<StandardInput>(output);
+    return std::make_unique<editor::ScriptInput>(readScript(options.script),
+                                                 editor::fromUtf8(utf8(options.script)));
+}
+
+// One call of the program, from opening what was named to the last word.
+class Call {
+  public:
+    Call(const Options& options, Printer& printer)
+        : options_(options),
+          printer_(printer),
+          saver_(options, printer),
+          verdict_(isPerson(options)),
+          workplace_{options, printer, saver_, verdict_, {}} {}
+
+    Exit run() {
+        SessionOutput output(printer_);
+        const std::unique_ptr<editor::Input> input = makeInput(options_, output);
+        {
+            Session session(*input, output);
+            prepare(session);
+            session.run();
+            printer_.endLine();
+            finish(session);
+        }
+        for (const std::string& leak : database::Ledger::instance().leaks())
+            printer_.error("internal: the session left open: " + leak);
+        return exit_;
+    }
+
+  private:
+    void prepare(Session& session) {
+        session.setExceptionReporter([] { return editor::fromUtf8(describeException()); });
+        session.onCommandEnded(
+            [this, &session](editor::CommandResult& result) { verdict_.hear(session, result); });
+        addHostCommands(session, workplace_);
+        session.loadModule(options_.module.empty() ? besideProgram("ZEPTOrlinth.arx")
+                                                   : options_.module);
+        if (!options_.drawing.empty()) openDrawing(session, workplace_, options_.drawing);
+    }
+
+    void finish(Session& session) {
+        exit_ = verdict_.exit();
+        if (!options_.output.empty())
+            writeOutput(session);
+        else if (!workplace_.discarded && session.drawing() != nullptr &&
+                 saver_.isModified(*session.drawing()))
+            printer_.print(Saver::changes(*session.drawing()) +
+                           "; not saved: that takes -o FILE, QSAVE or SAVEAS.\n");
+        if (exit_ == Exit::done && !saver_.proved()) exit_ = Exit::unproved;
+    }
+
+    void writeOutput(Session& session) {
+        if (!verdict_.endedWell()) {
+            printer_.error(utf8(options_.output) +
+                           " was not written, because the session did not end well");
+        } else if (session.drawing() == nullptr) {
+            printer_.error(utf8(options_.output) + " was not written: no drawing is open");
+            exit_ = Exit::cancelled;
+        } else {
+            try {
+                saver_.save(*session.drawing(), options_.output);
+            } catch (const NotSaved& error) {
+                printer_.error(error.what());
+                exit_ = Exit::unwritable;
+            }
+        }
+    }
+
+    const Options& options_;
+    Printer& printer_;
+    Saver saver_;
+    Verdict verdict_;
+    Workplace workplace_;
+    Exit exit_ = Exit::done;
+};
+
+Exit perform(const Options& options, Printer& printer) {
+    try {
+        return Call(options, printer).run();
+    } catch (const UnreadableFile& error) {
+        printer.error(error.what());
+        return Exit::unreadable;
+    } catch (const editor::ModuleError& error) {
+        printer.error(error.what());
+        return Exit::unreadable;
+    } catch (const dxf::ReadError& error) {
+        printer.error(error.what());
+        return Exit::unreadable;
+    } catch (...) {
+        printer.error("internal: " + describeException());
+        return Exit::cancelled;
+    }
+}
+
+Exit farewell(const Farewell& farewell) {
+    Printer printer({});
+    printer.print(farewell.output);
+    if (!farewell.error.empty()) printer.error(farewell.error);
+    return farewell.code;
+}
+
+Exit runWithLog(const Options& options) {
+    try {
+        Printer printer(options.log);
+        const Exit exit = perform(options, printer);
+        if (!printer.logComplete())
+            printer.error("the log '" + utf8(options.log) + "' could not be written to its end");
+        return exit;
+    } catch (const LogError& error) {
+        Printer({}).error(error.what());
+        return Exit::unwritable;
+    }
+}
+
+}  // namespace
+
 int runProgram(const std::vector<std::string>& arguments) {
     const auto parsed = parseOptions(arguments);
-    if (const Farewell* farewell = std::get_if<Farewell>(&parsed)) {
-        Printer printer({});
-        printer.print(farewell->output);
-        if (!farewell->error.empty()) printer.error(farewell->error);
-        return static_cast<int>(farewell->code);
-    }
-    return 0;
+    if (const Farewell* last = std::get_if<Farewell>(&parsed))
+        return static_cast<int>(farewell(*last));
+    return static_cast<int>(runWithLog(std::get<Options>(parsed)));
 }
 
 }  // namespace host::console

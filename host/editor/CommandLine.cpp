@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "host/database/Undo.h"
+#include "host/editor/SelectionSets.h"
 #include "host/editor/SessionState.h"
 #include "host/editor/Words.h"
 
@@ -79,6 +80,12 @@ Answer State::ask(Request request) {
     if (request.kind != Request::Kind::text &&
         (reply.kind == Reply::Kind::lisp || isSymbolReply(reply))) {
         return evaluated(reply);
+    }
+    if (reply.kind == Reply::Kind::entities) {
+        ads_name set;
+        SelectionSets::instance().make(reply.entities, set);
+        return {Answer::Kind::value, reply.text,
+                std::make_shared<const lisp::HeldSet>(set[0], set[1]), reply.where};
     }
     return {Answer::Kind::text, reply.text, {}, reply.where};
 }

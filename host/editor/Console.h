@@ -2,6 +2,8 @@
 // implement them.
 #pragma once
 
+#include <dbid.h>
+
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -22,13 +24,15 @@ struct Request {
 // One reply.
 struct Reply {
     // text: what was typed, empty for a bare Enter; lisp: a whole expression that begins with "(";
-    // cancel: Escape or Ctrl-C; end: there will be no further reply.
-    enum class Kind { text, lisp, cancel, end };
+    // entities: a selection that the program has made, with words for it in `text`; cancel: Escape
+    // or Ctrl-C; end: there will be no further reply.
+    enum class Kind { text, lisp, entities, cancel, end };
     Kind kind = Kind::end;
     std::wstring text;
     std::wstring where;      // "RUN.scr, line 3"; empty when a person types
     std::size_t line = 0;    // of the reply's first character in what was read, from 1
     std::size_t column = 0;  // from 1
+    std::vector<AcDbObjectId> entities = {};
 };
 
 // Replies. Never waits when nobody can answer: that is `end`.

@@ -1,6 +1,6 @@
-// A second, plain reading of ASCII drawings and of what the command does to them, written for these tests and
-// sharing nothing with the program: groups as pairs of lines, and the angles recomputed from the vertices of
-// an LWPOLYLINE or LINE.
+// A second, plain reading of ASCII drawings and of what the command does to them, written for these
+// tests and sharing nothing with the program: groups as pairs of lines, and the angles recomputed
+// from the vertices of an LWPOLYLINE or LINE.
 #pragma once
 
 #include <filesystem>
@@ -35,12 +35,13 @@ struct Plane {
 // The vertices of an LWPOLYLINE without bulges or of a LINE, in plan.
 std::vector<Plane> verticesOf(const Record& line);
 
-// True for what the command turns: TEXT and single INSERT on layers that are neither frozen nor locked.
+// True for what the command turns: TEXT and single INSERT on layers that are neither frozen nor
+// locked.
 bool isTurned(const Record& entity, const std::map<std::string, Record>& layers);
 std::map<std::string, Record> readLayers(const std::filesystem::path& file);
 
-// The rotation in degrees that the entity has to get: along the nearest segment, texts right-reading, symbols
-// against the direction of the line and, with `flip`, along it.
+// The rotation in degrees that the entity has to get: along the nearest segment, texts
+// right-reading, symbols against the direction of the line and, with `flip`, along it.
 double expectedRotation(const Record& entity, const std::vector<Plane>& line, bool flip);
 
 }  // namespace console_test

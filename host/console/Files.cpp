@@ -1,0 +1,47 @@
+#include "host/console/Files.h"
+
+#include <cerrno>
+#include <fstream>
+#include <iterator>
+#include <system_error>
+
+#include "host/console/Options.h"
+#include "host/editor/Script.h"
+
+namespace host::console {
+
+namespace {
+
+bool isUtf16(const std::string& bytes) {
+    return bytes.compare(0, 2, "\xFF\xFE") == 0 || bytes.compare(0, 2, "\xFE\xFF") == 0;
+}
+
+}  // namespace
+
+std::wstring readScript(const std::filesystem::path& path) {
+    const std::string name = "the script '" + utf8(path) + "'";
+    std::error_code error;
+    if (std::filesystem::is_directory(path, error))
+        throw UnreadableFile(name + " can't be read: it is a folder");
+    errno = 0;
+    std::ifstream stream(path, std::ios::binary);
+    if (!stream)
+        throw UnreadableFile(name + " can't be read: " + std::generic_category().message(errno));
+    const std::string bytes{std::istreambuf_iterator<char>(stream), {}};
+    if (stream.bad()) throw UnreadableFile(name + " can't be read to its end");
+    if (const std::size_t at = bytes.find('\0'); at != std::string::npos && !isUtf16(bytes))
+        throw UnreadableFile(name + " is no text: byte " + std::to_string(at) + " is zero");
+    return editor::decodeScript(bytes);
+}
+
+bool isSameFile(const std::filesystem::path& a, const std::filesystem::path& b) {
+    if (a.empty() || b.empty()) return false;
+    std::error_code error;
+    if (std::filesystem::equivalent(a, b, error)) return true;
+    const auto full = [&error](const std::filesystem::path& path) {
+        return std::filesystem::weakly_canonical(std::filesystem::absolute(path, error), error);
+    };
+    return full(a) == full(b);
+}
+
+}  // namespace host::console

@@ -1,0 +1,190 @@
+#include "host/console/HostCommands.h"
+
+#include <optional>
+#include <string>
+
+#include "host/console/Files.h"
+#include "host/console/Meter.h"
+#include "host/database/Drawing.h"
+#include "host/dxf/Errors.h"
+#include "host/editor/Script.h"
+#include "host/editor/Words.h"
+
+namespace host::console {
+
+namespace {
+
+using editor::CommandFailure;
+using editor::Session;
+
+std::wstring wide(const std::filesystem::path& path) {
+    return editor::fromUtf8(utf8(path));
+}
+
+std::filesystem::path pathFrom(const std::wstring& text) {
+    return pathFromUtf8(editor::toUtf8(text));
+}
+
+// A failure with an exit code of its own.
+[[noreturn]] void fail(Workplace& workplace, Exit code, const std::string& sentence) {
+    workplace.verdict.fail(code);
+    throw CommandFailure(editor::fromUtf8(sentence));
+}
+
+AcDbDatabase& openedDrawing(const Session& session) {
+    if (session.drawing() == nullptr) throw CommandFailure(L"No drawing is open; OPEN opens one");
+    return *session.drawing();
+}
+
+bool isModified(const Session& session, const Workplace& workplace) {
+    return session.drawing() != nullptr && workplace.saver.isModified(*session.drawing());
+}
+
+// A question that only a clear Yes answers with true.
+bool confirmed(Session& session, const std::wstring& question) {
+    const std::wstring reply =
+        editor::upperCase(session.askWord(question + L" [Yes/No] <N>: ", {L"Yes", L"No"}));
+    return reply == L"Y" || reply == L"YES" || reply == L"_Y" || reply == L"_YES";
+}
+
+void saveTo(Session& session, Workplace& workplace, const std::filesystem::path& target) {
+    try {
+        workplace.saver.save(openedDrawing(session), target);
+    } catch (const NotSaved& error) {
+        fail(workplace, Exit::unwritable, error.what());
+    }
+}
+
+// Asks where to save. Nothing when the user would not replace a file that is there.
+std::optional<std::filesystem::path> askTarget(Session& session, const Workplace& workplace) {
+    const std::wstring shown =
+        workplace.drawing.empty() ? L"" : L" <" + wide(workplace.drawing) + L">";
+    const std::wstring reply = session.askWord(L"Save drawing as" + shown + L": ");
+    if (reply.empty()) return workplace.drawing;
+    std::filesystem::path target = pathFrom(reply);
+    if (!target.has_extension()) target += ".dxf";
+    std::error_code error;
+    const bool replaces =
+        std::filesystem::exists(target, error) && !isSameFile(target, workplace.drawing);
+    if (replaces && !confirmed(session, wide(target) + L" exists already. Replace it?"))
+        return std::nullopt;
+    return target;
+}
+
+void save(Session& session, Workplace& workplace) {
+    openedDrawing(session);
+    if (const auto target = askTarget(session, workplace)) saveTo(session, workplace, *target);
+}
+
+void saveAs(Session& session, Workplace& workplace) {
+    openedDrawing(session);
+    const auto target = askTarget(session, workplace);
+    if (!target) return;
+    saveTo(session, workplace, *target);
+    workplace.drawing = *target;
+}
+
+void qsave(Session& session, Workplace& workplace) {
+    openedDrawing(session);
+    saveTo(session, workplace, workplace.drawing);
+}
+
+void open(Session& session, Workplace& workplace) {
+    if (isModified(session, workplace) && !confirmed(session, L"Discard the changes?")) return;
+    const std::wstring reply = session.askWord(L"Open drawing: ");
+    if (reply.empty()) return;
+    try {
+        openDrawing(session, workplace, pathFrom(reply));
+    } catch (const dxf::ReadError& error) {
+        fail(workplace, Exit::unreadable, error.what());
+    }
+}
+
+// Asks only when changes would be lost: -o saves them all the same.
+void quit(Session& session, Workplace& workplace) {
+    const bool losesChanges = workplace.options.output.empty() && isModified(session, workplace);
+    if (losesChanges && !confirmed(session, L"Really want to discard all changes to the drawing?"))
+        return;
+    workplace.discarded = losesChanges;
+    session.quit();
+}
+
+void undo(Session& session, int steps) {
+    const int done = session.undo(steps);
+    session.print(done == 0 ? L"Nothing to undo.\n" : std::to_wstring(done) + L" undone.\n");
+}
+
+void undoSome(Session& session) {
+    const std::wstring reply = session.askWord(L"Enter the number of operations to undo <1>: ");
+    const std::optional<int> steps = reply.empty() ? 1 : editor::parseInteger(reply);
+    if (!steps || *steps < 1)
+        throw CommandFailure(L"UNDO takes a whole number from 1, not '" + reply + L"'");
+    undo(session, *steps);
+}
+
+void redo(Session& session) {
+    session.print(session.redo() == 0 ? L"Nothing to redo.\n" : L"1 done again.\n");
+}
+
+void script(Session& session, Workplace& workplace) {
+    const std::wstring reply = session.askWord(L"Script file: ");
+    if (reply.empty()) return;
+    try {
+        session.runScript(readScript(pathFrom(reply)), reply);
+    } catch (const UnreadableFile& error) {
+        fail(workplace, Exit::unreadable, error.what());
+    }
+}
+
+void help(Session& session) {
+    std::wstring text = L"Commands of the loaded modules:\n";
+    for (const std::wstring& name : session.commandNames()) {
+        bool own = false;
+        for (const Session::HostCommand& command : session.hostCommands())
+            own = own || command.name == name;
+        if (!own) text += L"  " + name + L"\n";
+    }
+    text += L"Commands of the program:\n";
+    for (const Session::HostCommand& command : session.hostCommands())
+        text += L"  " + command.name +
+                std::wstring(10 - std::min<std::size_t>(9, command.name.size()), L' ') +
+                command.help + L"\n";
+    text +=
+        L"An entity is picked by a point, as in 25496080,6672015, or by its handle, as in (handent "
+        L"\"2F\").\n"
+        L"Entities are selected by points, ALL, W, C, L, P, F, WP, CP, (handent ...) and (ssget "
+        L"\"X\" ...); R removes,\n"
+        L"A adds again, U takes back, Enter ends the selection.\n";
+    session.print(text);
+}
+
+}  // namespace
+
+void openDrawing(Session& session, Workplace& workplace, const std::filesystem::path& path) {
+    session.useDrawing(
+        database::readDrawing(path, progressMeter("Reading " + utf8(path.filename()))));
+    workplace.saver.forget();
+    workplace.drawing = path;
+}
+
+void addHostCommands(Session& session, Workplace& workplace) {
+    const auto add = [&](const wchar_t* name, const wchar_t* text, auto action) {
+        session.addHostCommand({name, {}, text, false, std::move(action)});
+    };
+    add(L"OPEN", L"opens another drawing", [&](Session& s) { open(s, workplace); });
+    add(L"QSAVE", L"saves the drawing where it came from",
+        [&](Session& s) { qsave(s, workplace); });
+    add(L"SAVE", L"saves a copy; the drawing keeps its name",
+        [&](Session& s) { save(s, workplace); });
+    add(L"SAVEAS", L"saves under another name and goes on with that",
+        [&](Session& s) { saveAs(s, workplace); });
+    add(L"QUIT", L"leaves; asks when changes would be lost",
+        [&](Session& s) { quit(s, workplace); });
+    add(L"U", L"takes back the last command", [](Session& s) { undo(s, 1); });
+    add(L"UNDO", L"takes back a number of commands", [](Session& s) { undoSome(s); });
+    add(L"REDO", L"does again what U took back", [](Session& s) { redo(s); });
+    add(L"SCRIPT", L"takes the answers from a file", [&](Session& s) { script(s, workplace); });
+    add(L"HELP", L"this list", [](Session& s) { help(s); });
+}
+
+}  // namespace host::console

@@ -1,0 +1,31 @@
+// The commands of the program itself: files, leaving, undo, scripts, help.
+#pragma once
+
+#include <filesystem>
+#include <functional>
+
+#include "host/console/Saver.h"
+#include "host/console/Verdict.h"
+#include "host/editor/Session.h"
+
+namespace host::console {
+
+// What the commands work on besides the session; all of it outlives the session.
+struct Workplace {
+    const Options& options;
+    Printer& printer;
+    Saver& saver;
+    Verdict& verdict;
+    std::filesystem::path
+        drawing;  // where the open drawing came from, or was last saved as; empty: no drawing
+    bool discarded = false;  // QUIT was told to drop the changes
+};
+
+// Opens `path` in place of the drawing that is open. Throws dxf::ReadError; all is as it was then.
+void openDrawing(editor::Session& session, Workplace& workplace, const std::filesystem::path& path);
+
+// OPEN, SAVE, SAVEAS, QSAVE, QUIT, U, UNDO, REDO, SCRIPT and HELP. What each asks and says stands
+// in docs/using.md. `workplace` outlives the session.
+void addHostCommands(editor::Session& session, Workplace& workplace);
+
+}  // namespace host::console

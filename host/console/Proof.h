@@ -1,0 +1,25 @@
+// The proof that --verify gives: two drawings compared group by group, each difference listed and
+// judged.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "host/dxf/Document.h"
+#include "host/dxf/Edit.h"
+
+namespace host::console {
+
+struct Proof {
+    std::string
+        text;  // a line for each difference, "!" before those that no command made, and a sum
+    std::size_t strangers = 0;  // how many differences no command made
+};
+
+// `changes` is what the commands did to `before`. A difference is theirs when they changed that
+// group of that entity to that very value, and it is what turning does: group 50 of a TEXT or
+// INSERT, or groups 10 and 20 of a TEXT that stands by its group 11 (justified, but neither aligned
+// nor fitted). Everything else is a stranger, down to a blank before a group code.
+Proof prove(const dxf::Document& before, const dxf::Document& after, const dxf::Changes& changes);
+
+}  // namespace host::console

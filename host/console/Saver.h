@@ -1,0 +1,57 @@
+// Writing the drawing: refused, pretended or done as the options say, and proved when they ask for
+// it.
+#pragma once
+
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+
+#include "host/console/Options.h"
+#include "host/console/Printer.h"
+#include "host/database/Drawing.h"
+#include "host/dxf/Edit.h"
+
+namespace host::console {
+
+// The drawing was not written; what() says which and why. Target and source are as they were.
+class NotSaved : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+class Saver {
+  public:
+    // Both outlive this object.
+    Saver(const Options& options, Printer& printer) : options_(options), printer_(printer) {}
+
+    // Writes `drawing` to `target` and says so on standard output, with the number of entities that
+    // differ from the drawing as it was read. With --dry-run it says what would be written. With
+    // --verify the written file (with --dry-run: what would be written) is compared with the
+    // drawing as it was read, and each difference is listed. Throws NotSaved; with --readonly
+    // always.
+    void save(AcDbDatabase& drawing, const std::filesystem::path& target);
+
+    // "68 entities changed": how many differ from the drawing as it was read.
+    static std::string changes(const AcDbDatabase& drawing);
+
+    // True when the drawing differs from what was last saved, or read.
+    bool isModified(const AcDbDatabase& drawing) const;
+
+    // Another drawing has been opened.
+    void forget() { saved_.clear(); }
+
+    // False once --verify has found a difference that no command made.
+    bool proved() const { return proved_; }
+
+  private:
+    void write(AcDbDatabase& drawing, const std::filesystem::path& target);
+    void verify(const AcDbDatabase& drawing, const std::filesystem::path& target,
+                const dxf::Changes& changes);
+
+    const Options& options_;
+    Printer& printer_;
+    dxf::Changes saved_;
+    bool proved_ = true;
+};
+
+}  // namespace host::console

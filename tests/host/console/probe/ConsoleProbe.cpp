@@ -1,0 +1,111 @@
+// A module for the tests of the program. Each command asks for one entity and then goes wrong in
+// its own way:
+//   PROBETHROW    turns it and throws an exception of the library
+//   PROBEPOINTER  turns it and throws a structured exception as a pointer
+//   PROBESTD      throws an exception of the standard library
+//   PROBENUMBER   throws a number
+//   PROBEOPEN     turns it and leaves it open
+//   PROBEERASE    erases it, which is no turning
+//   PROBETURN     turns it by a quarter, as it should
+#include <accmd.h>
+#include <acdbads.h>
+#include <aced.h>
+#include <acedads.h>
+#include <adscodes.h>
+#include <dbents.h>
+#include <rxdefs.h>
+#include <rxdlinkr.h>
+
+#include <stdexcept>
+
+#include "tam/TamExceptions.h"
+
+#if defined(_WIN32)
+#define ARX_EXPORT extern "C" __declspec(dllexport)
+#else
+#define ARX_EXPORT extern "C" __attribute__((visibility("default")))
+#endif
+
+namespace {
+
+constexpr const wchar_t* group = L"CONSOLEPROBE";
+
+// Asks for an entity and opens it for writing; null when there is none.
+AcDbEntity* askEntity() {
+    ads_name name;
+    ads_point point;
+    AcDbObjectId id;
+    AcDbEntity* entity = nullptr;
+    if (acedEntSel(L"\nEntity: ", name, point) != RTNORM || acdbGetObjectId(id, name) != Acad::eOk)
+        return nullptr;
+    acdbOpenAcDbEntity(entity, id, AcDb::kForWrite);
+    return entity;
+}
+
+AcDbEntity* askAndTurn() {
+    AcDbEntity* const entity = askEntity();
+    if (AcDbText* const text = AcDbText::cast(entity)) text->setRotation(1.5707963267948966);
+    return entity;
+}
+
+void close(AcDbEntity* entity) {
+    if (entity != nullptr) entity->close();
+}
+
+void turnAndThrow() {
+    close(askAndTurn());
+    throw TamLib::TamExpAcad(L"käännös epäonnistui", 77, L"probe/ConsoleProbe");
+}
+
+void turnAndThrowPointer() {
+    close(askAndTurn());
+    throw new TamLib::TamExpWinSeException(0xC0000005U, nullptr);
+}
+
+void throwStandard() {
+    throw std::runtime_error("out of paper");
+}
+
+void throwNumber() {
+    throw 42;
+}
+
+void leaveOpen() {
+    askAndTurn();
+}
+
+void erase() {
+    AcDbEntity* const entity = askEntity();
+    if (entity != nullptr) entity->erase();
+    close(entity);
+}
+
+void turn() {
+    close(askAndTurn());
+}
+
+void addCommands(void* packet) {
+    acrxDynamicLinker->unlockApplication(packet);
+    const auto add = [](const wchar_t* name, AcRxFunctionPtr function) {
+        acedRegCmds->addCommand(group, name, name, ACRX_CMD_MODAL, function);
+    };
+    add(L"PROBETHROW", turnAndThrow);
+    add(L"PROBEPOINTER", turnAndThrowPointer);
+    add(L"PROBESTD", throwStandard);
+    add(L"PROBENUMBER", throwNumber);
+    add(L"PROBEOPEN", leaveOpen);
+    add(L"PROBEERASE", erase);
+    add(L"PROBETURN", turn);
+}
+
+}  // namespace
+
+ARX_EXPORT AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode message, void* packet) {
+    if (message == AcRx::kInitAppMsg) addCommands(packet);
+    if (message == AcRx::kUnloadAppMsg) acedRegCmds->removeGroup(group);
+    return AcRx::kRetOK;
+}
+
+ARX_EXPORT int acrxGetApiVersion() {
+    return 19;
+}
