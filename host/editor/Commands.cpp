@@ -13,6 +13,7 @@
 #include "host/editor/CommandStack.h"
 #include "host/editor/SelectionSets.h"
 #include "host/editor/SessionState.h"
+#include "host/editor/VariablePrompt.h"
 #include "host/editor/Words.h"
 
 namespace host::editor {
@@ -91,10 +92,19 @@ std::optional<State::Callable> State::find(std::wstring_view typed) const {
         }
     }
     const RegisteredCommand* command = CommandStack::instance().find(name);
-    if (command == nullptr) return std::nullopt;
+    if (command == nullptr) return variableCommand(name);
     const AcRxFunctionPtr function = command->function;
     return Callable{command->global, (command->flags & ACRX_CMD_NO_UNDO_MARKER) == 0,
                     [function](Session&) { function(); }};
+}
+
+// The name of a system variable is a command that sets it.
+std::optional<State::Callable> State::variableCommand(std::wstring_view name) const {
+    const std::wstring known = upperCase(name);
+    const std::vector<std::wstring> names = variables.names();
+    if (!std::binary_search(names.begin(), names.end(), known)) return std::nullopt;
+    return Callable{known, false,
+                    [known](Session& session) { askVariable(session.implementation(), known); }};
 }
 
 // Runs the command inside its undo group. Exceptions of another kind than the host's own leave with

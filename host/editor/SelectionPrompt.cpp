@@ -3,6 +3,7 @@
 #include <adscodes.h>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "host/database/Drawing.h"
@@ -66,11 +67,20 @@ bool collect(const lisp::Value& value, std::vector<AcDbObjectId>& ids) {
     return std::holds_alternative<lisp::PairPtr>(value) && collectMembers(value, ids);
 }
 
+std::vector<AcDbObjectId> livingOf(const std::vector<AcDbObjectId>& ids) {
+    std::vector<AcDbObjectId> living;
+    std::copy_if(ids.begin(), ids.end(), std::back_inserter(living), isLivingEntity);
+    return living;
+}
+
 }  // namespace
 
 SelectionPrompt::SelectionPrompt(State& state, AcDbDatabase& drawing, const Filter& filter,
                                  SelectionOptions options)
-    : state_(state), drawn_(drawing), filter_(filter), options_(std::move(options)) {}
+    : state_(state), drawn_(drawing), filter_(filter), options_(std::move(options)) {
+    const VariableValue* pickAuto = state.variables.get(L"PICKAUTO");
+    automatic_ = pickAuto != nullptr && *pickAuto != VariableValue(short{0});
+}
 
 int SelectionPrompt::run() {
     while (true) {
@@ -114,11 +124,10 @@ SelectionPrompt::Step SelectionPrompt::takeOption(std::wstring_view word) {
         return apply(id.isNull() ? Ids() : Ids{id});
     }
     if (option == L"Previous") {
-        if (state_.previousSelection.empty()) {
-            state_.print(L"\nNo previous selection set.");
-            return Step::goOn;
-        }
-        return apply(state_.previousSelection);
+        const Ids living = livingOf(state_.previousSelection);
+        if (!living.empty()) return apply(living);
+        state_.print(L"\nNo previous selection set.");
+        return Step::goOn;
     }
     if (option == L"Group") {
         state_.print(L"\nGroups can't be selected by their names here.");
@@ -163,9 +172,7 @@ SelectionPrompt::Step SelectionPrompt::takeValue(const lisp::Value& value) {
     }
     if (const auto point = lisp::pointOf(value)) return takePoint(*point);
     if (!collect(value, ids)) return refuse();
-    const auto isNoEntity = [](AcDbObjectId id) { return !isLivingEntity(id); };
-    ids.erase(std::remove_if(ids.begin(), ids.end(), isNoEntity), ids.end());
-    return apply(ids);
+    return apply(livingOf(ids));
 }
 
 SelectionPrompt::Step SelectionPrompt::selectAll() {

@@ -52,6 +52,7 @@ class Session::Implementation {
     void record(PromptRecord record);
 
     Output& output() { return output_; }
+    Session& session() const { return owner_; }
 
     // --- commands ------------------------------------------------------------------------------
 
@@ -105,6 +106,7 @@ class Session::Implementation {
     class Ledgered;
 
     std::optional<Callable> find(std::wstring_view typed) const;
+    std::optional<Callable> variableCommand(std::wstring_view name) const;
     void call(const Callable& command, CommandResult& result);
     void judge(CommandResult& result) const;
     void conclude(CommandResult& result);

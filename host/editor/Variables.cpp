@@ -110,10 +110,11 @@ Variables::Variables() {
         add(name, {{}, true, 0, 0, work});
     };
 
-    // Selecting at a prompt adds to what is selected, and a miss opens no window.
-    number(L"PICKADD", 1, 0, 2);
-    number(L"PICKAUTO", 0, 0, 6);
-    number(L"PICKFIRST", 0, 0, 1);
+    // Selecting at a prompt always adds to what is selected; a miss opens a window only with
+    // PICKAUTO.
+    number(L"PICKADD", 1, 1, 2);
+    number(L"PICKAUTO", 0, 0, 1);
+    fixed(L"PICKFIRST", short{0});
     number(L"HIGHLIGHT", 1, 0, 1);
     number(L"FILEDIA", 0, 0, 1);
     number(L"CMDDIA", 0, 0, 1);
@@ -186,6 +187,11 @@ bool Variables::set(std::wstring_view name, const VariableValue& value) {
     if (whole != nullptr && !inRange(*whole, entry.least, entry.most)) return false;
     entry.value = value;
     return true;
+}
+
+bool Variables::isReadOnly(std::wstring_view name) const {
+    const auto found = entries_.find(upperCase(name));
+    return found != entries_.end() && found->second.readOnly;
 }
 
 std::vector<std::wstring> Variables::names() const {

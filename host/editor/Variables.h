@@ -25,6 +25,7 @@ class Variables {
     // False for an unknown name, one that can only be read, another type, or a value out of range.
     // Whole numbers are taken for reals.
     bool set(std::wstring_view name, const VariableValue& value);
+    bool isReadOnly(std::wstring_view name) const;
     // All names, sorted.
     std::vector<std::wstring> names() const;
 

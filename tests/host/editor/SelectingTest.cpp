@@ -212,6 +212,56 @@ TEST(SelectingPrompts, WithoutADrawingThereIsNothingToSelect) {
     EXPECT_EQ(found(L"X", nullptr, nullptr, nullptr), error);
 }
 
+TEST(SelectingPrompts, WhatWasErasedSinceIsNoPreviousSelection) {
+    Harness harness(smallTown(), {L"SELECT", L"30,0 30,50", L"", L"ERASE", L"SELECT", L"P", L""});
+    Session::HostCommand command;
+    command.name = L"ERASE";
+    command.run = [&harness](Session&) {
+        AcDbEntity* entity = nullptr;
+        ASSERT_EQ(acdbOpenAcDbEntity(entity, harness.entity(L"10"), AcDb::kForWrite), Acad::eOk);
+        entity->erase();
+        entity->close();
+    };
+    harness.session().addHostCommand(command);
+    harness.run();
+    EXPECT_EQ(test::handles(harness.results().back().prompts.at(0).entities), L"11");
+    EXPECT_EQ(found(L"P", nullptr, nullptr, nullptr), L"11");
+}
+
+namespace {
+
+// A program that answers every prompt with the same entities, then Enter.
+class ReadyInput : public Input {
+  public:
+    std::vector<AcDbObjectId> entities;
+
+    Reply next(const Request&) override {
+        Reply reply;
+        reply.kind = given_ ? Reply::Kind::text : Reply::Kind::entities;
+        if (!given_) reply.entities = entities;
+        given_ = true;
+        return reply;
+    }
+    void stop() override {}
+    bool stopsWhenOutOfStep() const override { return true; }
+    bool pending() const override { return true; }
+
+  private:
+    bool given_ = false;
+};
+
+}  // namespace
+
+TEST(SelectingPrompts, AProgramMayAnswerWithEntities) {
+    ReadyInput input;
+    test::RecordingOutput output;
+    Session session(input, output);
+    session.useDrawing(smallTown().database());
+    input.entities = {database::idFromHandle(*session.drawing(), L"20"),
+                      database::idFromHandle(*session.drawing(), L"10")};
+    EXPECT_EQ(found(nullptr, nullptr, nullptr, nullptr), L"20 10");
+}
+
 TEST_F(Filtering, ByTypeLayerNameAndText) {
     EXPECT_EQ(filtered(Chain(acutBuildList(RTDXF0, L"text", RTNONE))), L"A1 A2");
     EXPECT_EQ(filtered(Chain(acutBuildList(RTDXF0, L"TEXT,INSERT", 8, L"ROADS", RTNONE))),

@@ -148,6 +148,29 @@ TEST(Variables, TheViewComesFromTheViewportThenTheHeaderThenWhatIsDrawn) {
     EXPECT_EQ(viewHeight(broken), 1.0);
 }
 
+TEST(Variables, TheirNamesAreCommandsThatSetThem) {
+    Harness harness(smallTown(),
+                    {L"_.FILEDIA", L"1", L"EXPERT", L"", L"USERR1", L"2.5", L"USERS1", L"two words",
+                     L"USERS2", L".", L"FILEDIA", L"7", L"EXPERT", L"x", L"VIEWSIZE"},
+                    Harness::By::person);
+    harness.run();
+    EXPECT_EQ(variable(L"FILEDIA").resval.rint, 1);
+    EXPECT_EQ(variable(L"EXPERT").resval.rint, 0);
+    EXPECT_EQ(variable(L"USERR1").resval.rreal, 2.5);
+    EXPECT_EQ(text(L"USERS1"), L"two words");
+    EXPECT_EQ(harness.output().errors,
+              (std::vector<std::wstring>{L"FILEDIA can't be '7'; it stays 1",
+                                         L"EXPERT can't be 'x'; it stays 0",
+                                         L"VIEWSIZE = 100.0 can only be read"}));
+    EXPECT_EQ(harness.session().undo(), 0) << "setting one is no change of the drawing";
+}
+
+TEST(Variables, PickautoLetsAMissOpenAWindow) {
+    Harness harness(smallTown(), {L"PICKAUTO", L"1", L"SELECT", L"35,10", L"65,40", L""});
+    harness.run();
+    EXPECT_EQ(test::handles(harness.results().back().prompts.at(0).entities), L"12");
+}
+
 TEST(Variables, FailOnOrder) {
     Harness harness(smallTown(), {});
     resbuf value{};

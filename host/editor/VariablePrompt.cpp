@@ -1,0 +1,71 @@
+#include "host/editor/VariablePrompt.h"
+
+#include <adscodes.h>
+
+#include <optional>
+
+#include "host/editor/Points.h"
+#include "host/editor/Words.h"
+
+namespace host::editor {
+
+namespace {
+
+struct Show {
+    std::wstring operator()(short number) const { return std::to_wstring(number); }
+    std::wstring operator()(std::int32_t number) const { return std::to_wstring(number); }
+    std::wstring operator()(double number) const { return numberText(number); }
+    std::wstring operator()(const AcGePoint3d& point) const { return pointText(point); }
+    std::wstring operator()(const std::wstring& text) const { return text; }
+};
+
+// The typed text as a value of the kind that `like` is of.
+std::optional<VariableValue> typedValue(const std::wstring& text, const VariableValue& like) {
+    if (std::holds_alternative<short>(like)) {
+        const auto number = parseInteger(text);
+        if (!number || *number < -32768 || *number > 32767) return std::nullopt;
+        return VariableValue(static_cast<short>(*number));
+    }
+    if (std::holds_alternative<std::int32_t>(like)) {
+        const auto number = parseInteger(text);
+        return number ? std::optional<VariableValue>(*number) : std::nullopt;
+    }
+    if (std::holds_alternative<double>(like)) {
+        const auto number = parseNumber(text);
+        return number ? std::optional<VariableValue>(*number) : std::nullopt;
+    }
+    if (std::holds_alternative<AcGePoint3d>(like)) {
+        const auto point = parsePoint(text, {});
+        return point ? std::optional<VariableValue>(*point) : std::nullopt;
+    }
+    return VariableValue(text == L"." ? std::wstring() : text);
+}
+
+}  // namespace
+
+std::wstring variableText(const VariableValue& value) {
+    return std::visit(Show(), value);
+}
+
+void askVariable(Session::Implementation& state, std::wstring_view given) {
+    const std::wstring name = upperCase(given);
+    const VariableValue* current = state.variables.get(name);
+    if (current == nullptr) throw CommandFailure(L"there is no system variable " + name);
+    const VariableValue before = *current;
+    if (state.variables.isReadOnly(name)) {
+        throw CommandFailure(name + L" = " + variableText(before) + L" can only be read");
+    }
+    const bool isText = std::holds_alternative<std::wstring>(before);
+    const std::wstring prompt =
+        L"\nEnter new value for " + name + L" <" + variableText(before) + L">: ";
+    const std::wstring reply =
+        isText ? state.session().askText(prompt) : state.session().askWord(prompt);
+    if (reply.empty()) return;
+    const auto value = typedValue(reply, before);
+    if (!value || !state.variables.set(name, *value)) {
+        throw CommandFailure(name + L" can't be '" + reply + L"'; it stays " +
+                             variableText(before));
+    }
+}
+
+}  // namespace host::editor
