@@ -27,19 +27,23 @@ struct Pick {
     AcDbObjectId id;
     int result = -99;
 
-    ~Pick() {
-        auto* text = const_cast<wchar_t*>(layer);
-        acutDelString(text);
-    }
+    ~Pick() { FreeLayer(); }
     Pick() = default;
     Pick(const Pick&) = delete;
     Pick& operator=(const Pick&) = delete;
 
+    void FreeLayer() {
+        auto* text = const_cast<wchar_t*>(layer);
+        acutDelString(text);
+        layer = nullptr;
+    }
     int Select(bool consume, bool sampleCurves = true, const wchar_t* prompt = L"\nPick : ") {
+        FreeLayer();
         return result = line.Select(&point, &segment, consume, &layer, &colour, &id, prompt,
                                     sampleCurves);
     }
     int SelectAtPoint(bool consume, bool sampleCurves = true) {
+        FreeLayer();
         return result = line.SelectAtPoint({9, 4, 0}, &segment, consume, &layer, &colour, &id,
                                            sampleCurves);
     }
