@@ -90,7 +90,9 @@ template <class T>
 void StringBase<T>::Take(const T* characters, std::uint32_t n) {
     this->Clear();
     if (n == 0) return;
-    this->Resize(n);
+    constexpr std::int32_t allocateLine = 804;  // as of Array::Allocate
+    data = this->_Allocate(n, 0, allocateLine);
+    capacity = n;
     MoveElements(data, characters, n);
     count = n;
 }

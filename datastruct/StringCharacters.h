@@ -122,6 +122,23 @@ bool StandsAt(const Run<T>& text, const Run<T>& needle, std::size_t at, std::int
     return true;
 }
 
+/// One character outside quotes, the usual separator.
+template <class T>
+std::size_t FindOutsideQuotes(const Run<T>& text, T wanted, std::size_t start, std::int32_t quote) {
+    const T* const end = text.characters + text.count;
+    bool inQuote = false;
+    for (const T* at = text.characters + start; at != end; ++at) {
+        if (IsQuote(*at, quote)) {
+            inQuote = !inQuote;
+            if (inQuote || *at != wanted) continue;
+        } else if (*at != wanted || inQuote) {
+            continue;
+        }
+        return static_cast<std::size_t>(at - text.characters);
+    }
+    return notFound;
+}
+
 /// The index of the first occurrence at or after `start` that lies outside quotes, notFound if
 /// there is none. Reading starts outside quotes. An empty needle does not occur.
 template <class T>
@@ -131,6 +148,9 @@ std::size_t FindRun(const Run<T>& text, const Run<T>& needle, std::size_t start,
         return notFound;
     }
     if (quote < 0 && caseSensitive) return FindPlain(text, needle, start);
+    if (needle.count == 1 && caseSensitive) {
+        return FindOutsideQuotes(text, needle.characters[0], start, quote);
+    }
     bool inQuote = false;
     for (std::size_t at = start; at + needle.count <= text.count; ++at) {
         if (IsQuote(text.characters[at], quote)) inQuote = !inQuote;

@@ -1,7 +1,9 @@
 // Strings split into fields.
+#include <algorithm>
 #include <cstdarg>
 #include <functional>
 #include <limits>
+#include <string>
 
 #include "datastruct/String.h"
 #include "datastruct/StringCharacters.h"
@@ -73,6 +75,22 @@ const Array<StringBase<T>>& Blanks() {
     return blanks;
 }
 
+// A field behind the others: an append of `empty`, for which a spare slot needs no assignment.
+template <class T>
+StringBase<T>& NewField(Array<StringBase<T>>& result, const StringBase<T>& empty) {
+    if (result.count == result.capacity) {
+        const std::int32_t index = result.Append(empty);
+        return result.data[index];
+    }
+    result.sorted = false;
+    StringBase<T>& field = result.data[result.count++];
+    field.increment = empty.increment;
+    field.sorted = empty.sorted;
+    field.unique = empty.unique;
+    field.compare = empty.compare;
+    return field;
+}
+
 }  // namespace
 
 template <class T>
@@ -108,17 +126,14 @@ void StringBase<T>::Tokenize(Array<StringBase>& result, const Array<StringBase>*
 template <class T>
 void StringBase<T>::AppendField(Array<StringBase>& result, const StringBase& empty,
                                 std::uint32_t from, std::uint32_t to, std::int32_t quote) const {
-    const std::int32_t index = result.Append(empty);
-    StringBase& field = result.data[index];
+    StringBase& field = NewField(result, empty);
     field.Take(data + from, to - from);
-    if (quote < 0 || field.count == 0) return;
-    std::uint32_t kept = 0;
-    for (const T character : field) {
-        if (static_cast<std::int32_t>(detail::CharNumber(character)) != quote) {
-            field.data[kept++] = character;
-        }
-    }
-    field.count = kept;
+    const T mark = static_cast<T>(quote);
+    if (quote < 0 || detail::CharNumber(mark) != static_cast<std::uint32_t>(quote)) return;
+    const T* const found = std::char_traits<T>::find(field.data, field.count, mark);
+    if (found == nullptr) return;
+    T* const kept = std::remove(field.data + (found - field.data), field.end(), mark);
+    field.count = static_cast<std::uint32_t>(kept - field.begin());
 }
 
 template <class T>
@@ -146,6 +161,7 @@ void StringBase<T>::SplitFixed(Array<StringBase>& result, std::int32_t widths, .
     va_end(arguments);
 }
 
+// NOLINTBEGIN(bugprone-macro-parentheses): the argument is a type
 #define INSTANTIATE(T)                                                                             \
     template void StringBase<T>::Tokenize(Array<StringBase<T>>&, const Array<StringBase<T>>*,      \
                                           bool, std::int32_t) const;                               \
@@ -153,6 +169,7 @@ void StringBase<T>::SplitFixed(Array<StringBase>& result, std::int32_t widths, .
                                              std::uint32_t, std::uint32_t, std::int32_t) const;    \
     template void StringBase<T>::Split(Array<StringBase<T>>&, const T*, bool, std::int32_t) const; \
     template void StringBase<T>::SplitFixed(Array<StringBase<T>>&, std::int32_t, ...) const
+// NOLINTEND(bugprone-macro-parentheses)
 INSTANTIATE(char);
 INSTANTIATE(wchar_t);
 #undef INSTANTIATE

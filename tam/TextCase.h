@@ -70,6 +70,7 @@ inline constexpr Table upperTable = MakeUpper();
 
 }  // namespace text_case
 
+// NOLINTBEGIN(bugprone-signed-char-misuse): a wide character above the table is no letter, sign or not
 /// The lower case of a wide character, or the character itself when it has none.
 constexpr wchar_t LowerChar(wchar_t c) {
     const auto code = static_cast<std::uint32_t>(c);
@@ -81,6 +82,8 @@ constexpr wchar_t UpperChar(wchar_t c) {
     const auto code = static_cast<std::uint32_t>(c);
     return code < text_case::tableSize ? static_cast<wchar_t>(text_case::upperTable[code]) : c;
 }
+
+// NOLINTEND(bugprone-signed-char-misuse)
 
 /// The upper case of a byte of Windows-1252.
 constexpr char UpperChar(char c) {

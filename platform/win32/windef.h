@@ -55,11 +55,13 @@ using HANDLE = void*;
 using HLOCAL = void*;
 using HGLOBAL = void*;
 
+// NOLINTBEGIN(bugprone-macro-parentheses): the argument is a name
 #define DECLARE_HANDLE(name) \
     struct name##__ {        \
         int unused;          \
     };                       \
     using name = struct name##__*
+// NOLINTEND(bugprone-macro-parentheses)
 DECLARE_HANDLE(HWND);
 DECLARE_HANDLE(HINSTANCE);
 DECLARE_HANDLE(HMENU);

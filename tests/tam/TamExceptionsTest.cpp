@@ -23,7 +23,13 @@ class EveryClass : public ::testing::Test {};
 using Classes =
     ::testing::Types<TamExpBase, TamExpInternal, TamExpRange, TamExpAcad, TamExpDivZero,
                      TamExpWinSeException, TamExpUser, TamExpInvalidArgs, TamExpActionCancelled>;
-TYPED_TEST_SUITE(EveryClass, Classes);
+struct ByNumber {
+    template <class E>
+    static std::string GetName(int i) {
+        return std::to_string(i);
+    }
+};
+TYPED_TEST_SUITE(EveryClass, Classes, ByNumber);
 
 TYPED_TEST(EveryClass, KeepsMessageLineAndSourceName) {
     const TypeParam exception(L"Invalid rb.", 447, source);
