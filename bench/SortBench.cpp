@@ -1,0 +1,182 @@
+// Sorting a million doubles, points and strings beside the usual alternatives. The arrays compare
+// through a function, as qsort does; std::sort is measured both so and with an inlined comparison.
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <random>
+#include <vector>
+
+#include "datastruct/Array.h"
+
+namespace {
+
+using TamLib::Array;
+
+// Points of a city plan on a lattice of a metre, so that x repeats and y decides.
+struct Point {
+    double x, y, z;
+};
+
+std::int32_t Compare(const double* a, const double* b) {
+    return (*a > *b) - (*a < *b);
+}
+
+std::int32_t Compare(const Point* a, const Point* b) {
+    if (const std::int32_t order = Compare(&a->x, &b->x)) return order;
+    if (const std::int32_t order = Compare(&a->y, &b->y)) return order;
+    return Compare(&a->z, &b->z);
+}
+
+template <class T>
+int CompareVoid(const void* a, const void* b) {
+    return Compare(static_cast<const T*>(a), static_cast<const T*>(b));
+}
+
+bool Less(double a, double b) {
+    return a < b;
+}
+
+bool Less(const Point& a, const Point& b) {
+    if (a.x != b.x) return a.x < b.x;
+    if (a.y != b.y) return a.y < b.y;
+    return a.z < b.z;
+}
+
+template <class T>
+T Made(std::mt19937& random);
+
+template <>
+double Made(std::mt19937& random) {
+    return std::uniform_real_distribution<double>(0, 1e6)(random);
+}
+
+template <>
+Point Made(std::mt19937& random) {
+    std::uniform_int_distribution<int> metre(0, 2999);
+    return {25496000.0 + metre(random), 6672000.0 + metre(random), metre(random) * 0.1};
+}
+
+template <class T>
+const std::vector<T>& Values(std::size_t n) {
+    static std::vector<T> values;
+    if (values.size() != n) {
+        std::mt19937 random(2);
+        values.clear();
+        for (std::size_t i = 0; i < n; ++i) values.push_back(Made<T>(random));
+    }
+    return values;
+}
+
+template <class T>
+Array<T> ArrayOf(const std::vector<T>& values) {
+    Array<T> array(static_cast<std::uint32_t>(values.size()));
+    array.bitwise = true;
+    array.compare = static_cast<std::int32_t (*)(const T*, const T*)>(&Compare);
+    for (const T& value : values) array.Append(value);
+    return array;
+}
+
+template <class T, class Sort>
+void OverArray(benchmark::State& state, Sort sort) {
+    const std::vector<T>& values = Values<T>(static_cast<std::size_t>(state.range(0)));
+    for (auto _ : state) {
+        state.PauseTiming();
+        Array<T> array = ArrayOf(values);
+        state.ResumeTiming();
+        sort(array);
+        benchmark::DoNotOptimize(array.data);
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+template <class T, class Sort>
+void OverVector(benchmark::State& state, Sort sort) {
+    const std::vector<T>& values = Values<T>(static_cast<std::size_t>(state.range(0)));
+    for (auto _ : state) {
+        state.PauseTiming();
+        std::vector<T> vector = values;
+        state.ResumeTiming();
+        sort(vector);
+        benchmark::DoNotOptimize(vector.data());
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+template <class T>
+void Sort_Array(benchmark::State& state) {
+    OverArray<T>(state, [](Array<T>& array) { array.Sort(); });
+}
+
+template <class T>
+void Sort_ArrayThroughPointers(benchmark::State& state) {
+    OverArray<T>(state, [](Array<T>& a) {
+        TamLib::SortByPointers(a.data, static_cast<std::int32_t>(a.count) - 1, a.capacity,
+                               a.compare);
+    });
+}
+
+template <class T>
+void Sort_Std(benchmark::State& state) {
+    OverVector<T>(state, [](std::vector<T>& v) {
+        std::sort(v.begin(), v.end(), [](const T& a, const T& b) { return Less(a, b); });
+    });
+}
+
+template <class T>
+void Sort_StdByFunction(benchmark::State& state) {
+    bool (*less)(const T&, const T&) = [](const T& a, const T& b) { return Less(a, b); };
+    benchmark::DoNotOptimize(less);
+    OverVector<T>(state, [less](std::vector<T>& v) { std::sort(v.begin(), v.end(), less); });
+}
+
+template <class T>
+void Sort_Qsort(benchmark::State& state) {
+    OverVector<T>(state, [](std::vector<T>& v) {
+        std::qsort(v.data(), v.size(), sizeof(T), &CompareVoid<T>);
+    });
+}
+
+template <class T>
+void SortUnique_Array(benchmark::State& state) {
+    OverArray<T>(state, [](Array<T>& array) { array.SortUnique(); });
+}
+
+template <class T>
+void SortUnique_StdSortAndUnique(benchmark::State& state) {
+    OverVector<T>(state, [](std::vector<T>& v) {
+        std::sort(v.begin(), v.end(), [](const T& a, const T& b) { return Less(a, b); });
+        v.erase(std::unique(v.begin(), v.end(),
+                            [](const T& a, const T& b) { return Compare(&a, &b) == 0; }),
+                v.end());
+    });
+}
+
+template <class T>
+void SortUnique_StdByFunction(benchmark::State& state) {
+    bool (*less)(const T&, const T&) = [](const T& a, const T& b) { return Less(a, b); };
+    benchmark::DoNotOptimize(less);
+    OverVector<T>(state, [less](std::vector<T>& v) {
+        std::sort(v.begin(), v.end(), less);
+        v.erase(std::unique(v.begin(), v.end(),
+                            [](const T& a, const T& b) { return Compare(&a, &b) == 0; }),
+                v.end());
+    });
+}
+
+#define SORT_BENCH(name)                                                           \
+    BENCHMARK_TEMPLATE(name, double)->Arg(1000000)->Unit(benchmark::kMillisecond); \
+    BENCHMARK_TEMPLATE(name, Point)->Arg(1000000)->Unit(benchmark::kMillisecond)
+
+SORT_BENCH(Sort_Array);
+SORT_BENCH(Sort_ArrayThroughPointers);
+SORT_BENCH(Sort_Std);
+SORT_BENCH(Sort_StdByFunction);
+SORT_BENCH(Sort_Qsort);
+SORT_BENCH(SortUnique_Array);
+SORT_BENCH(SortUnique_StdSortAndUnique);
+SORT_BENCH(SortUnique_StdByFunction);
+
+}  // namespace
+
+BENCHMARK_MAIN();
