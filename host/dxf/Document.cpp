@@ -1,6 +1,7 @@
 #include "host/dxf/Document.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 #include "host/dxf/Files.h"
@@ -11,10 +12,15 @@ namespace host::dxf {
 
 std::shared_ptr<const Document> Document::open(const std::filesystem::path& path,
                                                const Progress& progress) {
-    FileBytes file = readFile(path);
-    const std::string_view bytes(file.bytes.get(), file.size);
-    return std::make_shared<const Document>(Private(), path.u8string(), std::move(file.bytes),
-                                            bytes, progress);
+    try {
+        FileBytes file = readFile(path);
+        const std::string_view bytes(file.bytes.get(), file.size);
+        return std::make_shared<const Document>(Private(), path.u8string(), std::move(file.bytes),
+                                                bytes, progress);
+    } catch (const std::bad_alloc&) {
+        throw ReadError(path.u8string(), std::nullopt, "a drawing that fits into memory",
+                        "a larger one");
+    }
 }
 
 std::shared_ptr<const Document> Document::fromBytes(std::string bytes, std::string name) {

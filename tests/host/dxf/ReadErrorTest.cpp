@@ -1,6 +1,8 @@
 // What can't be read is refused with the file, the place, what was expected and what stands there.
 #include <gtest/gtest.h>
 
+#include <new>
+
 #include "tests/host/dxf/Drawings.h"
 
 namespace host::dxf {
@@ -119,6 +121,17 @@ TEST(ReadError, NamesTheFileWhereItCannotBeHad) {
         FAIL() << "opened";
     } catch (const ReadError& error) {
         EXPECT_EQ(error.found(), "a folder");
+    }
+}
+
+TEST(ReadError, MemoryThatGivesOutWhileReadingIsTold) {
+    const auto path = dataFolder() / "releases" / "r2000.dxf";
+    try {
+        Document::open(path, [](double) { throw std::bad_alloc(); });
+        FAIL() << "opened";
+    } catch (const ReadError& error) {
+        EXPECT_EQ(error.expected(), "a drawing that fits into memory");
+        EXPECT_EQ(error.file(), path.u8string());
     }
 }
 
