@@ -379,9 +379,9 @@ TEST_F(Command, FarFromTheOriginTheSameBits) {
     for (std::size_t i = 0; i < 4; ++i) {
         EXPECT_EQ(Rotation(texts[i]),
                   TextRotation(moved, {25496000 + textPlaces[i].x, 6672000 + textPlaces[i].y}));
-        EXPECT_EQ(
-            Rotation(symbols[i]),
-            SymbolRotation(moved, {25496000 + symbolPlaces[i].x, 6672000 + symbolPlaces[i].y}, true));
+        EXPECT_EQ(Rotation(symbols[i]),
+                  SymbolRotation(moved, {25496000 + symbolPlaces[i].x, 6672000 + symbolPlaces[i].y},
+                                 true));
     }
 }
 
