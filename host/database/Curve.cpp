@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <boost/math/quadrature/gauss.hpp>
 #include <boost/math/quadrature/gauss_kronrod.hpp>
+#include <boost/math/special_functions/ellint_2.hpp>
 #include <boost/math/tools/roots.hpp>
 #include <cmath>
 #include <cstdint>
@@ -11,15 +12,22 @@
 namespace host::database {
 namespace {
 
-// How closely the two rules must agree over a panel, as a part of the curve's whole length.
-constexpr double kPanelTolerance = 1e-13;
+// How closely the two rules must agree over a panel, as a part of the curve's length ...
+constexpr double kPartOfWhole = 1e-13;
 
-// A panel is halved no further, however little its rules agree: at a cusp they never quite do.
-constexpr int kDeepestPanel = 40;
+// ... or of the panel's own: for a smooth speed the better rule is far closer still.
+constexpr double kPartOfPanel = 1e-12;
+
+// Newton's method ends with a step of this part of the panel.
+constexpr double kParamStep = 1e-15;
+
+// Panels of one span at most: at a cusp the rules never quite agree.
+constexpr std::size_t kMostPanels = 2000;
 
 }  // namespace
 
 double Curve::integral(double from, double to) const {
+    if (const auto closed = closedLength(from, to)) return *closed;
     const auto speed = [this](double t) { return derivativeAt(t).length(); };
     return boost::math::quadrature::gauss<double, 15>::integrate(speed, from, to);
 }
@@ -31,35 +39,42 @@ double Curve::roughLength() const {
     return sum;
 }
 
-void Curve::addPanels(std::vector<Panel>& panels, double begin, double end, double tolerance,
-                      int depth) const {
+void Curve::addPanel(double begin, double end, double length, bool even) const {
+    const double before =
+        panels_.empty() ? 0.0 : panels_.back().lengthBefore + panels_.back().length;
+    panels_.push_back({begin, end, before, length, even});
+}
+
+// `most` is the count of panels that may stand when this one is done.
+void Curve::addPanels(double begin, double end, double tolerance, std::size_t most) const {
     const auto speed = [this](double t) { return derivativeAt(t).length(); };
     double error = 0.0;
     const double length = boost::math::quadrature::gauss_kronrod<double, 15>::integrate(
         speed, begin, end, 0, 0.0, &error);
     const double middle = 0.5 * (begin + end);
-    if (error > tolerance && depth < kDeepestPanel && begin < middle && middle < end) {
-        addPanels(panels, begin, middle, tolerance, depth + 1);
-        addPanels(panels, middle, end, tolerance, depth + 1);
+    const bool agree = error <= tolerance || error <= kPartOfPanel * length;
+    if (agree || panels_.size() + 1 >= most || !(begin < middle && middle < end)) {
+        addPanel(begin, end, length, false);
         return;
     }
-    const double before = panels.empty() ? 0.0 : panels.back().lengthBefore + panels.back().length;
-    panels.push_back({begin, end, before, length, false});
+    addPanels(begin, middle, tolerance, most - 1);
+    addPanels(middle, end, tolerance, most);
 }
 
 const std::vector<Curve::Panel>& Curve::panels() const {
     if (!panels_.empty()) return panels_;
     std::optional<double> tolerance;
     for (std::size_t i = 0; i + 1 < breaks_.size(); ++i) {
+        const double begin = breaks_[i];
+        const double end = breaks_[i + 1];
         if (const auto speed = constantSpeed(i)) {
-            const double before =
-                panels_.empty() ? 0.0 : panels_.back().lengthBefore + panels_.back().length;
-            panels_.push_back(
-                {breaks_[i], breaks_[i + 1], before, *speed * (breaks_[i + 1] - breaks_[i]), true});
-            continue;
+            addPanel(begin, end, *speed * (end - begin), true);
+        } else if (const auto closed = closedLength(begin, end)) {
+            addPanel(begin, end, *closed, false);
+        } else {
+            if (!tolerance) tolerance = kPartOfWhole * roughLength();
+            addPanels(begin, end, *tolerance, panels_.size() + kMostPanels);
         }
-        if (!tolerance) tolerance = kPanelTolerance * roughLength();
-        addPanels(panels_, breaks_[i], breaks_[i + 1], *tolerance, 0);
     }
     return panels_;
 }
@@ -91,12 +106,25 @@ double Curve::paramAtLength(double length) const {
     if (!(wanted > 0.0)) return panel->begin;
     const double guess = panel->begin + (panel->end - panel->begin) * (wanted / panel->length);
     if (panel->even) return guess;
-    const auto missing = [&](double t) {
-        return std::make_pair(integral(panel->begin, t) - wanted, derivativeAt(t).length());
-    };
-    std::uintmax_t rounds = 100;
-    return boost::math::tools::newton_raphson_iterate(missing, guess, panel->begin, panel->end, 50,
-                                                      rounds);
+    return paramInside(*panel, wanted, guess);
+}
+
+// Newton's method, with bisection where it leaves the panel.
+double Curve::paramInside(const Panel& panel, double wanted, double guess) const {
+    constexpr int kMostRounds = 100;
+    double low = panel.begin;
+    double high = panel.end;
+    double t = guess;
+    for (int round = 0; round < kMostRounds; ++round) {
+        const double excess = integral(panel.begin, t) - wanted;
+        (excess > 0.0 ? high : low) = t;
+        double next = t - excess / derivativeAt(t).length();
+        if (!(next >= low && next <= high)) next = 0.5 * (low + high);
+        const double step = std::fabs(next - t);
+        t = next;
+        if (step <= kParamStep * (panel.end - panel.begin)) break;
+    }
+    return t;
 }
 
 namespace {
@@ -143,7 +171,21 @@ class EllipseCurve final : public Curve {
         return major_.length();
     }
 
+    // Legendre's incomplete integral of the second kind, measured from an end of the smaller axis.
+    std::optional<double> closedLength(double from, double to) const override {
+        const double a = major_.length();
+        const double b = minor_.length();
+        const double big = std::max(a, b);
+        const double small = std::min(a, b);
+        const double k = std::min(std::sqrt((big - small) * (big + small)) / big, 1.0);
+        const double shift = a >= b ? kQuarterTurn : 0.0;
+        return big *
+               (boost::math::ellint_2(k, to - shift) - boost::math::ellint_2(k, from - shift));
+    }
+
   private:
+    static constexpr double kQuarterTurn = 1.5707963267948966;
+
     AcGePoint3d center_;
     AcGeVector3d major_;
     AcGeVector3d minor_;
@@ -168,8 +210,8 @@ class PolylineCurve final : public Curve {
         if (bulge == 0.0 || !hasChord(from, to)) return toWorld_ * chord;
         const Arc arc(from, to, bulge);
         const double turn = arc.start + arc.sweep * part;
-        return toWorld_ * AcGePoint3d(arc.x + arc.radius * std::cos(turn),
-                                      arc.y + arc.radius * std::sin(turn), chord.z);
+        return toWorld_ * AcGePoint3d(from.x + (arc.x + arc.radius * std::cos(turn)),
+                                      from.y + (arc.y + arc.radius * std::sin(turn)), chord.z);
     }
 
     AcGeVector3d derivativeAt(double t) const override {
@@ -195,17 +237,18 @@ class PolylineCurve final : public Curve {
     }
 
   private:
-    // The circle of a segment. With b the bulge and c the chord, the angle is 4 atan b and the
-    // centre lies on the chord's bisector, c (1/b - b) / 4 to its left.
+    // The circle of a segment, relative to the segment's start. With b the bulge and c the chord,
+    // the angle is 4 atan b and the centre lies on the chord's bisector, c (1/b - b) / 4 to its
+    // left.
     struct Arc {
         Arc(const AcGePoint3d& from, const AcGePoint3d& to, double bulge) {
             const double dx = to.x - from.x;
             const double dy = to.y - from.y;
             const double shift = (1.0 / bulge - bulge) / 4.0;
-            x = 0.5 * (from.x + to.x) - dy * shift;
-            y = 0.5 * (from.y + to.y) + dx * shift;
-            radius = std::sqrt((from.x - x) * (from.x - x) + (from.y - y) * (from.y - y));
-            start = std::atan2(from.y - y, from.x - x);
+            x = 0.5 * dx - dy * shift;
+            y = 0.5 * dy + dx * shift;
+            radius = std::sqrt(x * x + y * y);
+            start = std::atan2(-y, -x);
             sweep = 4.0 * std::atan(bulge);
         }
         double x, y, radius, start, sweep;

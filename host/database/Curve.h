@@ -45,6 +45,10 @@ class Curve {
 
     // The speed along a span where it is constant.
     virtual std::optional<double> constantSpeed(std::size_t span) const = 0;
+    // The length between two parameters of one span where there is a closed form for it.
+    virtual std::optional<double> closedLength(double /*from*/, double /*to*/) const {
+        return std::nullopt;
+    }
 
   private:
     struct Panel {
@@ -57,9 +61,10 @@ class Curve {
 
     const std::vector<Panel>& panels() const;
     double integral(double from, double to) const;
+    double paramInside(const Panel& panel, double wanted, double guess) const;
     double roughLength() const;
-    void addPanels(std::vector<Panel>& panels, double begin, double end, double tolerance,
-                   int depth) const;
+    void addPanels(double begin, double end, double tolerance, std::size_t most) const;
+    void addPanel(double begin, double end, double length, bool even) const;
 
     std::vector<double> breaks_;
     mutable std::vector<Panel> panels_;  // filled when a length is first asked for

@@ -48,12 +48,13 @@ class NurbsCurve final : public Curve {
     explicit NurbsCurve(Nurbs data) : Curve(rangeOf(data)), data_(std::move(data)) {}
 
     AcGePoint3d pointAt(double t) const override {
-        const Weighted whole = evaluated(t).first;
-        return data_.points.front() + whole.point / whole.weight;
+        const Weighted whole = evaluated(t, AcGePoint3d::kOrigin).first;
+        return AcGePoint3d::kOrigin + whole.point / whole.weight;
     }
 
     AcGeVector3d derivativeAt(double t) const override {
-        const auto [whole, slope] = evaluated(t);
+        // Differences to a point of the curve's own keep their digits far from the origin.
+        const auto [whole, slope] = evaluated(t, data_.points.front());
         return (slope.point - whole.point * (slope.weight / whole.weight)) / whole.weight;
     }
 
@@ -76,19 +77,18 @@ class NurbsCurve final : public Curve {
         return static_cast<std::size_t>(above - data_.knots.begin()) - 1;
     }
 
-    // Measured from the first point: in map coordinates the scheme would lose the digits that
-    // lengths need.
-    Weighted control(std::size_t index) const {
+    Weighted control(std::size_t index, const AcGePoint3d& origin) const {
         const double weight = data_.weights.empty() ? 1.0 : data_.weights[index];
-        return {(data_.points[index] - data_.points.front()) * weight, weight};
+        return {(data_.points[index] - origin) * weight, weight};
     }
 
-    // The weighted point at `t` and its derivative, which the last two points of the scheme give.
-    std::pair<Weighted, Weighted> evaluated(double t) const {
+    // The weighted point at `t`, as seen from `origin`, and its derivative, which the last two
+    // points of the scheme give.
+    std::pair<Weighted, Weighted> evaluated(double t, const AcGePoint3d& origin) const {
         const auto degree = static_cast<std::size_t>(data_.degree);
         const std::size_t span = spanOf(t);
         std::array<Weighted, kHighestDegree + 1> row;
-        for (std::size_t j = 0; j <= degree; ++j) row[j] = control(span - degree + j);
+        for (std::size_t j = 0; j <= degree; ++j) row[j] = control(span - degree + j, origin);
         Weighted slope;
         for (std::size_t round = 1; round <= degree; ++round) {
             if (round == degree) {

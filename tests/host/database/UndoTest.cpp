@@ -1,0 +1,278 @@
+// Undoing: one group one step, exact to the byte of what would be saved.
+#include <dbents.h>
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "host/database/Drawing.h"
+#include "host/database/Undo.h"
+#include "tests/host/support/DrawingText.h"
+#include "tests/host/support/LedgerListener.h"
+
+using namespace host::database;
+using host::test::DrawingText;
+using host::test::savedBytes;
+
+namespace {
+
+class Undo : public testing::Test {
+  protected:
+    void SetUp() override {
+        DrawingText text;
+        for (int i = 0; i < kTexts; ++i) {
+            text.entity("TEXT|5 " + std::to_string(100 + i) +
+                        "|8 0|10 1|20 2|40 1|1 a|72 1|11 3|21 4");
+        }
+        text.entity("POLYLINE|5 200|8 0|70 0")
+            .entity("VERTEX|5 201|8 0|10 0|20 0")
+            .entity("VERTEX|5 202|8 0|10 1|20 0")
+            .entity("SEQEND|5 203|8 0");
+        database = text.database();
+        original = bytes();
+    }
+    std::string bytes() const { return savedBytes(*database); }
+    void turn(int text, double rotation) {
+        AcDbText* entity = nullptr;
+        ASSERT_EQ(acdbOpenObject(entity, idFromHandle(*database, std::to_wstring(100 + text)),
+                                 AcDb::kForWrite),
+                  Acad::eOk);
+        EXPECT_EQ(entity->setRotation(rotation), Acad::eOk);
+        EXPECT_EQ(entity->close(), Acad::eOk);
+    }
+    void erase(const wchar_t* handle) {
+        AcDbEntity* entity = nullptr;
+        ASSERT_EQ(acdbOpenAcDbEntity(entity, idFromHandle(*database, handle), AcDb::kForWrite),
+                  Acad::eOk);
+        EXPECT_EQ(entity->erase(), Acad::eOk);
+        EXPECT_EQ(entity->close(), Acad::eOk);
+    }
+    void command(const std::vector<std::pair<int, double>>& turns) {
+        beginGroup(*database, L"TURN");
+        for (const auto& [text, rotation] : turns) turn(text, rotation);
+        endGroup(*database);
+    }
+
+    static constexpr int kTexts = 10;
+    std::unique_ptr<AcDbDatabase> database;
+    std::string original;
+};
+
+}  // namespace
+
+TEST_F(Undo, OneGroupIsOneStep) {
+    command({{0, 1.0}, {1, 2.0}, {0, 3.0}});
+    EXPECT_NE(bytes(), original);
+    EXPECT_EQ(undoLog(*database).undoSteps(), 1U);
+    EXPECT_TRUE(undo(*database));
+    EXPECT_EQ(bytes(), original);
+    EXPECT_FALSE(undo(*database));
+    EXPECT_EQ(bytes(), original);
+}
+
+TEST_F(Undo, RedoDoesItAgain) {
+    command({{0, 1.0}, {1, 2.0}});
+    const std::string after = bytes();
+    EXPECT_TRUE(undo(*database));
+    EXPECT_TRUE(redo(*database));
+    EXPECT_EQ(bytes(), after);
+    EXPECT_FALSE(redo(*database));
+    EXPECT_TRUE(undo(*database));
+    EXPECT_EQ(bytes(), original);
+}
+
+TEST_F(Undo, StepsGoBackOneByOne) {
+    std::vector<std::string> states = {original};
+    for (int i = 0; i < 5; ++i) {
+        command({{i, 0.1 * (i + 1)}, {0, 0.2 * (i + 1)}});
+        states.push_back(bytes());
+    }
+    for (std::size_t i = 5; i-- > 0;) {
+        EXPECT_TRUE(undo(*database));
+        EXPECT_EQ(bytes(), states[i]);
+    }
+    for (std::size_t i = 1; i <= 5; ++i) {
+        EXPECT_TRUE(redo(*database));
+        EXPECT_EQ(bytes(), states[i]);
+    }
+}
+
+TEST_F(Undo, FieldsAreWhatTheyWere) {
+    command({{0, 1.0}});
+    undo(*database);
+    AcDbText* text = nullptr;
+    ASSERT_EQ(acdbOpenObject(text, idFromHandle(*database, L"100")), Acad::eOk);
+    EXPECT_EQ(text->rotation(), 0.0);
+    EXPECT_EQ(text->position(), AcGePoint3d(1, 2, 0));
+    EXPECT_EQ(text->close(), Acad::eOk);
+}
+
+TEST_F(Undo, NewChangeForgetsWhatCouldBeDoneAgain) {
+    command({{0, 1.0}});
+    undo(*database);
+    command({{1, 1.0}});
+    EXPECT_FALSE(redo(*database));
+    undo(*database);
+    EXPECT_EQ(bytes(), original);
+}
+
+TEST_F(Undo, RollbackTakesTheOpenGroupBackAndLeavesNoStep) {
+    command({{0, 1.0}});
+    const std::string before = bytes();
+    beginGroup(*database, L"FAILS");
+    turn(0, 2.0);
+    turn(3, 2.0);
+    erase(L"105");
+    rollback(*database);
+    EXPECT_EQ(bytes(), before);
+    EXPECT_FALSE(redo(*database));
+    EXPECT_EQ(undoLog(*database).undoSteps(), 1U);
+    rollback(*database);
+    EXPECT_EQ(bytes(), before) << "no group is open";
+    undo(*database);
+    EXPECT_EQ(bytes(), original);
+}
+
+TEST_F(Undo, RollbackReachesObjectsThatAreStillOpen) {
+    beginGroup(*database, L"FAILS");
+    AcDbText* entity = nullptr;
+    ASSERT_EQ(acdbOpenObject(entity, idFromHandle(*database, L"100"), AcDb::kForWrite), Acad::eOk);
+    EXPECT_EQ(entity->setRotation(1.0), Acad::eOk);
+    rollback(*database);
+    EXPECT_EQ(entity->rotation(), 0.0);
+    EXPECT_EQ(closeLeftOpen(*database).size(), 1U);
+    EXPECT_EQ(bytes(), original);
+}
+
+TEST_F(Undo, EmptyGroupIsAStepToo) {
+    command({{0, 1.0}});
+    command({});
+    EXPECT_EQ(undoLog(*database).undoSteps(), 2U);
+    EXPECT_TRUE(undo(*database));
+    EXPECT_NE(bytes(), original);
+    EXPECT_TRUE(undo(*database));
+    EXPECT_EQ(bytes(), original);
+}
+
+TEST_F(Undo, StepsAreNamed) {
+    EXPECT_EQ(undoLog(*database).undoName(), L"");
+    command({{0, 1.0}});
+    EXPECT_EQ(undoLog(*database).undoName(), L"TURN");
+    undo(*database);
+    EXPECT_EQ(undoLog(*database).undoName(), L"");
+    EXPECT_EQ(undoLog(*database).redoName(), L"TURN");
+}
+
+TEST_F(Undo, ScriptAroundCommandsIsOneStepOnceItHasEnded) {
+    beginGroup(*database, L"SCRIPT");
+    command({{0, 1.0}});
+    const std::string afterFirst = bytes();
+    command({{0, 2.0}, {1, 1.0}});
+    EXPECT_EQ(undoLog(*database).openGroups(), 1U);
+    EXPECT_TRUE(undo(*database));
+    EXPECT_EQ(bytes(), afterFirst) << "inside the script commands are the steps";
+    command({{2, 1.0}});
+    endGroup(*database);
+    EXPECT_EQ(undoLog(*database).undoSteps(), 1U);
+    const std::string afterScript = bytes();
+    EXPECT_TRUE(undo(*database));
+    EXPECT_EQ(bytes(), original);
+    EXPECT_TRUE(redo(*database));
+    EXPECT_EQ(bytes(), afterScript);
+}
+
+TEST_F(Undo, RollbackInsideAScriptTakesTheCommandBackAlone) {
+    beginGroup(*database, L"SCRIPT");
+    command({{0, 1.0}});
+    const std::string before = bytes();
+    beginGroup(*database, L"FAILS");
+    turn(0, 2.0);
+    rollback(*database);
+    EXPECT_EQ(bytes(), before);
+    endGroup(*database);
+    undo(*database);
+    EXPECT_EQ(bytes(), original);
+}
+
+TEST_F(Undo, ChangesOutsideOfGroupsAreOneStepUpToTheNextGroup) {
+    turn(0, 1.0);
+    turn(1, 1.0);
+    const std::string loose = bytes();
+    command({{0, 2.0}});
+    turn(2, 1.0);
+    EXPECT_EQ(undoLog(*database).undoSteps(), 3U);
+    undo(*database);
+    undo(*database);
+    EXPECT_EQ(bytes(), loose);
+    undo(*database);
+    EXPECT_EQ(bytes(), original);
+}
+
+TEST_F(Undo, ErasingIsUndone) {
+    beginGroup(*database, L"ERASE");
+    erase(L"104");
+    erase(L"200");
+    endGroup(*database);
+    EXPECT_EQ(modelSpaceIds(*database).size(), static_cast<std::size_t>(kTexts - 1));
+    const std::string after = bytes();
+    EXPECT_LT(after.size(), original.size());
+    EXPECT_TRUE(undo(*database));
+    EXPECT_EQ(bytes(), original);
+    EXPECT_EQ(modelSpaceIds(*database).size(), static_cast<std::size_t>(kTexts + 1));
+    EXPECT_FALSE(idFromHandle(*database, L"104").isErased());
+    EXPECT_TRUE(redo(*database));
+    EXPECT_EQ(bytes(), after);
+}
+
+TEST_F(Undo, EndOfNoGroupDoesNothing) {
+    endGroup(*database);
+    EXPECT_EQ(undoLog(*database).undoSteps(), 0U);
+    EXPECT_FALSE(undo(*database));
+    EXPECT_FALSE(redo(*database));
+}
+
+// Random commands, nested groups, undo, redo and rollback against a list of whole states.
+TEST_F(Undo, AnySequenceAgreesWithKeptStates) {
+    std::mt19937 random(7);
+    std::vector<std::string> past = {original};
+    std::vector<std::string> future;
+    for (int step = 0; step < 600; ++step) {
+        const auto kind = random() % 10;
+        if (kind < 5) {
+            const bool fails = kind == 0;
+            beginGroup(*database, L"X");
+            for (unsigned i = 0; i < random() % 4; ++i) {
+                turn(static_cast<int>(random() % kTexts),
+                     static_cast<double>(random() % 100) / 7.0);
+            }
+            if (random() % 3 == 0) {
+                beginGroup(*database, L"INNER");
+                turn(static_cast<int>(random() % kTexts),
+                     static_cast<double>(random() % 100) / 7.0);
+                endGroup(*database);
+            }
+            turn(0, static_cast<double>(step));
+            if (fails) {
+                rollback(*database);
+                ASSERT_EQ(bytes(), past.back());
+            } else {
+                endGroup(*database);
+                past.push_back(bytes());
+            }
+            future.clear();
+        } else if (kind < 8) {
+            ASSERT_EQ(undo(*database), past.size() > 1);
+            if (past.size() > 1) {
+                future.push_back(past.back());
+                past.pop_back();
+            }
+            ASSERT_EQ(bytes(), past.back());
+        } else {
+            ASSERT_EQ(redo(*database), !future.empty());
+            if (!future.empty()) {
+                past.push_back(future.back());
+                future.pop_back();
+            }
+            ASSERT_EQ(bytes(), past.back());
+        }
+    }
+}
