@@ -40,11 +40,16 @@ bool isModified(const Session& session, const Workplace& workplace) {
     return session.drawing() != nullptr && workplace.saver.isModified(*session.drawing());
 }
 
-// A question that only a clear Yes answers with true.
+// Asks until the answer is Yes, No or Enter, which means No.
 bool confirmed(Session& session, const std::wstring& question) {
-    const std::wstring reply =
-        editor::upperCase(session.askWord(question + L" [Yes/No] <N>: ", {L"Yes", L"No"}));
-    return reply == L"Y" || reply == L"YES" || reply == L"_Y" || reply == L"_YES";
+    for (;;) {
+        const std::wstring reply = editor::upperCase(
+            session.askWord(L"\n" + question + L" [Yes/No] <N>: ", {L"Yes", L"No"}));
+        if (reply == L"Y" || reply == L"YES" || reply == L"_Y" || reply == L"_YES") return true;
+        if (reply.empty() || reply == L"N" || reply == L"NO" || reply == L"_N" || reply == L"_NO")
+            return false;
+        session.print(L"\nYes or No is expected.");
+    }
 }
 
 void saveTo(Session& session, Workplace& workplace, const std::filesystem::path& target) {
@@ -55,11 +60,11 @@ void saveTo(Session& session, Workplace& workplace, const std::filesystem::path&
     }
 }
 
-// Asks where to save. Nothing when the user would not replace a file that is there.
-std::optional<std::filesystem::path> askTarget(Session& session, const Workplace& workplace) {
+// Asks where to save.
+std::filesystem::path askTarget(Session& session, const Workplace& workplace) {
     const std::wstring shown =
         workplace.drawing.empty() ? L"" : L" <" + wide(workplace.drawing) + L">";
-    const std::wstring reply = session.askWord(L"Save drawing as" + shown + L": ");
+    const std::wstring reply = session.askWord(L"\nSave drawing as" + shown + L": ");
     if (reply.empty()) return workplace.drawing;
     std::filesystem::path target = pathFrom(reply);
     if (!target.has_extension()) target += ".dxf";
@@ -67,21 +72,20 @@ std::optional<std::filesystem::path> askTarget(Session& session, const Workplace
     const bool replaces =
         std::filesystem::exists(target, error) && !isSameFile(target, workplace.drawing);
     if (replaces && !confirmed(session, wide(target) + L" exists already. Replace it?"))
-        return std::nullopt;
+        throw CommandFailure(wide(target) + L" was not written: it exists already");
     return target;
 }
 
 void save(Session& session, Workplace& workplace) {
     openedDrawing(session);
-    if (const auto target = askTarget(session, workplace)) saveTo(session, workplace, *target);
+    saveTo(session, workplace, askTarget(session, workplace));
 }
 
 void saveAs(Session& session, Workplace& workplace) {
     openedDrawing(session);
-    const auto target = askTarget(session, workplace);
-    if (!target) return;
-    saveTo(session, workplace, *target);
-    workplace.drawing = *target;
+    const std::filesystem::path target = askTarget(session, workplace);
+    saveTo(session, workplace, target);
+    workplace.drawing = target;
 }
 
 void qsave(Session& session, Workplace& workplace) {
@@ -91,7 +95,7 @@ void qsave(Session& session, Workplace& workplace) {
 
 void open(Session& session, Workplace& workplace) {
     if (isModified(session, workplace) && !confirmed(session, L"Discard the changes?")) return;
-    const std::wstring reply = session.askWord(L"Open drawing: ");
+    const std::wstring reply = session.askWord(L"\nOpen drawing: ");
     if (reply.empty()) return;
     try {
         openDrawing(session, workplace, pathFrom(reply));
@@ -111,11 +115,11 @@ void quit(Session& session, Workplace& workplace) {
 
 void undo(Session& session, int steps) {
     const int done = session.undo(steps);
-    session.print(done == 0 ? L"Nothing to undo.\n" : std::to_wstring(done) + L" undone.\n");
+    session.print(done == 0 ? L"\nNothing to undo." : L"\n" + std::to_wstring(done) + L" undone.");
 }
 
 void undoSome(Session& session) {
-    const std::wstring reply = session.askWord(L"Enter the number of operations to undo <1>: ");
+    const std::wstring reply = session.askWord(L"\nEnter the number of operations to undo <1>: ");
     const std::optional<int> steps = reply.empty() ? 1 : editor::parseInteger(reply);
     if (!steps || *steps < 1)
         throw CommandFailure(L"UNDO takes a whole number from 1, not '" + reply + L"'");
@@ -123,11 +127,11 @@ void undoSome(Session& session) {
 }
 
 void redo(Session& session) {
-    session.print(session.redo() == 0 ? L"Nothing to redo.\n" : L"1 done again.\n");
+    session.print(session.redo() == 0 ? L"\nNothing to redo." : L"\n1 done again.");
 }
 
 void script(Session& session, Workplace& workplace) {
-    const std::wstring reply = session.askWord(L"Script file: ");
+    const std::wstring reply = session.askWord(L"\nScript file: ");
     if (reply.empty()) return;
     try {
         session.runScript(readScript(pathFrom(reply)), reply);
@@ -137,7 +141,7 @@ void script(Session& session, Workplace& workplace) {
 }
 
 void help(Session& session) {
-    std::wstring text = L"Commands of the loaded modules:\n";
+    std::wstring text = L"\nCommands of the loaded modules:\n";
     for (const std::wstring& name : session.commandNames()) {
         bool own = false;
         for (const Session::HostCommand& command : session.hostCommands())
@@ -154,8 +158,19 @@ void help(Session& session) {
         L"\"2F\").\n"
         L"Entities are selected by points, ALL, W, C, L, P, F, WP, CP, (handent ...) and (ssget "
         L"\"X\" ...); R removes,\n"
-        L"A adds again, U takes back, Enter ends the selection.\n";
+        L"A adds again, U takes back, Enter ends the selection.";
     session.print(text);
+}
+
+// What is odd in a drawing that was read all the same, in one line.
+void tellFindings(Session& session, const std::filesystem::path& path,
+                  const dxf::Document& drawing) {
+    const std::size_t count = drawing.findings().size() + drawing.omittedFindings();
+    if (count == 0) return;
+    const dxf::Finding& first = drawing.findings().front();
+    std::string line = utf8(path) + ", " + first.where.text() + ": " + first.message;
+    if (count > 1) line += ", and " + std::to_string(count - 1) + " more";
+    session.print(editor::fromUtf8(line + "; kept as it stands."));
 }
 
 }  // namespace
@@ -163,6 +178,7 @@ void help(Session& session) {
 void openDrawing(Session& session, Workplace& workplace, const std::filesystem::path& path) {
     session.useDrawing(
         database::readDrawing(path, progressMeter("Reading " + utf8(path.filename()))));
+    tellFindings(session, path, database::document(*session.drawing()));
     workplace.saver.forget();
     workplace.drawing = path;
 }

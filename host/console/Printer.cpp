@@ -29,6 +29,8 @@ void carryBytesUnchanged() {
 #else
     // Whoever reads our output may leave early; the work goes on and the write just fails.
     std::signal(SIGPIPE, SIG_IGN);
+    // A file that grows beyond the user's limit is an error of writing, not the end of the program.
+    std::signal(SIGXFSZ, SIG_IGN);
 #endif
 }
 

@@ -82,8 +82,11 @@ class Call {
             writeOutput(session);
         else if (!workplace_.discarded && session.drawing() != nullptr &&
                  saver_.isModified(*session.drawing()))
-            printer_.print(Saver::changes(*session.drawing()) +
-                           "; not saved: that takes -o FILE, QSAVE or SAVEAS.\n");
+            printer_.print(Saver::changes(*session.drawing()) + "; not saved: " +
+                           (options_.dryRun ? "this is a dry run.\n"
+                                            : "that takes -o FILE, QSAVE or SAVEAS.\n"));
+        if (options_.verify && !saver_.hasSaved())
+            printer_.print("Nothing was saved, so there is nothing to verify.\n");
         if (exit_ == Exit::done && !saver_.proved()) exit_ = Exit::unproved;
     }
 

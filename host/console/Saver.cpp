@@ -40,8 +40,9 @@ void Saver::save(AcDbDatabase& drawing, const std::filesystem::path& target) {
     if (!options_.dryRun) write(drawing, target);
     printer_.print(utf8(target) + (options_.dryRun ? " would be written: " : " written: ") +
                    counted(changes.size()) + ".\n");
+    hasSaved_ = true;
     if (options_.verify) verify(drawing, target, changes);
-    if (!options_.dryRun) saved_ = std::move(changes);
+    saved_ = std::move(changes);
 }
 
 std::string Saver::changes(const AcDbDatabase& drawing) {

@@ -34,11 +34,15 @@ class Saver {
     // "68 entities changed": how many differ from the drawing as it was read.
     static std::string changes(const AcDbDatabase& drawing);
 
-    // True when the drawing differs from what was last saved, or read.
+    // True when the drawing differs from what was last saved (with --dry-run: would have been), or
+    // read.
     bool isModified(const AcDbDatabase& drawing) const;
 
     // Another drawing has been opened.
     void forget() { saved_.clear(); }
+
+    // True once a drawing was written, or would have been with --dry-run.
+    bool hasSaved() const { return hasSaved_; }
 
     // False once --verify has found a difference that no command made.
     bool proved() const { return proved_; }
@@ -51,6 +55,7 @@ class Saver {
     const Options& options_;
     Printer& printer_;
     dxf::Changes saved_;
+    bool hasSaved_ = false;
     bool proved_ = true;
 };
 

@@ -44,6 +44,12 @@ bool isExpression(const std::wstring& reply) {
     return !reply.empty() && reply.front() == L'(';
 }
 
+// An expression may go on over lines; a message is one.
+std::wstring firstLine(const std::wstring& expression) {
+    const std::size_t end = expression.find(L'\n');
+    return end == std::wstring::npos ? expression : expression.substr(0, end) + L" ...";
+}
+
 // Why a prompt that ended a command got nothing.
 std::wstring reason(const PromptRecord& prompt) {
     if (prompt.code == RTCAN) return L"it was cancelled";
@@ -51,7 +57,8 @@ std::wstring reason(const PromptRecord& prompt) {
         return L"nothing was selected. ALL selects what is not on a frozen or locked layer";
     if (prompt.kind == PromptRecord::Kind::entity) {
         if (prompt.reply.empty()) return L"nothing was picked";
-        if (isExpression(prompt.reply)) return prompt.reply + L" is no entity of the drawing";
+        if (isExpression(prompt.reply))
+            return firstLine(prompt.reply) + L" is no entity of the drawing";
         return L"there is nothing at the point " + prompt.reply +
                L". A pick reaches a hundredth of the height of the drawing's view; (handent "
                L"\"2F\") names an entity"

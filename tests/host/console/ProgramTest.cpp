@@ -1,0 +1,168 @@
+// What transcripts can't hold: bytes that are no text, files that end anywhere, disks that are full.
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include "tests/host/console/ChildProcess.h"
+
+namespace {
+
+using namespace console_test;
+
+class Program : public testing::Test {
+  protected:
+    Program() : drawing_(read(exampleDrawing())) { write(folder_ / "streets.dxf", drawing_); }
+
+    Outcome call(std::vector<std::string> arguments, const std::string& input = {}) const {
+        return run({orlinth(), std::move(arguments), folder_.path(), input});
+    }
+
+    // How many files the folder holds; a forgotten half-written one would be one too many.
+    std::ptrdiff_t fileCount() const {
+        return std::distance(std::filesystem::directory_iterator(folder_.path()),
+                             std::filesystem::directory_iterator());
+    }
+
+    Folder folder_;
+    const std::string drawing_;
+};
+
+bool contains(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+}
+
+TEST_F(Program, RandomBytesAreNoDrawing) {
+    std::mt19937 random(8);
+    for (int round = 0; round < 10; ++round) {
+        std::string bytes(1 + random() % 5000, '\0');
+        for (char& byte : bytes) byte = static_cast<char>(random());
+        write(folder_ / "garbage.dxf", bytes);
+        const Outcome outcome =
+            call({"align", "garbage.dxf", "--line", "handle=2F", "-o", "out.dxf"});
+        EXPECT_EQ(outcome.exit, 3);
+        EXPECT_TRUE(contains(outcome.error, "garbage.dxf")) << outcome.error;
+        EXPECT_FALSE(std::filesystem::exists(folder_ / "out.dxf"));
+    }
+}
+
+// A drawing that was cut anywhere is either refused with its place, or kept as it stands.
+TEST_F(Program, ADrawingCutAnywhereIsRefusedOrKept) {
+    std::mt19937 random(9);
+    for (int round = 0; round < 25; ++round) {
+        const std::string cut = drawing_.substr(0, random() % drawing_.size());
+        write(folder_ / "cut.dxf", cut);
+        const Outcome outcome = call({"cut.dxf", "-o", "out.dxf"});
+        if (outcome.exit == 0) {
+            EXPECT_TRUE(contains(outcome.output, "kept as it stands")) << cut.size();
+            EXPECT_EQ(read(folder_ / "out.dxf"), cut);
+        } else {
+            EXPECT_EQ(outcome.exit, 3) << cut.size();
+            EXPECT_TRUE(contains(outcome.error, "cut.dxf, line ")) << outcome.error;
+            EXPECT_FALSE(std::filesystem::exists(folder_ / "out.dxf"));
+        }
+        std::filesystem::remove(folder_ / "out.dxf");
+    }
+}
+
+TEST_F(Program, AScriptWithZeroBytesIsNoScript) {
+    write(folder_ / "run.scr", std::string("QSAVE\n\0\x01garbage", 15));
+    const Outcome outcome = call({"streets.dxf", "-s", "run.scr"});
+    EXPECT_EQ(outcome.exit, 3);
+    EXPECT_EQ(outcome.error, "orlinth: the script 'run.scr' is no text: byte 6 is zero\n");
+    EXPECT_EQ(outcome.output, "");
+}
+
+TEST_F(Program, ScriptsInEveryEncodingAreRead) {
+    const std::string utf8 = "SAVE \xC3\xB6.dxf\n";
+    std::string utf16 = "\xFF\xFE";
+    for (const char c : std::string("SAVE ")) utf16 += {c, '\0'};
+    utf16 += std::string("\xF6\0", 2);
+    for (const char c : std::string(".dxf\r\n")) utf16 += {c, '\0'};
+    for (const std::string& script : {utf8, "\xEF\xBB\xBF" + utf8, utf16, std::string("SAVE \xF6.dxf\r\n")}) {
+        write(folder_ / "run.scr", script);
+        const Outcome outcome = call({"streets.dxf", "-s", "run.scr"});
+        EXPECT_EQ(outcome.exit, 0) << outcome.error;
+        EXPECT_TRUE(contains(outcome.output, "ö.dxf written")) << outcome.output;
+        EXPECT_TRUE(std::filesystem::remove(folder_ / std::filesystem::u8path("ö.dxf")));
+    }
+}
+
+TEST_F(Program, TheLogHoldsEverythingPrintedInItsOrder) {
+    write(folder_ / "run.scr",
+          "ZEPTAlignEntities\n(handent \"2F\")\n(handent \"63\")\n\nk\nNOSUCHCOMMAND\n");
+    const Outcome outcome = call({"streets.dxf", "-s", "run.scr", "-o", "out.dxf", "--log", "log.txt"});
+    EXPECT_EQ(outcome.exit, 5);
+    EXPECT_EQ(read(folder_ / "log.txt"), outcome.output + outcome.error);
+    EXPECT_EQ(read(folder_ / "log.txt"),
+              "Command: ZEPTAlignEntities\n"
+              "Valitse suunnan määräävä viiva : (handent \"2F\")\n"
+              "Valitse suunnattavat kohteet : \n"
+              "Select objects: (handent \"63\")\n"
+              "1 found\n"
+              "Select objects: \n"
+              "Käännetäänkö symboleja 180 astetta k/<e> : k\n"
+              "Command: NOSUCHCOMMAND\n"
+              "orlinth: run.scr, line 6: there is no command NOSUCHCOMMAND. HELP lists the commands\n"
+              "orlinth: out.dxf was not written, because the session did not end well\n");
+}
+
+TEST_F(Program, TheLogIsWrittenAnew) {
+    write(folder_ / "log.txt", std::string(10000, 'x'));
+    EXPECT_EQ(call({"streets.dxf", "--log", "log.txt"}).exit, 0);
+    EXPECT_EQ(read(folder_ / "log.txt"), "");
+}
+
+TEST_F(Program, LinesEndAlikeInEveryBuild) {
+    const Outcome outcome = call({"streets.dxf"}, "HELP\r\nQUIT\r\n");
+    EXPECT_EQ(outcome.exit, 0) << outcome.error;
+    EXPECT_EQ(outcome.output.find('\r'), std::string::npos);
+}
+
+TEST_F(Program, ATargetMarkedReadOnlyStaysAsItWas) {
+    write(folder_ / "out.dxf", "mine");
+    std::filesystem::permissions(folder_ / "out.dxf", std::filesystem::perms::owner_read |
+                                                          std::filesystem::perms::group_read |
+                                                          std::filesystem::perms::others_read);
+    const Outcome outcome = call({"align", "streets.dxf", "--line", "handle=2F", "-o", "out.dxf"});
+    std::filesystem::permissions(folder_ / "out.dxf", std::filesystem::perms::owner_all);
+    EXPECT_EQ(outcome.exit, 4);
+    EXPECT_TRUE(contains(outcome.error, "out.dxf was not written")) << outcome.error;
+    EXPECT_EQ(read(folder_ / "out.dxf"), "mine");
+    EXPECT_EQ(fileCount(), 2);
+}
+
+#ifndef _WIN32
+// Natively only: a limit on the size of files stands for a full disk.
+TEST_F(Program, AFullDiskLeavesEverythingAsItWas) {
+    write(folder_ / "out.dxf", "mine");
+    const std::string command = "ulimit -f 8; exec '" + orlinth().string() +
+                                "' align streets.dxf --line handle=2F -o out.dxf --verify";
+    const Outcome outcome = run({"/bin/sh", {"-c", command}, folder_.path(), {}});
+    EXPECT_EQ(outcome.exit, 4) << outcome.error;
+    EXPECT_TRUE(contains(outcome.error, "out.dxf was not written")) << outcome.error;
+    EXPECT_EQ(read(folder_ / "out.dxf"), "mine");
+    EXPECT_EQ(read(folder_ / "streets.dxf"), drawing_);
+    EXPECT_EQ(fileCount(), 2);
+}
+
+// Natively only: Windows has no such device.
+TEST_F(Program, ALogOnAFullDiskIsToldAndTheJobIsDone) {
+    const Outcome outcome =
+        call({"align", "streets.dxf", "--line", "handle=2F", "-o", "out.dxf", "--log", "/dev/full"});
+    EXPECT_EQ(outcome.exit, 0);
+    EXPECT_EQ(outcome.error, "orlinth: the log '/dev/full' could not be written to its end\n");
+    EXPECT_TRUE(std::filesystem::exists(folder_ / "out.dxf"));
+}
+
+// Natively only: the shell that closes the pipe.
+TEST_F(Program, AReaderThatLeavesEarlyDoesNotStopTheJob) {
+    const std::string command =
+        "'" + orlinth().string() + "' align streets.dxf --line handle=2F -o out.dxf --verify | true";
+    run({"/bin/sh", {"-c", command}, folder_.path(), {}});
+    EXPECT_TRUE(std::filesystem::exists(folder_ / "out.dxf"));
+}
+#endif
+
+}  // namespace
