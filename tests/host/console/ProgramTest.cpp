@@ -1,4 +1,5 @@
-// What transcripts can't hold: bytes that are no text, files that end anywhere, disks that are full.
+// What transcripts can't hold: bytes that are no text, files that end anywhere, disks that are
+// full.
 #include <gtest/gtest.h>
 
 #include <random>
@@ -80,7 +81,8 @@ TEST_F(Program, ScriptsInEveryEncodingAreRead) {
     for (const char c : std::string("SAVE ")) utf16 += {c, '\0'};
     utf16 += std::string("\xF6\0", 2);
     for (const char c : std::string(".dxf\r\n")) utf16 += {c, '\0'};
-    for (const std::string& script : {utf8, "\xEF\xBB\xBF" + utf8, utf16, std::string("SAVE \xF6.dxf\r\n")}) {
+    for (const std::string& script :
+         {utf8, "\xEF\xBB\xBF" + utf8, utf16, std::string("SAVE \xF6.dxf\r\n")}) {
         write(folder_ / "run.scr", script);
         const Outcome outcome = call({"streets.dxf", "-s", "run.scr"});
         EXPECT_EQ(outcome.exit, 0) << outcome.error;
@@ -92,20 +94,22 @@ TEST_F(Program, ScriptsInEveryEncodingAreRead) {
 TEST_F(Program, TheLogHoldsEverythingPrintedInItsOrder) {
     write(folder_ / "run.scr",
           "ZEPTAlignEntities\n(handent \"2F\")\n(handent \"63\")\n\nk\nNOSUCHCOMMAND\n");
-    const Outcome outcome = call({"streets.dxf", "-s", "run.scr", "-o", "out.dxf", "--log", "log.txt"});
+    const Outcome outcome =
+        call({"streets.dxf", "-s", "run.scr", "-o", "out.dxf", "--log", "log.txt"});
     EXPECT_EQ(outcome.exit, 5);
     EXPECT_EQ(read(folder_ / "log.txt"), outcome.output + outcome.error);
-    EXPECT_EQ(read(folder_ / "log.txt"),
-              "Command: ZEPTAlignEntities\n"
-              "Valitse suunnan määräävä viiva : (handent \"2F\")\n"
-              "Valitse suunnattavat kohteet : \n"
-              "Select objects: (handent \"63\")\n"
-              "1 found\n"
-              "Select objects: \n"
-              "Käännetäänkö symboleja 180 astetta k/<e> : k\n"
-              "Command: NOSUCHCOMMAND\n"
-              "orlinth: run.scr, line 6: there is no command NOSUCHCOMMAND. HELP lists the commands\n"
-              "orlinth: out.dxf was not written, because the session did not end well\n");
+    EXPECT_EQ(
+        read(folder_ / "log.txt"),
+        "Command: ZEPTAlignEntities\n"
+        "Valitse suunnan määräävä viiva : (handent \"2F\")\n"
+        "Valitse suunnattavat kohteet : \n"
+        "Select objects: (handent \"63\")\n"
+        "1 found\n"
+        "Select objects: \n"
+        "Käännetäänkö symboleja 180 astetta k/<e> : k\n"
+        "Command: NOSUCHCOMMAND\n"
+        "orlinth: run.scr, line 6: there is no command NOSUCHCOMMAND. HELP lists the commands\n"
+        "orlinth: out.dxf was not written, because the session did not end well\n");
 }
 
 TEST_F(Program, TheLogIsWrittenAnew) {
@@ -149,8 +153,8 @@ TEST_F(Program, AFullDiskLeavesEverythingAsItWas) {
 
 // Natively only: Windows has no such device.
 TEST_F(Program, ALogOnAFullDiskIsToldAndTheJobIsDone) {
-    const Outcome outcome =
-        call({"align", "streets.dxf", "--line", "handle=2F", "-o", "out.dxf", "--log", "/dev/full"});
+    const Outcome outcome = call(
+        {"align", "streets.dxf", "--line", "handle=2F", "-o", "out.dxf", "--log", "/dev/full"});
     EXPECT_EQ(outcome.exit, 0);
     EXPECT_EQ(outcome.error, "orlinth: the log '/dev/full' could not be written to its end\n");
     EXPECT_TRUE(std::filesystem::exists(folder_ / "out.dxf"));
@@ -158,8 +162,8 @@ TEST_F(Program, ALogOnAFullDiskIsToldAndTheJobIsDone) {
 
 // Natively only: the shell that closes the pipe.
 TEST_F(Program, AReaderThatLeavesEarlyDoesNotStopTheJob) {
-    const std::string command =
-        "'" + orlinth().string() + "' align streets.dxf --line handle=2F -o out.dxf --verify | true";
+    const std::string command = "'" + orlinth().string() +
+                                "' align streets.dxf --line handle=2F -o out.dxf --verify | true";
     run({"/bin/sh", {"-c", command}, folder_.path(), {}});
     EXPECT_TRUE(std::filesystem::exists(folder_ / "out.dxf"));
 }
