@@ -68,7 +68,7 @@ class AcArray {
     int append(const T& value) {
         const T copy = value;
         if (!reserveOneMore()) return -1;
-        m_elements[m_length] = copy;
+        m_elements[m_length] = copy;  // NOLINT(clang-analyzer-core.CallAndMessage): room was made
         return m_length++;
     }
     AcArray& append(const AcArray& other) {
@@ -145,7 +145,8 @@ class AcArray {
             if (elements == nullptr) return *this;
         }
         if (m_length > length) m_length = length;
-        for (int i = 0; i < m_length; ++i) elements[i] = m_elements[i];
+        for (int i = 0; i < m_length; ++i)
+            elements[i] = m_elements[i];  // NOLINT(clang-analyzer-core.CallAndMessage)
         delete[] m_elements;
         m_elements = elements;
         m_physicalLength = length;

@@ -20,6 +20,7 @@ class Adesk {
     using UInt64 = std::uint64_t;
     using IntDbId = std::int64_t;
     using IntPtr = std::intptr_t;
+    using GsMarker = std::intptr_t;
     using Boolean = bool;
 
     static constexpr Boolean kFalse = false;

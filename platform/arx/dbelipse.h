@@ -7,6 +7,9 @@ class AcDbEllipse : public AcDbCurve {
   public:
     ACRX_DECLARE_MEMBERS(AcDbEllipse);
     AcDbEllipse();
+    AcDbEllipse(const AcGePoint3d& center, const AcGeVector3d& unitNormal,
+                const AcGeVector3d& majorAxis, double radiusRatio, double startAngle = 0.0,
+                double endAngle = 6.28318530717958647692);
 
     AcGePoint3d center() const;
     AcGeVector3d normal() const;

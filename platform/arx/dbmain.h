@@ -20,6 +20,7 @@
 #include <acdb.h>
 #include <dbid.h>
 #include <dbidar.h>
+#include <dbptrar.h>
 #include <gemat3d.h>
 #include <gept3dar.h>
 #include <rxboiler.h>
@@ -74,6 +75,9 @@ class AcDbDatabase : public AcRxObject {
     // doesn't exist.
     AcDbObjectId layerZero() const;
     AcDbObjectId clayer() const;
+    // eNullObjectId; eWrongDatabase for a layer of another database; eNotThatKindOfClass for what
+    // is no layer, eWasErased. The saved drawing names it in $CLAYER when it has that variable.
+    Acad::ErrorStatus setClayer(AcDbObjectId layer);
 
     // The id of the object with this handle. eNullHandle for handle 0, eUnknownHandle when no
     // object has it. Of several objects with the same handle, the first of the drawing.
@@ -125,6 +129,10 @@ class AcDbObject : public AcRxObject {
 
     AcDbImpObject* impl() const { return m_impl; }
 
+    // Null, without raising, when memory is refused.
+    static void* operator new(std::size_t size) noexcept;
+    static void operator delete(void* memory) noexcept;
+
   protected:
     AcDbObject();
 
@@ -139,13 +147,24 @@ class AcDbEntity : public AcDbObject {
     // The layer's name, a new text that the caller frees (acutDelString).
     ACHAR* layer() const;
     AcDbObjectId layerId() const;
+    // With `doSubents` these setters give vertices and attributes the same.
+    // The layer of this name or id. An entity in no database looks in the working one, and goes to
+    // the current layer when it is put into a database without having been given any. eKeyNotFound,
+    // eNoDatabase, eWasErased; eNotThatKindOfClass for an id of something else; eNotOpenForWrite.
+    Acad::ErrorStatus setLayer(const ACHAR* name, bool doSubents = true);
+    Acad::ErrorStatus setLayer(AcDbObjectId layer, bool doSubents = true);
     // 0 by block, 256 by layer, otherwise 1 to 255. A colour index that is negative in the drawing
     // counts by its absolute value.
     Adesk::UInt16 colorIndex() const;
+    // eInvalidInput above 256; eNotOpenForWrite.
+    Acad::ErrorStatus setColorIndex(Adesk::UInt16 color, bool doSubents = true);
     // The linetype's name ("BYLAYER" when the drawing names none), a new text that the caller
     // frees.
     ACHAR* linetype() const;
+    // "BYLAYER", "BYBLOCK" or one of the table; answers as setLayer does.
+    Acad::ErrorStatus setLinetype(const ACHAR* name, bool doSubents = true);
     AcDb::Visibility visibility() const;
+    Acad::ErrorStatus setVisibility(AcDb::Visibility visibility, bool doSubents = true);
     // The block table record that holds the entity; for a sub-entity, that of its owner.
     AcDbObjectId blockId() const;
 
@@ -155,6 +174,25 @@ class AcDbEntity : public AcDbObject {
     // The box of what is drawn, in world coordinates. eNotOpenForRead; eNullExtents when the class
     // has no geometry that the host knows, or nothing is drawn.
     virtual Acad::ErrorStatus getGeomExtents(AcDbExtents& extents) const;
+    // Appends the points by which a stretching moves the entity, in world coordinates: of lines,
+    // arcs, polylines and splines the ends and the vertices or knots between, the first not again
+    // at the end of a closed one; the quarters of circles and ellipses; corners of faces and
+    // solids; where points, texts and block references stand. Any other class has none.
+    // eNotOpenForRead.
+    virtual Acad::ErrorStatus getStretchPoints(AcGePoint3dArray& points) const;
+    // Appends the points in which this entity and another meet, as seen from above, with the
+    // height that this one has there: crossings, and ends and vertices that lie on the other. Of
+    // stretches that run along each other, both ends. Nothing for an entity inside a closed one.
+    // Curves are met by chords, within a millionth of their size. Entities in no database are
+    // taken when they are curves. eNotOpenForRead, eNullEntityPointer; eNotImplementedYet for
+    // other than kOnBothOperands.
+    virtual Acad::ErrorStatus intersectWith(const AcDbEntity* other, AcDb::Intersect kind,
+                                            AcGePoint3dArray& points,
+                                            Adesk::GsMarker thisMarker = 0,
+                                            Adesk::GsMarker otherMarker = 0) const;
+    // New entities, the caller's and in no database, that make up what this one draws, appended to
+    // `entities`. eNotApplicable for what can't be taken apart.
+    virtual Acad::ErrorStatus explode(AcDbVoidPtrArray& entities) const;
 
   protected:
     AcDbEntity();

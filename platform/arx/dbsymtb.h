@@ -15,6 +15,11 @@ class AcDbSymbolTableRecord : public AcDbObject {
     Acad::ErrorStatus getName(ACHAR*& name) const;
     // Belongs to the record.
     Acad::ErrorStatus getName(const ACHAR*& name) const;
+    // For a record that is in no table yet; eNotImplementedYet for others, since all that is on it
+    // would have to be renamed. eInvalidSymbolTableName for a name that is null, empty, longer than
+    // 255 characters or holds a control character or one of <>/\":;?*|,=`, or begins or ends with a
+    // blank.
+    Acad::ErrorStatus setName(const ACHAR* name);
     // From an external reference.
     bool isDependent() const;
 
@@ -67,6 +72,13 @@ class AcDbSymbolTable : public AcDbObject {
     Acad::ErrorStatus newIterator(AcDbSymbolTableIterator*& iterator, bool atBeginning = true,
                                   bool skipDeleted = true) const;
 
+    // Takes the record over, which is open for write then; the caller closes it. eNotOpenForWrite;
+    // eNullObjectPointer; eAlreadyInDb; eInvalidSymbolTableName for a record without a name;
+    // eNotThatKindOfClass for a record of another table, eNotImplementedYet for one of blocks;
+    // eDuplicateRecordName. The record remains the caller's then.
+    Acad::ErrorStatus add(AcDbSymbolTableRecord* record);
+    Acad::ErrorStatus add(AcDbObjectId& id, AcDbSymbolTableRecord* record);
+
   protected:
     AcDbSymbolTable();
 
@@ -91,9 +103,18 @@ class AcDbLayerTableRecord : public AcDbSymbolTableRecord {
     bool isLocked() const;
     bool isOff() const;
     bool isPlottable() const;
+    // Setters answer eNotOpenForWrite, or do nothing where they have no answer.
+    Acad::ErrorStatus setIsFrozen(bool frozen);
+    void setIsLocked(bool locked);
+    void setIsOff(bool off);
+    Acad::ErrorStatus setIsPlottable(bool plottable);
     // 1 to 255.
     Adesk::UInt16 colorIndex() const;
+    // eInvalidInput outside of 1 to 255.
+    Acad::ErrorStatus setColorIndex(Adesk::UInt16 color);
     AcDbObjectId linetypeObjectId() const;
+    // eNotThatKindOfClass when the id names no linetype.
+    Acad::ErrorStatus setLinetypeObjectId(AcDbObjectId linetype);
 };
 
 class AcDbLayerTable : public AcDbSymbolTable {
@@ -141,6 +162,11 @@ class AcDbTextStyleTableRecord : public AcDbSymbolTableRecord {
     double obliquingAngle() const;
     // A new text that the caller frees.
     Acad::ErrorStatus fileName(ACHAR*& name) const;
+    Acad::ErrorStatus setTextSize(double size);
+    Acad::ErrorStatus setXScale(double scale);
+    Acad::ErrorStatus setObliquingAngle(double angle);
+    // eInvalidInput for null.
+    Acad::ErrorStatus setFileName(const ACHAR* name);
 };
 
 class AcDbTextStyleTable : public AcDbSymbolTable {
@@ -191,6 +217,18 @@ class AcDbBlockTableRecord : public AcDbSymbolTableRecord {
     // eNotOpenForRead; eOutOfMemory when memory is refused; the pointer is null then.
     Acad::ErrorStatus newIterator(AcDbBlockTableRecordIterator*& iterator, bool atBeginning = true,
                                   bool skipDeleted = true) const;
+    // Puts an entity behind the last one and takes it over, its vertices with it. It gets an id
+    // and, where the drawing has handles, the next free one; it is open for write then, and the
+    // caller closes it.
+    //   eNotOpenForWrite, eNullObjectPointer, eAlreadyInDb
+    //   eInvalidOwnerObject  the drawing names the block, but doesn't define it
+    //   eWrongDatabase       its layer, linetype, style or block isn't in this database
+    //   eInvalidDwgVersion   the drawing's release has no such entity (docs/dxf.md)
+    //   eNotImplementedYet   an entity of a class that the host only keeps
+    //   eInvalidInput        coordinates that are no finite numbers
+    // The entity remains the caller's then.
+    Acad::ErrorStatus appendAcDbEntity(AcDbEntity* entity);
+    Acad::ErrorStatus appendAcDbEntity(AcDbObjectId& id, AcDbEntity* entity);
     bool isAnonymous() const;
     // Only the drawing's own flags tell: a path alone makes no reference.
     bool isFromExternalReference() const;

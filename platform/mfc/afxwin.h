@@ -4,16 +4,9 @@
 
 #include <windows.h>
 
+#include "afx.h"
 #include "afxdll_.h"
-
-/// The root of the framework's classes.
-class CObject {
-  public:
-    CObject() = default;
-    CObject(const CObject&) = delete;
-    CObject& operator=(const CObject&) = delete;
-    virtual ~CObject() = default;
-};
+#include "atltypes.h"
 
 /// One window. An object is attached to at most one window, and a window to at most one object.
 class CWnd : public CObject {
@@ -58,3 +51,6 @@ class CFrameWnd : public CWnd {};
 
 /// The main window of a program with several documents.
 class CMDIFrameWnd : public CFrameWnd {};
+
+/// A window that shows a document.
+class CView : public CWnd {};

@@ -31,6 +31,24 @@ std::vector<HWND> FocusCalls();
 
 void ForgetFocusCalls();
 
+/// A text written into a window, with the settings of its device context.
+struct TextCall {
+    HWND window;
+    int x, y;
+    std::wstring text;
+    COLORREF foreground, background;
+    int mode;                   ///< TRANSPARENT or OPAQUE
+    int fontHeight, fontWidth;  ///< 0 while the system's font is selected
+    std::wstring face;
+};
+
+/// Every text since the start or the last `ForgetTexts`, in order.
+std::vector<TextCall> Texts();
+void ForgetTexts();
+
+/// Device contexts and fonts that have been given out and not given back.
+std::size_t OpenDrawingObjects();
+
 /// Gives a module a string resource; an empty text takes it away.
 void SetStringResource(HINSTANCE module, UINT id, const std::wstring& text);
 

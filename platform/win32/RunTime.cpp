@@ -8,6 +8,8 @@
 
 #include <locale.h>
 
+#include "FileHandles.h"
+#include "PathNames.h"
 #include "tchar.h"
 
 namespace {
@@ -41,26 +43,58 @@ locale_t NeutralLocale() {
     return neutral;
 }
 
-bool AppendUtf8(std::string& text, std::uint32_t code) {
-    if (code > 0x10FFFFu || (code >= 0xD800u && code <= 0xDFFFu)) return false;
-    const auto put = [&text](std::uint32_t byte) { text += static_cast<char>(byte); };
-    if (code < 0x80u) {
-        put(code);
-    } else if (code < 0x800u) {
-        put(0xC0u | code >> 6);
-        put(0x80u | (code & 0x3Fu));
-    } else if (code < 0x10000u) {
-        put(0xE0u | code >> 12);
-        put(0x80u | (code >> 6 & 0x3Fu));
-        put(0x80u | (code & 0x3Fu));
-    } else {
-        put(0xF0u | code >> 18);
-        put(0x80u | (code >> 12 & 0x3Fu));
-        put(0x80u | (code >> 6 & 0x3Fu));
-        put(0x80u | (code & 0x3Fu));
-    }
-    return true;
+bool IsBlank(wchar_t c) {
+    return (c >= 9 && c <= 13) || c == 0x20 || c == 0xA0 || c == 0x1680 ||
+           (c >= 0x2000 && c <= 0x200A) || c == 0x2028 || c == 0x2029 || c == 0x202F ||
+           c == 0x205F || c == 0x3000;
 }
+
+// The decimal number at the start of a text, blanks before it passed over, in the form that
+// `strtod` reads; empty if there is none.
+class DecimalPrefix {
+  public:
+    explicit DecimalPrefix(const wchar_t* text) : at_(text) {
+        while (IsBlank(*at_)) ++at_;
+        TakeSign();
+        int digits = TakeDigits();
+        if (*at_ == L'.') {
+            Take('.');
+            digits += TakeDigits();
+        }
+        if (digits == 0) {
+            prefix_.clear();
+            return;
+        }
+        TakeExponent();
+    }
+
+    const char* Get() const { return prefix_.c_str(); }
+
+  private:
+    void Take(char c) {
+        prefix_ += c;
+        ++at_;
+    }
+    void TakeSign() {
+        if (*at_ == L'+' || *at_ == L'-') Take(*at_ == L'-' ? '-' : '+');
+    }
+    int TakeDigits() {
+        int digits = 0;
+        for (; *at_ >= L'0' && *at_ <= L'9'; ++digits) Take(static_cast<char>(*at_));
+        return digits;
+    }
+    // The exponent may begin with d as with e. Without digits it is none.
+    void TakeExponent() {
+        if (*at_ != L'e' && *at_ != L'E' && *at_ != L'd' && *at_ != L'D') return;
+        const std::size_t mantissa = prefix_.size();
+        Take('e');
+        TakeSign();
+        if (TakeDigits() == 0) prefix_.resize(mantissa);
+    }
+
+    const wchar_t* at_;
+    std::string prefix_;
+};
 
 }  // namespace
 
@@ -81,7 +115,7 @@ int _strnicmp(const char* first, const char* second, std::size_t count) {
 }
 
 double _wtof(const wchar_t* text) {
-    return wcstod_l(text, nullptr, NeutralLocale());
+    return strtod_l(DecimalPrefix(text).Get(), nullptr, NeutralLocale());
 }
 
 int _wtoi(const wchar_t* text) {
@@ -99,15 +133,20 @@ wchar_t* _wcsdup(const wchar_t* text) {
 
 std::FILE* _wfopen(const wchar_t* path, const wchar_t* mode) {
     std::string name;
-    for (const wchar_t* c = path; *c != 0; ++c) {
-        if (!AppendUtf8(name, *c == L'\\' ? std::uint32_t{'/'} : static_cast<std::uint32_t>(*c))) {
-            errno = EILSEQ;
-            return nullptr;
-        }
+    if (!posix::NativePath(path, name)) {
+        errno = EILSEQ;
+        return nullptr;
     }
     std::string plainMode;
     for (const wchar_t* c = mode; *c != 0; ++c) {
         if (*c != L't' && *c > 0 && *c < 0x80) plainMode += static_cast<char>(*c);
+    }
+    const DWORD access =
+        (plainMode[0] == 'r' ? GENERIC_READ : GENERIC_WRITE) |
+        (plainMode.find('+') != std::string::npos ? GENERIC_READ | GENERIC_WRITE : 0u);
+    if (!posix::SharingAllows(name.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE)) {
+        errno = EACCES;
+        return nullptr;
     }
     return std::fopen(name.c_str(), plainMode.c_str());
 }

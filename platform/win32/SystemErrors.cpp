@@ -17,6 +17,7 @@ constexpr ErrorText errorTexts[] = {
     {ERROR_SUCCESS, L"The operation completed successfully.\r\n"},
     {ERROR_FILE_NOT_FOUND, L"The system cannot find the file specified.\r\n"},
     {ERROR_PATH_NOT_FOUND, L"The system cannot find the path specified.\r\n"},
+    {ERROR_TOO_MANY_OPEN_FILES, L"The system cannot open the file.\r\n"},
     {ERROR_ACCESS_DENIED, L"Access is denied.\r\n"},
     {ERROR_INVALID_HANDLE, L"The handle is invalid.\r\n"},
     {ERROR_NOT_ENOUGH_MEMORY,
@@ -25,6 +26,7 @@ constexpr ErrorText errorTexts[] = {
     {ERROR_OUTOFMEMORY,
      L"Not enough memory resources are available to complete this operation.\r\n"},
     {ERROR_NO_MORE_FILES, L"There are no more files.\r\n"},
+    {ERROR_GEN_FAILURE, L"A device attached to the system is not functioning.\r\n"},
     {ERROR_SHARING_VIOLATION,
      L"The process cannot access the file because it is being used by another process.\r\n"},
     {ERROR_FILE_EXISTS, L"The file exists.\r\n"},
@@ -32,13 +34,22 @@ constexpr ErrorText errorTexts[] = {
     {ERROR_DISK_FULL, L"There is not enough space on the disk.\r\n"},
     {ERROR_INSUFFICIENT_BUFFER, L"The data area passed to a system call is too small.\r\n"},
     {ERROR_INVALID_NAME, L"The filename, directory name, or volume label syntax is incorrect.\r\n"},
+    {ERROR_MOD_NOT_FOUND, L"The specified module could not be found.\r\n"},
+    {ERROR_PROC_NOT_FOUND, L"The specified procedure could not be found.\r\n"},
     {ERROR_DIR_NOT_EMPTY, L"The directory is not empty.\r\n"},
     {ERROR_ALREADY_EXISTS, L"Cannot create a file when that file already exists.\r\n"},
+    {ERROR_FILENAME_EXCED_RANGE, L"The filename or extension is too long.\r\n"},
     {ERROR_MORE_DATA, L"More data is available.\r\n"},
     {ERROR_NO_MORE_ITEMS, L"No more data is available.\r\n"},
     {ERROR_MR_MID_NOT_FOUND,
      L"The system cannot find message text for message number 0x%1 in the message file for "
      L"%2.\r\n"},
+    {ERROR_BADDB, L"The configuration registry database is corrupt.\r\n"},
+    {ERROR_KEY_DELETED,
+     L"Illegal operation attempted on a registry key that has been marked for deletion.\r\n"},
+    {ERROR_CLIPBOARD_NOT_OPEN, L"Thread does not have a clipboard open.\r\n"},
+    {ERROR_RESOURCE_TYPE_NOT_FOUND,
+     L"The specified resource type cannot be found in the image file.\r\n"},
 };
 
 const wchar_t* TextOfError(DWORD code) {

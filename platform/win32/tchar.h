@@ -13,6 +13,9 @@
 #include <cstdio>
 #include <cwchar>
 
+#include "rtfiles.h"
+#include "rttime.h"
+
 #define _T(text) L##text
 #define _TEXT(text) L##text
 using TCHAR = wchar_t;
@@ -34,8 +37,9 @@ int _wcsnicmp(const wchar_t* first, const wchar_t* second, std::size_t count);
 int _stricmp(const char* first, const char* second);
 int _strnicmp(const char* first, const char* second, std::size_t count);
 
-/// The number at the start of the text, 0 if there is none. The decimal point is "." in every
-/// locale.
+/// The decimal number at the start of the text behind blanks, 0 if there is none. The decimal point
+/// is "." in every locale, an exponent begins with e or d; hexadecimal numbers, "inf" and "nan" are
+/// none. Infinite when it is too large.
 double _wtof(const wchar_t* text);
 int _wtoi(const wchar_t* text);
 /// A copy to be freed by `free`; null for null.

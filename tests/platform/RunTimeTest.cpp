@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cwchar>
@@ -39,6 +40,46 @@ TEST(RunTime, NumbersAreReadFromTheStartOfAText) {
     EXPECT_EQ(_wtof(L"1,5"), 1.0);
     EXPECT_EQ(_wtoi(L" 42x"), 42);
     EXPECT_EQ(_wtoi(L"x"), 0);
+}
+
+TEST(RunTime, OnlyDecimalNumbersAreRead) {
+    for (const wchar_t* const text : {L"inf", L"-infinity", L"nan", L"nan(1)", L"0x10", L"0x1p3"}) {
+        EXPECT_EQ(_wtof(text), 0.0) << std::string(text, text + std::wcslen(text));
+    }
+    EXPECT_EQ(_wtof(L"1#INF"), 1.0);
+    for (const wchar_t* const text : {L".", L"-", L"+ 5", L"--5", L"e5", L".e5"}) {
+        EXPECT_EQ(_wtof(text), 0.0) << std::string(text, text + std::wcslen(text));
+    }
+}
+
+TEST(RunTime, EveryFormOfADecimalNumberIsRead) {
+    EXPECT_EQ(_wtof(L".5"), 0.5);
+    EXPECT_EQ(_wtof(L"5."), 5.0);
+    EXPECT_EQ(_wtof(L"+5.25"), 5.25);
+    EXPECT_EQ(_wtof(L"-.5e1"), -5.0);
+    EXPECT_EQ(_wtof(L"1.e2"), 100.0);
+    EXPECT_EQ(_wtof(L"1d5"), 100000.0);
+    EXPECT_EQ(_wtof(L"1D-2"), 0.01);
+    EXPECT_EQ(_wtof(L"1e"), 1.0);
+    EXPECT_EQ(_wtof(L"1e+"), 1.0);
+    EXPECT_EQ(_wtof(L"1.5.5"), 1.5);
+    EXPECT_EQ(_wtof(L"9007199254740993"), 9007199254740992.0);
+    EXPECT_EQ(_wtof(L"4.9e-324"), 4.9406564584124654e-324);
+    EXPECT_TRUE(std::signbit(_wtof(L"-0")));
+}
+
+TEST(RunTime, NumbersBeyondTheRangeAreInfiniteOrZero) {
+    EXPECT_EQ(_wtof(L"1e400"), HUGE_VAL);
+    EXPECT_EQ(_wtof(L"-1e400"), -HUGE_VAL);
+    EXPECT_EQ(_wtof(L"1e99999999999"), HUGE_VAL);
+    EXPECT_EQ(_wtof(L"1e-400"), 0.0);
+    EXPECT_EQ(_wtof(L"1e00000000000000000001"), 10.0);
+}
+
+TEST(RunTime, BlanksOfEveryKindStandBeforeANumber) {
+    EXPECT_EQ(_wtof(L" \t\n\v\f\r5"), 5.0);
+    EXPECT_EQ(_wtof(L"\u00A0\u2003\u3000-5"), -5.0);
+    EXPECT_EQ(_wtof(L"\u200B5"), 0.0);
 }
 
 TEST(RunTime, ADuplicateIsAnOwnCopy) {
@@ -132,7 +173,7 @@ TEST(System, AMessageGoesIntoABufferOfTheCaller) {
     EXPECT_EQ(GetLastError(), 122u);
 }
 
-TEST(System, TheMemoryIsTold) {
+TEST(System, TheMemoryHasAPlausibleSize) {
     MEMORYSTATUS status{};
     status.dwLength = sizeof status;
     GlobalMemoryStatus(&status);

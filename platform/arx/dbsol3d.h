@@ -1,0 +1,21 @@
+// AcDb3dSolid: a body in space. That of a drawing is kept as the drawing has it.
+#pragma once
+
+#include <dbcurve.h>
+#include <dbregion.h>
+
+class AcDb3dSolid : public AcDbEntity {
+  public:
+    ACRX_DECLARE_MEMBERS(AcDb3dSolid);
+    AcDb3dSolid();
+
+    // Without a body.
+    Adesk::Boolean isNull() const;
+
+    // Makes the body that `region` sweeps along `path`. The host knows one: a disc and an AcDbLine
+    // across it, which give a cylinder. eNullObjectPointer; eAlreadyInDb for a solid in a database;
+    // eInvalidInput for an empty region, a path without length, a path that is not across the
+    // region, and a taper; eNotImplementedYet for other paths. The solid is unchanged then.
+    Acad::ErrorStatus extrudeAlongPath(const AcDbRegion* region, const AcDbCurve* path,
+                                       double taperAngle = 0.0);
+};
