@@ -9,6 +9,7 @@
 // its
 //   second. It has to be pure and to call an element equal to itself. Null stands for the
 //   comparison by bytes, and lets Sort() move each element once.
+//   The UsualComparison of a type (datastruct/Comparison.h) sorts fastest.
 // - `sorted`, `unique`: promises about the content. Intended: appending takes back `sorted`; Set,
 //   Insert and Reverse leave it as it is, and nothing ever takes back `unique`.
 //
@@ -43,7 +44,7 @@ namespace TamLib {
 template <class T>
 struct DefaultComparison {
     static std::int32_t Compare(const T* first, const T* second) {
-        return CompareBytes(first, second, sizeof(T));
+        return CompareBytes(first, second, elementBytes<T>);
     }
 };
 
@@ -149,7 +150,8 @@ class Array : public Vector<T> {
     /// The elements from `first` to `last`, both included, as a ring: negative indexes count from
     /// the end, a `last` before `first` goes on round the end, and a range longer than the array
     /// repeats it. Empty when the array is, or when `last` stays before `first`. Settings are those
-    /// of this array, with `increment` 10 and a capacity of at least 10.
+    /// of this array, with `increment` 10; the capacity is the length of the range, also of an
+    /// empty array, and at least 10.
     Array Slice(std::int32_t first, std::int32_t last) const;
     /// Exchanges block, capacity and count with `other`; settings stay.
     void SwapBlocks(Array& other);

@@ -64,19 +64,39 @@ std::uint32_t Array<T>::Count(const T& item) const {
     return equal;
 }
 
+namespace detail {
+
+// Calls `sort` with the comparison, in a form that can be inlined when it is the usual one.
+template <class T, class Sorting>
+void WithComparison(std::int32_t (*compare)(const T*, const T*), Sorting sort) {
+    if constexpr (UsualComparison<T>::exists) {
+        if (compare == UsualComparison<T>::function) {
+            sort(KnownFunction<UsualComparison<T>::function>());
+            return;
+        }
+    }
+    sort(compare);
+}
+
+}  // namespace detail
+
 template <class T>
 void Array<T>::Sort() {
+    const std::int32_t high = static_cast<std::int32_t>(count) - 1;
     if (compare != nullptr) {
-        QuickSort(data, compare, static_cast<std::int32_t>(count) - 1, 0);
+        detail::WithComparison<T>(compare,
+                                  [&](const auto& known) { QuickSort(data, known, high, 0); });
     } else if (count >= 2) {
-        SortByPointers(data, static_cast<std::int32_t>(count) - 1, capacity, ByteComparison<T>());
+        SortByPointers(data, high, capacity, ByteComparison<T>());
     }
     sorted = true;
 }
 
 template <class T>
 void Array<T>::SortUnique() {
-    Order(data, count, capacity, MergeMode::keepOne, FunctionComparator<T>(Comparison()));
+    detail::WithComparison<T>(Comparison(), [&](const auto& known) {
+        Order(data, count, capacity, MergeMode::keepOne, known);
+    });
     sorted = true;
     unique = true;
 }
@@ -117,7 +137,8 @@ template <class T>
 std::uint32_t Array<T>::Checksum(ChecksumFunction fn) const {
     std::uint32_t sum = 0;
     for (std::uint32_t i = 0; i < count; ++i) {
-        const std::uint32_t one = fn != nullptr ? fn(data + i) : ByteChecksum(data + i, sizeof(T));
+        const std::uint32_t one =
+            fn != nullptr ? fn(data + i) : ByteChecksum(data + i, elementBytes<T>);
         sum += one * (i + 1) * 119u;
     }
     return sum;
@@ -157,7 +178,7 @@ Array<T> Array<T>::Slice(std::int32_t first, std::int32_t last) const {
     const std::int64_t from = first < 0 ? first + n : first;
     std::int64_t to = last < 0 ? last + n : last;
     if (to < from) to += n;
-    const std::int64_t length = n == 0 || to < from ? 0 : to - from + 1;
+    const std::int64_t length = to < from ? 0 : to - from + 1;
 
     Array slice;
     slice.bitwise = bitwise;
@@ -165,7 +186,7 @@ Array<T> Array<T>::Slice(std::int32_t first, std::int32_t last) const {
     slice.increment = 10;
     slice.Resize(length > 10 ? detail::Grown(static_cast<std::uint64_t>(length), 0, 0) : 10);
     std::int64_t at = n == 0 ? 0 : (from % n + n) % n;
-    for (std::int64_t i = 0; i < length; ++i) {
+    for (std::int64_t i = 0; n != 0 && i < length; ++i) {
         slice.Append(data[at]);
         if (++at == n) at = 0;
     }

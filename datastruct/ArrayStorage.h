@@ -215,7 +215,7 @@ void Array<T>::Store(T& slot, const T& item) {
 template <class T>
 void Array<T>::FillSlots(std::uint32_t from, std::uint32_t to) {
     if (bitwise) {
-        std::memset(static_cast<void*>(data + from), 0, (to - from) * sizeof(T));
+        std::memset(static_cast<void*>(data + from), 0, (to - from) * elementBytes<T>);
     } else {
         std::uninitialized_value_construct(data + from, data + to);
     }

@@ -42,7 +42,7 @@ class FunctionComparator final : public Comparator<T> {
 /// The bytes of two elements, without a sign: -1, 0 or 1.
 template <class T>
 std::int32_t CompareElementBytes(const T* first, const T* second) {
-    return CompareBytes(first, second, sizeof(T));
+    return CompareBytes(first, second, elementBytes<T>);
 }
 
 /// CompareElementBytes in the form of an object.
@@ -53,11 +53,43 @@ struct ByteComparison {
     }
 };
 
+/// The order of numbers, for the `compare` of arrays of them: -1, 0 or 1.
+template <class T>
+std::int32_t CompareNumbers(const T* first, const T* second) {
+    return (*first > *second) - (*first < *second);
+}
+
+/// The comparison function that arrays of T usually have, if one stands out. An array whose
+/// `compare` it is sorts without a call per comparison, into the same order. Types specialise it.
+template <class T, class = void>
+struct UsualComparison {
+    static constexpr bool exists = false;
+};
+template <class T>
+struct UsualComparison<T, std::enable_if_t<std::is_arithmetic_v<T>>> {
+    static constexpr bool exists = true;
+    static constexpr std::int32_t (*function)(const T*, const T*) = &CompareNumbers<T>;
+};
+
 namespace detail {
+
+/// A comparison function that is known when compiling.
+template <auto function>
+struct KnownFunction {
+    template <class T>
+    std::int32_t operator()(const T* first, const T* second) const {
+        return function(first, second);
+    }
+};
+
+template <class C>
+constexpr bool isKnownFunction = false;
+template <auto function>
+constexpr bool isKnownFunction<KnownFunction<function>> = true;
 
 /// The comparison C is a function rather than an object.
 template <class C>
-constexpr bool isFunction = std::is_function_v<C> ||
+constexpr bool isFunction = std::is_function_v<C> || isKnownFunction<C> ||
                             (std::is_pointer_v<C> && std::is_function_v<std::remove_pointer_t<C>>);
 
 }  // namespace detail

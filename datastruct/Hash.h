@@ -78,7 +78,7 @@ class Hash {
     }
 
     std::uint32_t HashOf(const K& key) const {
-        return hashFunction != nullptr ? hashFunction(&key) : ByteHash(&key, sizeof(K));
+        return hashFunction != nullptr ? hashFunction(&key) : ByteHash(&key, elementBytes<K>);
     }
 
     HashFunction hashFunction;
@@ -113,12 +113,12 @@ V& Hash<K, V>::operator[](const K& key) {
     if (entries == 0) Rehash(1);
     Chain* chain = &ChainOf(key);
     if (Pair* found = FindIn(*chain, key)) return found->value;
-    const Pair added{key, V()};
+    Pair added{key, V()};
     if (chain->count >= maxChain && MayGrow()) {
         Rehash(-1);
         chain = &ChainOf(added.key);
     }
-    Pair& pair = (*chain)[static_cast<std::uint32_t>(chain->Add(added))];
+    Pair& pair = (*chain)[static_cast<std::uint32_t>(chain->AddMoved(added))];
     ++entries;
     return pair.value;
 }
@@ -131,7 +131,8 @@ void Hash<K, V>::Set(const K& key, const V& value) {
         found->value = value;
         return;
     }
-    const std::int32_t index = chain.Add(Pair{key, value});
+    Pair added{key, value};
+    const std::int32_t index = chain.AddMoved(added);
     ++entries;
     if (static_cast<std::uint32_t>(index) > maxChain && MayGrow()) Rehash(-1);
 }

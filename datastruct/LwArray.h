@@ -32,15 +32,17 @@ class LwArray {
 
     /// Stores a copy behind the last element and gives its index. `item` may be an element of the
     /// array itself. Intended: memory that is refused is not noticed; an access fault follows.
+    /// When its copying raises, the array stays as it was.
     std::int32_t Add(const T& item) {
-        const T* source = &item;
-        if (count % N == 0) {
-            const bool inside = source >= data && source < data + count;
-            const std::ptrdiff_t slot = inside ? source - data : 0;
-            Grow();
-            if (inside) source = data + slot;
-        }
-        data[count] = *source;
+        T added(item);
+        return AddMoved(added);
+    }
+
+    /// As Add, but moves `item`, which is no element of the array, as bytes; default content is
+    /// left in it.
+    std::int32_t AddMoved(T& item) {
+        if (count % N == 0) Grow();
+        SwapElements(data[count], item);
         return static_cast<std::int32_t>(count++);
     }
 
@@ -64,7 +66,7 @@ class LwArray {
 
   private:
     void Grow() {
-        const std::size_t bytes = (std::size_t{count} + N) * sizeof(T);
+        const std::size_t bytes = (std::size_t{count} + N) * elementBytes<T>;
         data = static_cast<T*>(runTimeMemory.reallocate(data, bytes));
         std::uninitialized_value_construct(data + count, data + count + N);
     }

@@ -11,6 +11,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "datastruct/Bytes.h"
+
 namespace TamLib {
 
 /// The run-time's functions under all containers. Tests put failing ones here; nothing else changes
@@ -48,22 +50,22 @@ struct ArrayMemory {
 
     /// The first count that is refused.
     static constexpr std::uint32_t refusedCount =
-        static_cast<std::uint32_t>(0x7FFFFFFFu / sizeof(T));
+        static_cast<std::uint32_t>(0x7FFFFFFFu / elementBytes<T>);
 
     /// A new block for `count` elements. `oldCount` is for the message alone.
     static T* _Allocate(std::uint32_t count, std::uint32_t oldCount, std::int32_t line) {
-        void* block = count < refusedCount ? HeapAllocate(count * sizeof(T)) : nullptr;
-        if (block == nullptr) RaiseAllocateFailed(sizeof(T), count, oldCount, line);
+        void* block = count < refusedCount ? HeapAllocate(count * elementBytes<T>) : nullptr;
+        if (block == nullptr) RaiseAllocateFailed(elementBytes<T>, count, oldCount, line);
         return static_cast<T*>(block);
     }
 
     /// `block` of `oldCount` elements, or null for 0, resized to `count`, which is not 0.
     static T* _ReAllocate(T* block, std::uint32_t count, std::uint32_t oldCount,
                           std::int32_t line) {
-        void* resized = count < refusedCount
-                            ? HeapReallocate(block, oldCount * sizeof(T), count * sizeof(T))
-                            : nullptr;
-        if (resized == nullptr) RaiseReAllocateFailed(sizeof(T), count, oldCount, line);
+        void* resized = count < refusedCount ? HeapReallocate(block, oldCount * elementBytes<T>,
+                                                              count * elementBytes<T>)
+                                             : nullptr;
+        if (resized == nullptr) RaiseReAllocateFailed(elementBytes<T>, count, oldCount, line);
         return static_cast<T*>(resized);
     }
 
@@ -76,7 +78,7 @@ template <class T>
 void MoveElements(T* target, const T* source, std::size_t count) {
     if (count != 0) {
         std::memmove(static_cast<void*>(target), static_cast<const void*>(source),
-                     count * sizeof(T));
+                     count * elementBytes<T>);
     }
 }
 
@@ -84,10 +86,10 @@ void MoveElements(T* target, const T* source, std::size_t count) {
 template <class T>
 void SwapElements(T& first, T& second) {
     if (&first == &second) return;
-    alignas(T) unsigned char kept[sizeof(T)];
-    std::memcpy(kept, static_cast<const void*>(&first), sizeof(T));
-    std::memcpy(static_cast<void*>(&first), static_cast<const void*>(&second), sizeof(T));
-    std::memcpy(static_cast<void*>(&second), kept, sizeof(T));
+    alignas(T) unsigned char kept[elementBytes<T>];
+    std::memcpy(kept, static_cast<const void*>(&first), elementBytes<T>);
+    std::memcpy(static_cast<void*>(&first), static_cast<const void*>(&second), elementBytes<T>);
+    std::memcpy(static_cast<void*>(&second), kept, elementBytes<T>);
 }
 
 }  // namespace TamLib

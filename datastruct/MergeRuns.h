@@ -35,23 +35,32 @@ struct PointerRuns {
 constexpr std::size_t largestValue = 64;  // above it copying costs more than following a pointer
 
 template <class T>
-using RunsOf = std::conditional_t<std::is_trivially_copyable_v<T> && sizeof(T) <= largestValue,
-                                  ValueRuns<T>, PointerRuns<T>>;
+using RunsOf =
+    std::conditional_t<std::is_trivially_copyable_v<T> && elementBytes<T> <= largestValue,
+                       ValueRuns<T>, PointerRuns<T>>;
 
-/// An owned block of handles or elements in raw memory.
-template <class H>
+/// An owned block of handles of `n` elements, in raw memory. A refusal names the elements, whatever
+/// their handles are.
+template <class T, class H>
 class RawBlock {
   public:
-    explicit RawBlock(std::uint32_t n) : block_(ArrayMemory<H>::_Allocate(n, n, mergeLine)) {}
-    ~RawBlock() { ArrayMemory<H>::Release(block_); }
+    explicit RawBlock(std::uint32_t n) : block_(Taken(n)) {}
+    ~RawBlock() { HeapRelease(block_); }
     RawBlock(const RawBlock&) = delete;
     RawBlock& operator=(const RawBlock&) = delete;
 
     H* Get() { return block_; }
     H* Detach() { return std::exchange(block_, nullptr); }
-    void Free() { ArrayMemory<H>::Release(Detach()); }
+    void Free() { HeapRelease(Detach()); }
 
   private:
+    static H* Taken(std::uint32_t n) {
+        const bool refused = n >= ArrayMemory<T>::refusedCount;
+        void* block = refused ? nullptr : HeapAllocate(n * elementBytes<H>);
+        if (block == nullptr) RaiseAllocateFailed(elementBytes<T>, n, n, mergeLine);
+        return static_cast<H*>(block);
+    }
+
     H* block_;
 };
 
@@ -71,6 +80,10 @@ struct MergeRules {
 
 /// One merge of two runs into `out`, which has `room` slots: kept handles from the front, dropped
 /// ones from the back.
+///
+/// An element is to be dropped when it equals the one written last. Mostly that is known
+/// beforehand: the last one has been compared with one head, and with the other as its neighbour in
+/// the run. The merge is `settled_` as long as this holds for both heads.
 template <class T, class Runs, class C>
 class Merger {
   public:
@@ -78,7 +91,12 @@ class Merger {
 
     /// `distinct`: neighbours within each run are known to differ.
     Merger(const MergeRules<T, Runs, C>& rules, Handle* out, std::uint32_t room, bool distinct)
-        : rules_(rules), out_(out), back_(out + room), distinct_(distinct) {}
+        : rules_(rules),
+          out_(out),
+          back_(out + room),
+          distinct_(distinct),
+          settles_((distinct || rules.mode == MergeMode::keepAll) && rules.filter == nullptr),
+          settled_(settles_) {}
 
     /// Gives how many were kept.
     std::uint32_t Merge(const Handle* left, std::uint32_t leftCount, const Handle* right,
@@ -86,12 +104,15 @@ class Merger {
         std::uint32_t i = 0;
         std::uint32_t j = 0;
         while (i < leftCount && j < rightCount) {
-            const std::int32_t order = rules_.Compare(left[i], right[j]);
+            const bool exhausted =
+                settled_ && !TakeSettled(left, i, leftCount, right, j, rightCount);
+            if (exhausted) break;
+            const std::int32_t order = settled_ ? 0 : rules_.Compare(left[i], right[j]);
             if (order < 0) {
-                Take(left[i], Side::left, i, j);
+                settled_ = Take(left[i], {Side::left, i, j}) && settles_;
                 ++i;
             } else if (order > 0) {
-                Take(right[j], Side::right, j, i);
+                settled_ = Take(right[j], {Side::right, j, i}) && settles_;
                 ++j;
             } else {
                 TakeEqual(left[i], i, right[j], j);
@@ -99,8 +120,8 @@ class Merger {
                 ++j;
             }
         }
-        for (; i < leftCount; ++i) Take(left[i], Side::left, i, nowhere);
-        for (; j < rightCount; ++j) Take(right[j], Side::right, j, nowhere);
+        TakeRest(left, i, leftCount, Side::left);
+        TakeRest(right, j, rightCount, Side::right);
         return kept_;
     }
 
@@ -108,41 +129,92 @@ class Merger {
     enum class Side { none, left, right };
     static constexpr std::uint32_t nowhere = 0xFFFFFFFFu;
 
-    // `facing`: the index in the other run of an element that was found to differ from this one.
-    void Take(const Handle& handle, Side side, std::uint32_t index, std::uint32_t facing) {
-        if (kept_ > 0 && rules_.mode != MergeMode::keepAll && !KnownToDiffer(side, index) &&
+    /// An element that was written: its run, its place there, and the place in the other run of the
+    /// head that it was found to differ from.
+    struct Written {
+        Side side = Side::none;
+        std::uint32_t index = 0;
+        std::uint32_t facing = nowhere;
+    };
+
+    // Takes heads as long as they differ, without a branch on their order. True when it ends at
+    // equal heads, false when a run is exhausted.
+    bool TakeSettled(const Handle* left, std::uint32_t& i, std::uint32_t leftCount,
+                     const Handle* right, std::uint32_t& j, std::uint32_t rightCount) {
+        const Handle* l = left + i;
+        const Handle* r = right + j;
+        const Handle* const leftEnd = left + leftCount;
+        const Handle* const rightEnd = right + rightCount;
+        Handle* const begin = out_ + kept_;
+        Handle* out = begin;
+        std::int32_t order = 0;
+        std::int32_t before = 0;
+        do {
+            before = order;
+            order = rules_.Compare(*l, *r);
+            if (order == 0) break;
+            const bool fromLeft = order < 0;
+            *out++ = *(fromLeft ? l : r);
+            l += fromLeft;
+            r += !fromLeft;
+        } while (l != leftEnd && r != rightEnd);
+        i = static_cast<std::uint32_t>(l - left);
+        j = static_cast<std::uint32_t>(r - right);
+        kept_ = static_cast<std::uint32_t>(out - out_);
+        if (out != begin && order == 0) {
+            last_ = before < 0 ? Written{Side::left, i - 1, j} : Written{Side::right, j - 1, i};
+        }
+        return order == 0;
+    }
+
+    // Whether the element was kept.
+    bool Take(const Handle& handle, const Written& place) {
+        if (kept_ > 0 && rules_.mode != MergeMode::keepAll && !KnownToDiffer(place) &&
             rules_.Compare(out_[kept_ - 1], handle) == 0) {
             Drop(handle);
-        } else if (rules_.filter != nullptr && rules_.filter(Runs::Element(handle))) {
-            Drop(handle);
-        } else {
-            out_[kept_++] = handle;
-            side_ = side;
-            index_ = index;
-            facing_ = facing;
+            return false;
         }
+        if (rules_.filter != nullptr && rules_.filter(Runs::Element(handle))) {
+            Drop(handle);
+            return false;
+        }
+        out_[kept_++] = handle;
+        last_ = place;
+        return true;
     }
 
     void TakeEqual(const Handle& left, std::uint32_t i, const Handle& right, std::uint32_t j) {
         switch (rules_.mode) {
             case MergeMode::keepAll:
-                Take(left, Side::left, i, nowhere);
-                Take(right, Side::right, j, nowhere);
+                Take(left, {Side::left, i, nowhere});
+                Take(right, {Side::right, j, nowhere});
                 break;
             case MergeMode::keepOne:
                 Drop(left);
-                Take(right, Side::right, j, nowhere);
+                Take(right, {Side::right, j, nowhere});
+                settled_ = false;
                 break;
             case MergeMode::dropPairs:
                 Drop(left);
                 Drop(right);
+                settled_ = false;
                 break;
         }
     }
 
-    // The element written last and the one at `index` have been compared with each other before.
-    bool KnownToDiffer(Side side, std::uint32_t index) const {
-        return side == side_ ? distinct_ && index == index_ + 1 : index == facing_;
+    // What one run has left when the other is exhausted.
+    void TakeRest(const Handle* run, std::uint32_t from, std::uint32_t count, Side side) {
+        for (; from < count && !settled_; ++from) {
+            settled_ = Take(run[from], {side, from, nowhere}) && settles_;
+        }
+        std::copy(run + from, run + count, out_ + kept_);
+        kept_ += count - from;
+    }
+
+    // The element written last and the one at this place have been compared with each other before.
+    bool KnownToDiffer(const Written& place) const {
+        return place.side == last_.side ? distinct_ && place.index == last_.index + 1
+                                        : place.index == last_.facing;
     }
 
     void Drop(const Handle& handle) {
@@ -153,10 +225,10 @@ class Merger {
     Handle* out_;
     Handle* back_;
     bool distinct_;
+    bool settles_;  // after an element is kept, the merge is settled
+    bool settled_;
     std::uint32_t kept_ = 0;
-    Side side_ = Side::none;  // of the element written last
-    std::uint32_t index_ = 0;
-    std::uint32_t facing_ = nowhere;
+    Written last_;
 };
 
 /// Two runs side by side in `from`, of `half` and `n` - `half` slots, merged into the `n` slots of
@@ -201,7 +273,7 @@ template <class T>
 T* GatherElements(T* const* elements, std::uint32_t kept, std::uint32_t n, std::uint32_t capacity) {
     T* const out = ArrayMemory<T>::_Allocate(capacity, capacity, mergeLine);
     for (std::uint32_t i = 0; i < kept; ++i) MoveElements(out + i, elements[i], 1);
-    for (std::uint32_t i = kept; i < n; ++i) std::destroy_at(elements[i]);
+    for (std::uint32_t i = kept; i < n; ++i) std::destroy(elements[i], elements[i] + 1);
     std::uninitialized_value_construct(out + kept, out + capacity);
     return out;
 }
@@ -212,8 +284,8 @@ T* SortedBlock(T* block, std::uint32_t count, std::uint32_t& outCount, std::uint
                const MergeRules<T, RunsOf<T>, C>& rules) {
     using Handle = typename RunsOf<T>::Handle;
     const std::uint32_t half = count / 2;
-    RawBlock<Handle> runs(count);
-    RawBlock<Handle> other(count);
+    RawBlock<T, Handle> runs(count);
+    RawBlock<T, Handle> other(count);
     const std::uint32_t left = SortRun(rules, block, half, runs.Get(), other.Get());
     const std::uint32_t right =
         SortRun(rules, block + half, count - half, runs.Get() + half, other.Get() + half);
@@ -223,7 +295,7 @@ T* SortedBlock(T* block, std::uint32_t count, std::uint32_t& outCount, std::uint
         return GatherElements(other.Get(), outCount, count, outCapacity);
     } else {
         other.Free();
-        RawBlock<T> out(outCapacity);
+        RawBlock<T, T> out(outCapacity);
         Merger<T, RunsOf<T>, C> merger(rules, out.Get(), outCapacity, true);
         outCount = merger.Merge(runs.Get(), left, runs.Get() + half, right);
         std::uninitialized_value_construct(out.Get() + outCount, out.Get() + outCapacity);
@@ -240,8 +312,8 @@ T* MergeRuns(T* left, std::uint32_t leftCount, T* right, std::uint32_t rightCoun
     using Runs = detail::PointerRuns<T>;
     const detail::MergeRules<T, Runs, C> rules{mode, comparison, filter};
     const std::uint32_t n = leftCount + rightCount;
-    detail::RawBlock<T*> from(n);
-    detail::RawBlock<T*> merged(n);
+    detail::RawBlock<T, T*> from(n);
+    detail::RawBlock<T, T*> merged(n);
     for (std::uint32_t i = 0; i < leftCount; ++i) from.Get()[i] = left + i;
     for (std::uint32_t j = 0; j < rightCount; ++j) from.Get()[leftCount + j] = right + j;
     detail::Merger<T, Runs, C> merger(rules, merged.Get(), n, false);

@@ -28,21 +28,21 @@ template <class T>
 class Lifted {
   public:
     explicit Lifted(T* slot) : free_(slot) {
-        std::memcpy(bytes_, static_cast<const void*>(slot), sizeof(T));
+        std::memcpy(bytes_, static_cast<const void*>(slot), elementBytes<T>);
     }
-    ~Lifted() { std::memcpy(static_cast<void*>(free_), bytes_, sizeof(T)); }
+    ~Lifted() { std::memcpy(static_cast<void*>(free_), bytes_, elementBytes<T>); }
     Lifted(const Lifted&) = delete;
     Lifted& operator=(const Lifted&) = delete;
 
     const T* Element() const { return std::launder(reinterpret_cast<const T*>(bytes_)); }
     /// Moves another element to the free slot, and its slot is the free one then.
     void Fill(T* slot) {
-        std::memcpy(static_cast<void*>(free_), static_cast<const void*>(slot), sizeof(T));
+        std::memcpy(static_cast<void*>(free_), static_cast<const void*>(slot), elementBytes<T>);
         free_ = slot;
     }
 
   private:
-    alignas(T) unsigned char bytes_[sizeof(T)];
+    alignas(T) unsigned char bytes_[elementBytes<T>];
     T* free_;
 };
 
@@ -70,18 +70,70 @@ void FinishPart(T* block, const C& comparison, std::int32_t high, std::int32_t l
     }
 }
 
+/// What is left to partition: elements from `low` to `high` between the two scans.
+struct Scans {
+    std::int32_t low;
+    std::int32_t high;
+};
+
+// The exchanges with which the scans of Hoare's partition begin, found block by block: first the
+// places where each scan would stop, without a branch on the outcome of a comparison, then the
+// exchanges of the first with the first, the second with the second and so on (S. Edelkamp and A.
+// Weiss, BlockQuicksort, 2016). The elements end where the scans one by one would have put them.
+template <std::int32_t size, class T, class C>
+Scans PartitionBlocks(T* block, const C& comparison, const T& pivot, Scans scans) {
+    unsigned char lowStops[size];
+    unsigned char highStops[size];
+    std::int32_t lowFound = 0, lowUsed = 0, highFound = 0, highUsed = 0;
+    while (scans.high - scans.low >= 2 * size) {
+        if (lowUsed == lowFound) {
+            lowUsed = lowFound = 0;
+            for (std::int32_t k = 0; k < size; ++k) {
+                lowStops[lowFound] = static_cast<unsigned char>(k);
+                lowFound += !(comparison(block + scans.low + k, &pivot) < 0);
+            }
+        }
+        if (highUsed == highFound) {
+            highUsed = highFound = 0;
+            for (std::int32_t k = 0; k < size; ++k) {
+                highStops[highFound] = static_cast<unsigned char>(k);
+                highFound += !(comparison(&pivot, block + scans.high - k) < 0);
+            }
+        }
+        while (lowUsed < lowFound && highUsed < highFound) {
+            SwapElements(block[scans.low + lowStops[lowUsed++]],
+                         block[scans.high - highStops[highUsed++]]);
+        }
+        if (lowUsed == lowFound) scans.low += size;
+        if (highUsed == highFound) scans.high -= size;
+    }
+    if (lowUsed < lowFound) scans.low += lowStops[lowUsed];
+    if (highUsed < highFound) scans.high -= highStops[highUsed];
+    return scans;
+}
+
+/// Hoare's partition. Gives the ends of both parts: the lower one ends at `high`, the upper one
+/// begins at `low`.
+template <class T, class C>
+Scans Partition(T* block, const C& comparison, const T& pivot, std::int32_t high,
+                std::int32_t low) {
+    Scans scans = PartitionBlocks<64>(block, comparison, pivot, {low, high});
+    scans = PartitionBlocks<16>(block, comparison, pivot, scans);
+    auto [i, j] = scans;
+    while (i <= j) {
+        while (comparison(block + i, &pivot) < 0) ++i;
+        while (comparison(&pivot, block + j) < 0) --j;
+        if (i > j) break;
+        SwapElements(block[i++], block[j--]);
+    }
+    return {i, j};
+}
+
 template <std::int32_t insertionSpan, class T, class C>
 void SortPart(T* block, const C& comparison, std::int32_t high, std::int32_t low) {
     while (high > low) {
         const T pivot(*ChoosePivot(block, comparison, high, low));
-        std::int32_t i = low;
-        std::int32_t j = high;
-        while (i <= j) {
-            while (comparison(block + i, &pivot) < 0) ++i;
-            while (comparison(&pivot, block + j) < 0) --j;
-            if (i > j) break;
-            SwapElements(block[i++], block[j--]);
-        }
+        const auto [i, j] = Partition(block, comparison, pivot, high, low);
         FinishPart<insertionSpan>(block, comparison, j, low);
         if (high - i <= insertionSpan) {
             InsertionSort(block, comparison, high, i);
@@ -105,7 +157,7 @@ template <class T>
 class PointerBlock {
   public:
     explicit PointerBlock(std::uint32_t n)
-        : pointers_(static_cast<T**>(runTimeMemory.allocateArray(n * sizeof(T*)))) {
+        : pointers_(static_cast<T**>(runTimeMemory.allocateArray(n * elementBytes<T*>))) {
         if (pointers_ == nullptr) RaiseOrderingNoMemory(pointersLine);
     }
     ~PointerBlock() { runTimeMemory.releaseArray(pointers_); }

@@ -228,14 +228,20 @@ StringBase<T> StringBase<T>::EmptyPiece() const {
 
 template <class T>
 StringBase<T> StringBase<T>::Sub(std::int32_t first, std::int32_t last) const {
+    return Piece(first, last);
+}
+
+// Sub with indexes of any size.
+template <class T>
+StringBase<T> StringBase<T>::Piece(std::int64_t first, std::int64_t last) const {
     const std::int64_t size = count;
     std::int64_t from = first < 0 ? first + size : first;
     std::int64_t to = last < 0 ? last + size : last;
     if (to < from) to += size;
     StringBase piece = EmptyPiece();
-    const std::int64_t length = size == 0 || to < from ? 0 : to - from + 1;
+    const std::int64_t length = to < from ? 0 : to - from + 1;
     piece.Resize(static_cast<std::uint32_t>(std::clamp<std::int64_t>(length, 10, UINT32_MAX)));
-    if (length == 0) return piece;
+    if (size == 0 || length == 0) return piece;
     from = (from % size + size) % size;
     // Whole stretches up to the end of the text, as often as it takes.
     for (std::int64_t done = 0; done < length;) {
@@ -251,8 +257,7 @@ StringBase<T> StringBase<T>::Sub(std::int32_t first, std::int32_t last) const {
 template <class T>
 StringBase<T> StringBase<T>::Mid(std::int32_t start, std::int32_t span) const {
     const std::int64_t from = start < 0 ? std::int64_t{start} + count : start;
-    const std::int64_t to = std::clamp<std::int64_t>(from + span, INT32_MIN, INT32_MAX);
-    return Sub(static_cast<std::int32_t>(from), static_cast<std::int32_t>(to));
+    return Piece(from, from + span);
 }
 
 template <class T>

@@ -12,7 +12,8 @@
 // text that is not to be written to.
 //
 // Case is folded by tam/TextCase.h in every operation that ignores it. Indexes are signed; negative
-// ones count from the end where it is told. Texts given as `const T*` end with a terminator.
+// ones count from the end where the operation says so. Texts given as `const T*` end with a
+// terminator.
 //
 // Errors: TamExpNoMem and TamExpRange as in Array; nothing else is raised. What cannot be opened or
 // read is a false result, what cannot be parsed is 0.
@@ -150,8 +151,9 @@ class StringBase : public Array<T> {
 
     /// The characters from `first` to `last`, both included, of the text as a ring: negative ones
     /// count from the end, a `last` below `first` wraps round the end, a longer range repeats the
-    /// text. Empty when the text is, or when `last` stays below `first`. Capacity at least 10;
-    /// `sorted`, `unique` and `compare` are those of this string.
+    /// text. Empty when the text is, or when `last` stays below `first`. The capacity is the length
+    /// of the range and at least 10, also of an empty text; `sorted`, `unique` and `compare` are
+    /// those of this string.
     StringBase Sub(std::int32_t first, std::int32_t last) const;
     /// Sub(start, start + span). Intended: `span` + 1 characters. A negative start counts from the
     /// end.
@@ -182,10 +184,13 @@ class StringBase : public Array<T> {
     /// ("$$": printed with "%8.8f") or by a format and `terminator` ("$%10.3f$"). How many were
     /// filled; each gets the same value, cut at 999 characters. Intended: a marker before "%"
     /// without a terminator is filled with "%8.8f" and what follows stays; a marker at the very end
-    /// is none. A format other than one conversion of a double is taken for "%8.8f".
+    /// is none; with "%" as `terminator` every place is filled with "%8.8f" and a format behind it
+    /// stays as text, since its "%" ends the place. A format other than one conversion of a double
+    /// is taken for "%8.8f".
     std::int32_t Substitute(const StringBase& marker, T terminator, double value);
     /// Becomes the printed text and gives its length. No argument may point into this string. A
-    /// text that cannot be printed leaves its beginning.
+    /// text that cannot be printed leaves its beginning. When memory is refused the count is as
+    /// before, but the characters may be the beginning of the new text.
     std::int32_t Format(const T* format, ...);
     std::int32_t FormatV(const T* format, va_list arguments);
 
@@ -204,18 +209,19 @@ class StringBase : public Array<T> {
 
     // ---- Fields ----
 
-    /// Becomes of `result` the fields of the text between the separators, the earliest first and of
-    /// equally early ones the one that stands first in `separators`; null means " " and "\t". Empty
-    /// fields are dropped unless `keepEmpty`. With `quote` (-1 for none) separators inside quotes
-    /// do not count and the quote characters are removed.
+    /// Clears `result` and fills it with the fields of the text between the separators. The
+    /// separator that comes first ends a field, of two at one place the one that stands first in
+    /// `separators`; null means " " and "\t". Empty fields are dropped unless `keepEmpty`. With
+    /// `quote` (-1 for none) separators inside quotes do not count and the quote characters are
+    /// removed; a field of nothing else counts as not empty.
     void Tokenize(Array<StringBase>& result, const Array<StringBase>* separators,
                   bool keepEmpty = false, std::int32_t quote = -1) const;
     /// Tokenize with one separator; null means " ".
     void Split(Array<StringBase>& result, const T* separator, bool keepEmpty = false,
                std::int32_t quote = -1) const;
-    /// Becomes of `result` the fields of `widths` widths given as 32-bit integers. Fields are
-    /// pieces by Sub: intended, those beyond the end wrap round, and a width of 0 gives the whole
-    /// text. An empty text gives no fields.
+    /// Clears `result` and fills it with fields of fixed widths, which follow as so many 32-bit
+    /// integers as `widths` says. Fields are pieces by Sub: intended, those beyond the end wrap
+    /// round, and a width of 0 goes once round the whole text. An empty text gives no fields.
     void SplitFixed(Array<StringBase>& result, std::int32_t widths, ...) const;
 
     /// A copy of the left, and the right appended.
@@ -239,6 +245,7 @@ class StringBase : public Array<T> {
     };
     explicit StringBase(Room room);
     StringBase EmptyPiece() const;
+    StringBase Piece(std::int64_t first, std::int64_t last) const;
     void Take(const T* characters, std::uint32_t n);
     std::int32_t ReplaceAtEnd(const StringBase& old, const StringBase& replacement,
                               bool caseSensitive, bool all);

@@ -125,18 +125,19 @@ bool StandsAt(const Run<T>& text, const Run<T>& needle, std::size_t at, std::int
 /// One character outside quotes, the usual separator.
 template <class T>
 std::size_t FindOutsideQuotes(const Run<T>& text, T wanted, std::size_t start, std::int32_t quote) {
+    const T* at = text.characters + start;
     const T* const end = text.characters + text.count;
-    bool inQuote = false;
-    for (const T* at = text.characters + start; at != end; ++at) {
-        if (IsQuote(*at, quote)) {
-            inQuote = !inQuote;
-            if (inQuote || *at != wanted) continue;
-        } else if (*at != wanted || inQuote) {
-            continue;
-        }
-        return static_cast<std::size_t>(at - text.characters);
+    for (;;) {
+        while (at != end && *at != wanted && !IsQuote(*at, quote)) ++at;
+        if (at == end) return notFound;
+        if (!IsQuote(*at, quote)) break;
+        do {
+            if (++at == end) return notFound;
+        } while (!IsQuote(*at, quote));
+        if (*at == wanted) break;  // the quote that ends a quotation may itself be wanted
+        ++at;
     }
-    return notFound;
+    return static_cast<std::size_t>(at - text.characters);
 }
 
 /// The index of the first occurrence at or after `start` that lies outside quotes, notFound if

@@ -89,10 +89,10 @@ bool PrintsOneDouble(const T* format) {
 // The value as the format of a place prints it.
 template <class T>
 StringBase<T> PrintedPlace(const StringBase<T>& format, double value) {
-    const T* const told = format.Data();
+    const T* const given = format.Data();
     T text[1000];
     return StringBase<T>(
-        PrintWithin(text, PrintsOneDouble(told) ? told : Formats<T>::place, value));
+        PrintWithin(text, PrintsOneDouble(given) ? given : Formats<T>::place, value));
 }
 
 }  // namespace

@@ -23,15 +23,18 @@ std::uint32_t HashString(const StringBase<T>* text) {
 }
 
 /// Two strings are one key when they have as many characters and each compares equal, by the
-/// `compare` of the first when it is `bitwise` as strings are, else by itself.
+/// `compare` of the first when it is `bitwise` as strings are and has one, else by itself.
 template <class T>
 struct HashKeys<StringBase<T>> {
     static bool Equal(const StringBase<T>& first, const StringBase<T>& second) {
         if (first.count != second.count) return false;
-        const bool byNumber = !first.bitwise || first.compare == &detail::CompareCharacters<T>;
+        const bool byNumber = !first.bitwise || first.compare == nullptr ||
+                              first.compare == &detail::CompareCharacters<T>;
         if (byNumber) {
-            return first.count == 0 ||
-                   std::memcmp(first.data, second.data, first.count * sizeof(T)) == 0;
+            // Keys of one chain mostly differ in their last character.
+            const std::uint32_t n = first.count;
+            return n == 0 || (first.data[n - 1] == second.data[n - 1] &&
+                              std::memcmp(first.data, second.data, n * sizeof(T)) == 0);
         }
         for (std::uint32_t i = 0; i < first.count; ++i) {
             if (first.compare(first.data + i, second.data + i) != 0) return false;

@@ -63,7 +63,7 @@ bool LiesIn(const StringBase<T>& text, const Array<StringBase<T>>& strings) {
     return !before(&text, strings.data) && before(&text, strings.data + strings.capacity);
 }
 
-// What separates when nothing is told: a blank and a tabulator.
+// What separates when nothing else is given: a blank and a tabulator.
 template <class T>
 const Array<StringBase<T>>& Blanks() {
     static const Array<StringBase<T>> blanks = [] {
@@ -152,11 +152,11 @@ void StringBase<T>::SplitFixed(Array<StringBase>& result, std::int32_t widths, .
     if (text.count == 0) return;
     va_list arguments;
     va_start(arguments, widths);
-    std::int32_t position = 0;
+    std::int64_t position = 0;
     for (std::int32_t i = 0; i < widths; ++i) {
-        const std::int32_t width = va_arg(arguments, std::int32_t);
-        result.Append(text.Sub(position, position + width - 1));
-        position += width;
+        const std::int64_t behind = position + va_arg(arguments, std::int32_t);
+        result.Append(text.Piece(position, behind - 1));
+        position = behind;
     }
     va_end(arguments);
 }

@@ -1,40 +1,11 @@
 #include <windows.h>
 
 #include "datastruct/StringPrint.h"
+#include "tam/SystemMessage.h"
 #include "tam/TamExceptions.h"
 
 namespace TamLib {
 namespace {
-
-// The text of the platform's last error without line ends; owned until the end of the report.
-class LastErrorText {
-  public:
-    LastErrorText() {
-        const DWORD code = GetLastError();
-        constexpr DWORD flags = 0x1300;    // allocate the buffer, system's table, ignore inserts
-        constexpr DWORD language = 0x400;  // the process's own
-        FormatMessageW(flags, nullptr, code, language, reinterpret_cast<LPWSTR>(&text_), 0,
-                       nullptr);
-        RemoveLineEnds();
-    }
-    ~LastErrorText() { LocalFree(text_); }
-    LastErrorText(const LastErrorText&) = delete;
-    LastErrorText& operator=(const LastErrorText&) = delete;
-
-    const wchar_t* Text() const { return text_ != nullptr ? text_ : L""; }
-
-  private:
-    void RemoveLineEnds() {
-        if (text_ == nullptr) return;
-        wchar_t* kept = text_;
-        for (const wchar_t* c = text_; *c != 0; ++c) {
-            if (*c != L'\r' && *c != L'\n') *kept++ = *c;
-        }
-        *kept = 0;
-    }
-
-    LPWSTR text_ = nullptr;
-};
 
 std::int32_t Megabytes(SIZE_T bytes) {
     return static_cast<std::int32_t>(bytes >> 20);
@@ -55,7 +26,7 @@ void AppendMemoryReport(TamExpBase& exception) {
     MEMORYSTATUS status{};
     status.dwLength = sizeof status;
     GlobalMemoryStatus(&status);
-    const LastErrorText lastError;
+    const SystemMessage lastError(GetLastError());
 
     const auto amount = [&exception](const wchar_t* format, SIZE_T bytes) {
         AppendLine(exception, format, 8, Megabytes(bytes), L"M");

@@ -8,11 +8,15 @@
 // Narrow characters are bytes of Windows-1252. Intended: of its letters the narrow map leaves out
 // the pair 0x8E, 0x9E, and 0xD7, 0xF7 are signs and no letters.
 //
+// Letters of the wide form are all that Unicode counts as such, not only those with two cases.
+//
 // Everything is inline, so that who wants no more than this links nothing.
 #pragma once
 
 #include <array>
 #include <cstdint>
+
+#include "tam/Letters.h"
 
 namespace TamLib {
 namespace text_case {
@@ -103,9 +107,14 @@ constexpr char LowerChar(char c) {
     return code == 0x9F ? static_cast<char>(0xFF) : c;
 }
 
-/// Whether the character is a letter that has two cases.
-template <class T>
-constexpr bool IsAlpha(T c) {
+/// Whether the wide character is a letter, with or without case (tam/Letters.h).
+inline bool IsAlpha(wchar_t c) {
+    return text_case::IsLetter(static_cast<std::uint32_t>(c));
+}
+
+/// Whether the byte of Windows-1252 is a letter. Intended: those of the narrow map alone, so that
+/// sharp s and z with caron are none.
+constexpr bool IsAlpha(char c) {
     return LowerChar(c) != c || UpperChar(c) != c;
 }
 

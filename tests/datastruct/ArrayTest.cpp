@@ -598,6 +598,7 @@ TEST(Array, SliceKeepsTheSettingsWithAnIncrementOfTen) {
     EXPECT_FALSE(small.bitwise);
     EXPECT_EQ(small.compare, &CompareInts);
     EXPECT_EQ(array.Slice(0, 19).capacity, 20u);
+    EXPECT_EQ(Of({}).Slice(0, 19).capacity, 20u);
     EXPECT_EQ(Of({}).Slice(0, 0).capacity, 10u);
 }
 

@@ -85,6 +85,24 @@ TEST(StringHash, TheComparisonOfAKeySettlesEquality) {
     EXPECT_FALSE(table.Contains(Text(L"kATI")));
 }
 
+TEST(StringHash, KeysWithoutAComparisonAreComparedByThemselves) {
+    StringHash<int> table;
+    table.hashFunction = [](const Text*) { return std::uint32_t{5}; };
+    Text key(L"Katu");
+    key.compare = nullptr;
+    table[key] = 1;
+    table.Set(Text(L"kuja"), 2);
+    EXPECT_EQ(table.entries, 2u);
+    Text wanted(L"Katu");
+    wanted.compare = nullptr;
+    EXPECT_TRUE(table.Contains(wanted));
+    EXPECT_TRUE(table.Contains(Text(L"Katu")));
+    wanted = Text(L"katu");
+    wanted.compare = nullptr;
+    EXPECT_FALSE(table.Contains(wanted));
+    EXPECT_EQ(table[Text(L"kuja")], 2);
+}
+
 TEST(StringHash, AgreesWithAMapOverRandomUse) {
     std::mt19937 random(41);
     StringHash<std::int64_t> table(4, 10);

@@ -60,6 +60,19 @@ TEST(LwArray, AddMayTakeAnElementOfItsOwn) {
     EXPECT_EQ(Values(array), (std::vector<int>{1, 2, 3, 4, 2, 2}));
 }
 
+TEST(LwArray, AddMovedLeavesDefaultContentBehind) {
+    Counted::living = 0;
+    LwArray<Counted, 5> array;
+    for (int i = 1; i <= 6; ++i) {
+        Counted item(i);
+        EXPECT_EQ(array.AddMoved(item), i - 1);
+        EXPECT_EQ(item.value, 0);
+    }
+    EXPECT_EQ(Counted::living, 10);
+    EXPECT_EQ(array[0].value, 1);
+    EXPECT_EQ(array[5].value, 6);
+}
+
 TEST(LwArray, CopyAddsEachElement) {
     LwArray<int, 5> array;
     for (int i = 0; i < 7; ++i) array.Add(i);

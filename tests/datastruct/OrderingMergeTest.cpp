@@ -416,6 +416,49 @@ TEST(Ordering, NoMemoryForAMergeIsLine466AndLeavesTheArray) {
     }
 }
 
+// An element that is merged through pointers: the refusal names its own size all the same.
+struct Wide72 {
+    double key = 0;
+    double more[8] = {};
+};
+
+TEST(Ordering, NoMemoryForAMergeOfLargeElementsNamesTheirSize) {
+    for (int n = 1; n <= 3; ++n) {
+        Array<Wide72> array(3);
+        array.compare = [](const Wide72* a, const Wide72* b) -> std::int32_t {
+            return (a->key > b->key) - (a->key < b->key);
+        };
+        for (const double key : {3.0, 1.0, 2.0}) array.Append({key});
+        MemoryFaults memory;
+        memory.Fail(Request::allocate, n);
+        test::ExpectNoMemory(Catch([&] { array.SortUnique(); }),
+                             L"Out of memory in TamLib::Array::_Allocate().\n"
+                             L"malloc() trying to allocate 72*3 = 216 bytes.\n"
+                             L"Old size was 216 bytes.",
+                             466, L"datastruct/Array");
+        EXPECT_EQ(array[0].key, 3.0);
+        EXPECT_EQ(memory.Live(), 0);
+    }
+}
+
+TEST(Ordering, AMergeOfMoreElementsThanABlockHoldsIsRefusedWithoutAnAttempt) {
+    Wide72 one[2];
+    std::uint32_t count = 0;
+    std::uint32_t capacity = 0;
+    const auto compare = [](const Wide72*, const Wide72*) -> std::int32_t { return 0; };
+    constexpr std::uint32_t refused = 0x7FFFFFFFu / 72;
+    MemoryFaults memory;
+    const test::Raised raised = Catch([&] {
+        MergeRuns(one, refused - 1, one + 1, 1, count, capacity, MergeMode::keepAll, compare);
+    });
+    test::ExpectNoMemory(raised,
+                         L"Out of memory in TamLib::Array::_Allocate().\n"
+                         L"malloc() trying to allocate 72*29826161 = 2147483592 bytes.\n"
+                         L"Old size was 2147483592 bytes.",
+                         466, L"datastruct/Array");
+    EXPECT_EQ(memory.Requests(), 0);
+}
+
 // Fails each request, then each comparison of a sort of lives in turn.
 template <class Sort>
 void ExpectNothingLost(Sort sort, bool merging) {

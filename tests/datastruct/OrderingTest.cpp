@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <cstring>
 #include <numeric>
 #include <random>
 #include <stdexcept>
@@ -178,6 +180,46 @@ TEST(Ordering, FunctionFormIsQuickSortFromASpanOfElevenStepByStep) {
     ExpectPlainSteps(10, [](auto& v) { QuickSort(v.data(), CompareKeys<Marked>, High(v), 0); });
 }
 
+TEST(Ordering, TheUsualComparisonSortsAsAnyFunctionDoes) {
+    const auto own = [](const std::int16_t* a, const std::int16_t* b) -> std::int32_t {
+        return (*a > *b) - (*a < *b);
+    };
+    std::mt19937 random(8);
+    for (const std::uint32_t n : {0u, 1u, 2u, 11u, 12u, 48u, 50u, 201u, 202u, 5000u}) {
+        Array<std::int16_t> usual;
+        for (std::uint32_t i = 0; i < n; ++i) {
+            usual.Append(static_cast<std::int16_t>(random() % 1000));
+        }
+        usual.compare = CompareNumbers<std::int16_t>;
+        Array<std::int16_t> called(usual);
+        called.compare = own;
+        Array<std::int16_t> usualUnique(usual);
+        Array<std::int16_t> calledUnique(called);
+        const auto sorted = [](Array<std::int16_t>& array, bool unique) {
+            CountedRandom counted;
+            if (unique) {
+                array.SortUnique();
+            } else {
+                array.Sort();
+            }
+            return counted.drawn;
+        };
+        EXPECT_EQ(sorted(usual, false), sorted(called, false)) << n;
+        EXPECT_EQ(sorted(usualUnique, true), sorted(calledUnique, true)) << n;
+        const auto values = [](const Array<std::int16_t>& array) {
+            return std::vector<std::int16_t>(array.begin(), array.end());
+        };
+        EXPECT_EQ(values(usual), values(called)) << n;
+        EXPECT_EQ(values(usualUnique), values(calledUnique)) << n;
+        EXPECT_TRUE(std::is_sorted(usual.begin(), usual.end()));
+        EXPECT_EQ(usualUnique.capacity, calledUnique.capacity);
+    }
+    // The form is that of a function: part spans above 10 are partitioned.
+    ExpectPlainSteps(10, [](auto& v) {
+        QuickSort(v.data(), detail::KnownFunction<&CompareKeys<Marked>>(), High(v), 0);
+    });
+}
+
 TEST(Ordering, ObjectFormIsQuickSortFromASpanOf49StepByStep) {
     ExpectPlainSteps(48, [](auto& v) { QuickSort(v.data(), CompareMarked(), High(v), 0); });
 }
@@ -190,6 +232,36 @@ TEST(Ordering, PointerFormIsQuickSortFromASpanOf49StepByStep) {
         QuickSortPointers(pointers.data(), High(v), 0, CompareKeys<Marked>);
         for (std::size_t i = 0; i < v.size(); ++i) v[i] = *pointers[i];
     });
+}
+
+TEST(Ordering, ByteFormIsQuickSortFromASpanOf49StepByStep) {
+    using Bytes = std::array<unsigned char, 3>;
+    const auto compare = [](const Bytes* a, const Bytes* b) {
+        return std::memcmp(a->data(), b->data(), sizeof(Bytes));
+    };
+    std::mt19937 random(6);
+    for (const std::size_t n : {0u, 1u, 2u, 48u, 49u, 50u, 51u, 200u, 201u, 202u, 500u, 20000u}) {
+        for (const unsigned different : {1u, 2u, 256u}) {
+            std::vector<Bytes> v(n);
+            for (Bytes& bytes : v) {
+                for (unsigned char& b : bytes) {
+                    b = static_cast<unsigned char>(255 - random() % different);
+                }
+            }
+            std::vector<Bytes> plain = v;
+            const auto high = static_cast<std::int32_t>(n) - 1;
+            CountedRandom counted;
+            QuickSort(v.data(), ByteComparison<Bytes>(), high, 0);
+            const std::vector<std::int32_t> drawn = counted.drawn;
+            std::size_t next = 0;
+            PlainQuickSort<Bytes>(compare, 48, [&] {
+                return drawn.at(next++);
+            }).Sort(plain, high, 0);
+            ASSERT_EQ(next, drawn.size()) << n;
+            ASSERT_EQ(v, plain) << n << " elements, " << different << " different";
+            ASSERT_TRUE(std::is_sorted(v.begin(), v.end()));
+        }
+    }
 }
 
 TEST(Ordering, TheInsertionSpansShowInTheOrderOfEquals) {

@@ -50,6 +50,26 @@ TEST(StringFormat, ATextOfExactlyTheCapacityGrowsOnceMore) {
     EXPECT_EQ(Std(exact), L"0123456789abc");
 }
 
+TEST(StringFormat, AUsedStringGrowsFromTheRoomItHas) {
+    const std::wstring hundred(100, L'x');
+    Wide exact;
+    exact.Resize(100);
+    EXPECT_EQ(exact.Format(L"%s", hundred.c_str()), 100);  // the estimate is 100, so 101 slots
+    EXPECT_EQ(exact.capacity, 101u);
+    EXPECT_EQ(Std(exact), hundred);
+    Wide longer;
+    longer.Resize(100);
+    longer.Append(L"old");
+    // The estimate is 100 * 13 / 10 + 3 = 133, so 134 slots.
+    EXPECT_EQ(longer.Format(L"%sy", hundred.c_str()), 101);
+    EXPECT_EQ(longer.capacity, 134u);
+    EXPECT_EQ(Std(longer), hundred + L"y");
+    Narrow narrow;
+    narrow.Resize(100);
+    EXPECT_EQ(narrow.Format("%101i", 1), 101);
+    EXPECT_EQ(narrow.capacity, 134u);
+}
+
 TEST(StringFormat, OverflowGrowsByTheEstimate) {
     // 13 slots: the estimate is 13 * 13 / 10 + 3 = 19, so 20 slots.
     Wide text;

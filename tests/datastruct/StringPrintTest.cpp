@@ -49,7 +49,7 @@ TEST(PrintLimited, WithoutRoomNothingIsWritten) {
     EXPECT_EQ(PrintLimited(static_cast<char*>(nullptr), 0, "abc"), 3);
 }
 
-TEST(PrintWithin, ABufferOfOneMoreHoldsTheToldLength) {
+TEST(PrintWithin, ABufferOfOneMoreHoldsTheWholeLength) {
     wchar_t buffer[5];
     EXPECT_EQ(std::wstring(PrintWithin(buffer, L"%s", L"abc")), L"abc");
     EXPECT_EQ(std::wstring(PrintWithin(buffer, L"%s", L"abcd")), L"abcd");

@@ -72,7 +72,7 @@ TEST(StringFind, IgnoringCaseFoldsByTheTable) {
     EXPECT_EQ(Narrow("\xC4").Find("\xE4", -1, 0, false), 0);
 }
 
-// The told steps with their indexes, as an oracle.
+// The search character by character with its indexes, as an oracle.
 std::int32_t SlowFind(const std::wstring& text, const std::wstring& needle, std::int32_t quote,
                       std::int32_t start, bool caseSensitive) {
     std::int32_t i = start;
@@ -215,6 +215,26 @@ TEST(StringWildMatch, BehindAStarCaseIsIgnoredAndLiteralsCount) {
     EXPECT_TRUE(Wide(L"q-ac").WildMatch(L"x*ac", false));
 }
 
+TEST(StringWildMatch, LettersNeedNoSecondCase) {
+    EXPECT_TRUE(Wide(L"\u00DF").WildMatch(L"@"));
+    EXPECT_TRUE(Wide(L"\u00E4\u00D6\u03C2\u05D0\u4E2D").WildMatch(L"@@@@@"));
+    EXPECT_FALSE(Wide(L"\u00D7").WildMatch(L"@"));
+    EXPECT_FALSE(Wide(L"\u0660").WildMatch(L"#"));  // only 0 to 9 are digits
+}
+
+TEST(StringWildMatch, NarrowTextsMatchTheSame) {
+    EXPECT_TRUE(Narrow("a1B").WildMatch("@#b"));
+    EXPECT_FALSE(Narrow("a1B").WildMatch("##b"));
+    EXPECT_TRUE(Narrow("abc").WildMatch("x?z", false));
+    EXPECT_FALSE(Narrow("abc").WildMatch("x?z", true));
+    EXPECT_TRUE(Narrow("\xC4\xF6").WildMatch("@\xD6"));
+    EXPECT_FALSE(Narrow("\xDF").WildMatch("@"));  // sharp s is no letter of the narrow map
+    EXPECT_TRUE(Narrow("a.dwg").WildMatch("*.DWG"));
+    EXPECT_FALSE(Narrow("ab").WildMatch("*b"));
+    EXPECT_TRUE(Narrow("a-b").WildMatch("ab", true, "-"));
+    EXPECT_TRUE(Narrow("abc").WildMatch(""));
+}
+
 TEST(StringWildMatch, IgnoredCharactersAreSkippedOnBothSidesBeforeAStar) {
     EXPECT_TRUE(Wide(L"a-b").WildMatch(L"ab", true, L"-"));
     EXPECT_TRUE(Wide(L"ab").WildMatch(L"a-b", true, L"-"));
@@ -224,7 +244,7 @@ TEST(StringWildMatch, IgnoredCharactersAreSkippedOnBothSidesBeforeAStar) {
     EXPECT_TRUE(Wide(L"--").WildMatch(L"-", true, L"-"));
 }
 
-// The told steps with their recursion, as an oracle.
+// The match character by character with its recursion, as an oracle.
 bool SlowWildMatch(const std::wstring& text, const std::wstring& pattern, bool compareLiterals,
                    const std::wstring& ignored) {
     if (pattern.empty()) return true;

@@ -193,6 +193,9 @@ TEST(String, NumbersAreReadFromItsStart) {
     EXPECT_EQ(Wide(L"-1e3").ToDouble(), -1000.0);
     EXPECT_EQ(Wide(L"m").ToDouble(), 0.0);
     EXPECT_EQ(Wide().ToDouble(), 0.0);
+    EXPECT_EQ(Wide(L"0x10").ToDouble(), 0.0);
+    EXPECT_EQ(Wide(L"inf").ToDouble(), 0.0);
+    EXPECT_EQ(Narrow("nan").ToDouble(), 0.0);
     EXPECT_EQ(Narrow("0.125").ToDouble(), 0.125);
     EXPECT_EQ(Wide(L" -42x").ToLong(), -42);
     EXPECT_EQ(Wide(L"0x10").ToLong(), 0);  // base 10
@@ -343,6 +346,9 @@ TEST(String, APieceHasIncrementTenAndRoomForTenAndTheSettingsOfItsSource) {
     EXPECT_EQ(short_.capacity, 10u);
     EXPECT_EQ(text.Sub(0, 9).capacity, 10u);
     EXPECT_EQ(text.Sub(0, 10).capacity, 11u);
+    EXPECT_EQ(Wide().Sub(0, 4).capacity, 10u);
+    EXPECT_EQ(Wide().Sub(0, 24).capacity, 25u);  // the range counts, also of an empty text
+    EXPECT_EQ(Wide().Sub(5, 2).capacity, 10u);
     text.Sort();
     text.unique = true;
     text.compare = [](const wchar_t*, const wchar_t*) -> std::int32_t { return 0; };

@@ -1,3 +1,6 @@
+#include <limits>
+
+#include "tam/TamExceptions.h"
 #include "tests/datastruct/StringTestSupport.h"
 
 using namespace TamLib;
@@ -147,6 +150,24 @@ TEST(StringTokens, AFixedWidthOfZeroGivesTheWholeText) {
     EXPECT_EQ(Std(fields), (WideFields{L"a", L"bca"}));
 }
 
+TEST(StringTokens, FixedWidthsMayAddUpBeyond32Bits) {
+    // A field of 2^31 characters would be refused; backwards the widths add up without any.
+    constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max();
+    Array<Wide> fields;
+    Wide(L"abc").SplitFixed(fields, 3, -most, -most, 1);
+    ASSERT_EQ(fields.count, 3u);
+    EXPECT_EQ(fields[0].count, 0u);
+    EXPECT_EQ(fields[1].count, 0u);
+    EXPECT_EQ(Std(fields[2]), L"b");  // at 3 - 2 * most, which is 1 round the ring of three
+}
+
+TEST(StringTokens, AFixedWidthThatNoMemoryHoldsIsRefused) {
+    constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max();
+    Array<Wide> fields;
+    EXPECT_THROW(Wide(L"abc").SplitFixed(fields, 2, 1, most), TamExpNoMem);
+    EXPECT_EQ(fields.count, 1u);
+}
+
 TEST(StringTokens, AnEmptyTextHasNoFixedFields) {
     Array<Wide> fields;
     fields.Append(L"old");
@@ -154,7 +175,7 @@ TEST(StringTokens, AnEmptyTextHasNoFixedFields) {
     EXPECT_EQ(fields.count, 0u);
 }
 
-// The told steps, one by one: the first occurrence of every separator in what is left of the text.
+// The splitting step by step: the first occurrence of every separator in what is left of the text.
 WideFields SlowTokens(std::wstring rest, const std::vector<std::wstring>& separators,
                       bool keepEmpty, std::int32_t quote) {
     WideFields fields;

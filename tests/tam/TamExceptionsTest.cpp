@@ -64,7 +64,7 @@ TYPED_TEST(EveryClass, AMessageTooLongIsCutAtTheRoom) {
     EXPECT_EQ(std::wstring(TypeParam(tooLong.c_str(), 1, source).message), fits);
 }
 
-TEST(TamExceptions, TheTreeIsTheToldOne) {
+TEST(TamExceptions, FailuresOfTheLibraryAndOfTheUserAreTwoBranches) {
     EXPECT_TRUE((std::is_base_of<TamExpBase, TamExpInternal>::value));
     EXPECT_TRUE((std::is_base_of<TamExpInternal, TamExpNoMem>::value));
     EXPECT_TRUE((std::is_base_of<TamExpInternal, TamExpRange>::value));
@@ -83,7 +83,7 @@ std::ptrdiff_t Between(const From& from, const To& to) {
     return reinterpret_cast<const char*>(&to) - reinterpret_cast<const char*>(&from);
 }
 
-TEST(TamExceptions, FieldsStandInTheToldOrder) {
+TEST(TamExceptions, FieldsStandInTheOrderMessageLineFile) {
     const TamExpBase base(L"", 1, source);
     EXPECT_EQ(sizeof base.message, 2048 * sizeof(wchar_t));
     EXPECT_EQ(Between(base, base.message), static_cast<std::ptrdiff_t>(sizeof(void*)));

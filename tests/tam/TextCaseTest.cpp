@@ -41,7 +41,9 @@ TEST(TextCase, WideLeavesEverythingElseOfLatin1Alone) {
     for (int code = 0; code < 0x100; ++code) {
         const auto c = static_cast<wchar_t>(code);
         const bool letter = (capitals + smalls).find(c) != std::wstring::npos;
-        EXPECT_EQ(IsAlpha(c), letter) << code;
+        // Letters without a partner: both ordinal signs, micro, sharp s.
+        const bool lone = code == 0xAA || code == 0xB5 || code == 0xBA || code == 0xDF;
+        EXPECT_EQ(IsAlpha(c), letter || lone) << code;
         if (letter) continue;
         EXPECT_EQ(LowerChar(c), c) << code;
         EXPECT_EQ(UpperChar(c), c) << code;
@@ -53,6 +55,33 @@ TEST(TextCase, WideLeavesLettersWithoutASinglePartnerAlone) {
          std::wstring(L"\u00DF\u0130\u0131\u0138\u0149\u017F\u03C2\u0390\u03B0")) {
         EXPECT_EQ(LowerChar(c), c);
         EXPECT_EQ(UpperChar(c), c);
+    }
+}
+
+TEST(TextCase, WideLettersAreThoseOfUnicodeWithAndWithoutCase) {
+    for (const wchar_t c : std::wstring(L"\u00DF\u0138\u0192\u01C0\u02C6\u03C2\u0561\u05D0\u0628"
+                                        L"\u0E01\u1E9E\u3042\u4E2D\uAC00\uFB01\uFF21")) {
+        EXPECT_TRUE(IsAlpha(c)) << static_cast<std::uint32_t>(c);
+    }
+    for (const wchar_t c : std::wstring(L"09_-.* \u00B2\u00D7\u00F7\u0301\u0378\u0660\u2018\u20AC"
+                                        L"\u2160\uE000\uFFFF")) {
+        EXPECT_FALSE(IsAlpha(c)) << static_cast<std::uint32_t>(c);
+    }
+    EXPECT_FALSE(IsAlpha(static_cast<wchar_t>(0xD835)));  // half of a pair
+    for (std::uint32_t code = 0; code < 0x10000; ++code) {
+        const auto c = static_cast<wchar_t>(code);
+        if (LowerChar(c) != c || UpperChar(c) != c) {
+            EXPECT_TRUE(IsAlpha(c)) << code;
+        }
+    }
+}
+
+TEST(TextCase, RangesOfLettersAscendWithoutTouching) {
+    std::int64_t last = -1;
+    for (const text_case::LetterRange& range : text_case::letterRanges) {
+        EXPECT_GT(range.first, last + 1);
+        EXPECT_GE(range.last, range.first);
+        last = range.last;
     }
 }
 
@@ -122,7 +151,7 @@ int Byte(char c) {
     return static_cast<unsigned char>(c);
 }
 
-TEST(TextCase, NarrowMapsExactlyTheToldBytes) {
+TEST(TextCase, NarrowMapsTheLettersOfWindows1252ButZWithCaron) {
     const std::map<int, int> pairs = NarrowPairs();
     std::map<int, int> reverse;
     for (const auto& pair : pairs) reverse[pair.second] = pair.first;
