@@ -1,5 +1,6 @@
 // Block references and arrays of them.
 #include <dbents.h>
+#include <dbsymtb.h>
 
 #include <cmath>
 
@@ -7,7 +8,9 @@
 #include "host/database/Fault.h"
 #include "host/database/ObjectFields.h"
 #include "host/database/ObjectImp.h"
+#include "host/database/Setting.h"
 #include "host/database/SubEntities.h"
+#include "host/database/SymbolNames.h"
 
 using namespace host::database;
 
@@ -17,11 +20,49 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbMInsertBlock, AcDbBlockReference, 0, 0, 0, INSERT, O
 AcDbBlockReference::AcDbBlockReference() {
     impl()->setFields(std::make_unique<InsertFields>());
 }
+AcDbBlockReference::AcDbBlockReference(const AcGePoint3d& position, AcDbObjectId block)
+    : AcDbBlockReference() {
+    auto& fields = fieldsOf<InsertFields>(*this);
+    fields.position = position;
+    static_cast<void>(nameOfSymbol(block, AcDbBlockTableRecord::desc(), fields.block));
+}
+Acad::ErrorStatus AcDbBlockReference::setBlockTableRecord(AcDbObjectId block) {
+    HOST_CALL("AcDbBlockReference::setBlockTableRecord");
+    std::wstring name;
+    const Acad::ErrorStatus status = nameOfSymbol(block, AcDbBlockTableRecord::desc(), name);
+    if (status != Acad::eOk) return status;
+    return change<InsertFields>(*this, [&](InsertFields& fields) { fields.block = name; });
+}
+Acad::ErrorStatus AcDbBlockReference::setPosition(const AcGePoint3d& position) {
+    HOST_CALL("AcDbBlockReference::setPosition");
+    return setPlanePoint<&InsertFields::position>(*this, position);
+}
+Acad::ErrorStatus AcDbBlockReference::setScaleFactors(const AcGeScale3d& factors) {
+    HOST_CALL("AcDbBlockReference::setScaleFactors");
+    const auto usable = [](double factor) { return std::isfinite(factor) && factor != 0.0; };
+    if (!usable(factors.sx) || !usable(factors.sy) || !usable(factors.sz)) {
+        return Acad::eInvalidInput;
+    }
+    return change<InsertFields>(*this, [&](InsertFields& fields) { fields.scale = factors; });
+}
+Acad::ErrorStatus AcDbBlockReference::setNormal(const AcGeVector3d& normal) {
+    HOST_CALL("AcDbBlockReference::setNormal");
+    return turnPlane<&InsertFields::position>(*this, normal);
+}
+Acad::ErrorStatus AcDbBlockReference::appendAttribute(AcDbAttribute* attribute) {
+    AcDbObjectId id;
+    return appendAttribute(id, attribute);
+}
+Acad::ErrorStatus AcDbBlockReference::appendAttribute(AcDbObjectId& id, AcDbAttribute* attribute) {
+    HOST_CALL("AcDbBlockReference::appendAttribute");
+    if (impl()->database() == nullptr) return Acad::eNotInDatabase;
+    return appendSubEntity(*this, id, attribute);
+}
 AcDbObjectId AcDbBlockReference::blockTableRecord() const {
-    const AcDbImpDatabase* database = impl()->database();
+    const AcDbImpDatabase* database = databaseFor(*this);
     if (database == nullptr) return {};
     const auto& name = fieldsOf<InsertFields>(*this).block;
-    return database->idOf(database->structure().find(Table::block, name));
+    return database->idOf(database->find(Table::block, name));
 }
 AcGePoint3d AcDbBlockReference::position() const {
     const auto& fields = fieldsOf<InsertFields>(*this);
@@ -46,9 +87,9 @@ AcGeVector3d AcDbBlockReference::normal() const {
 AcGeMatrix3d AcDbBlockReference::blockTransform() const {
     const auto& fields = fieldsOf<InsertFields>(*this);
     AcGePoint3d base;
-    const AcDbImpDatabase* database = impl()->database();
+    const AcDbImpDatabase* database = databaseFor(*this);
     if (database != nullptr) {
-        if (const auto block = database->structure().find(Table::block, fields.block)) {
+        if (const auto block = database->find(Table::block, fields.block)) {
             BlockFields read;
             base = static_cast<const BlockFields&>(database->fieldsAt(*block, read)).origin;
         }

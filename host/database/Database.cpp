@@ -3,8 +3,11 @@
 #include <dbmain.h>
 #include <dbsymtb.h>
 
+#include <utility>
+
 #include "host/database/DatabaseImp.h"
 #include "host/database/Fault.h"
+#include "host/database/SymbolNames.h"
 
 using host::database::Table;
 
@@ -67,24 +70,31 @@ AcDbObjectId AcDbDatabase::textStyleTableId() const {
 }
 
 AcDbObjectId AcDbDatabase::layerZero() const {
-    return m_impl->idOf(m_impl->structure().find(Table::layer, L"0"));
+    return m_impl->idOf(m_impl->find(Table::layer, L"0"));
 }
 
 AcDbObjectId AcDbDatabase::clayer() const {
-    const auto current = m_impl->document().headerVariable("$CLAYER").find(8);
-    if (!current) return layerZero();
-    const std::wstring name = m_impl->document().decode(current->bytes());
-    const auto found = m_impl->structure().find(Table::layer, name);
-    return found ? m_impl->idOf(found) : layerZero();
+    return m_impl->idOf(m_impl->find(Table::layer, m_impl->currentLayer()));
+}
+
+Acad::ErrorStatus AcDbDatabase::setClayer(AcDbObjectId layer) {
+    HOST_CALL("AcDbDatabase::setClayer");
+    std::wstring name;
+    const Acad::ErrorStatus status =
+        host::database::nameOfSymbol(layer, AcDbLayerTableRecord::desc(), name);
+    if (status != Acad::eOk) return status;
+    if (AcDbImpDatabase::of(layer) != m_impl) return Acad::eWrongDatabase;
+    m_impl->setCurrentLayer(std::move(name));
+    return Acad::eOk;
 }
 
 Acad::ErrorStatus AcDbDatabase::getAcDbObjectId(AcDbObjectId& id, bool /*createIfNotFound*/,
                                                 const AcDbHandle& handle) {
     HOST_CALL("AcDbDatabase::getAcDbObjectId");
     if (handle.isNull()) return Acad::eNullHandle;
-    const auto record = m_impl->document().find(handle);
-    if (!record || !m_impl->isObject(*record)) return Acad::eUnknownHandle;
-    id = m_impl->idOf(record);
+    const auto number = m_impl->findHandle(handle);
+    if (!number || !m_impl->isObject(*number)) return Acad::eUnknownHandle;
+    id = m_impl->idOf(number);
     return Acad::eOk;
 }
 

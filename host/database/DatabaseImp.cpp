@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "host/database/Fault.h"
 #include "host/database/HostClasses.h"
 #include "host/database/Ledger.h"
 #include "host/database/ObjectFields.h"
@@ -12,7 +13,6 @@
 
 using host::database::classOfImplied;
 using host::database::classOfRecord;
-using host::database::EntityFields;
 using host::database::Fields;
 using host::database::ObjectClass;
 using host::database::ObjectNumber;
@@ -113,6 +113,7 @@ AcDbObject* AcDbImpDatabase::object(Number number) {
 }
 
 AcDbObject* AcDbImpDatabase::make(Number number) {
+    const host::fault::Quiet quiet;
     const auto record = recordOf(number);
     const Structure::Implied* implied = record ? nullptr : structure_.implied(number);
     if (!record && implied == nullptr) return nullptr;
@@ -120,6 +121,7 @@ AcDbObject* AcDbImpDatabase::make(Number number) {
         record ? classOfRecord(*document_, structure_, *record) : classOfImplied(*implied);
     if (aClass.make == nullptr) return nullptr;
     std::unique_ptr<AcDbObject> made = aClass.make(aClass.descriptor);
+    if (made == nullptr) return nullptr;
     AcDbImpObject& imp = *made->impl();
     imp.putInto(*this, idOf(number));
     fillFields(number, imp.fields());
@@ -160,7 +162,7 @@ Acad::ErrorStatus AcDbImpDatabase::open(AcDbObject*& object, Number number, AcDb
                                         bool erasedToo) {
     object = nullptr;
     AcDbObject* found = this->object(number);
-    if (found == nullptr) return Acad::eInvalidObjectId;
+    if (found == nullptr) return isObject(number) ? Acad::eOutOfMemory : Acad::eInvalidObjectId;
     AcDbImpObject& imp = *found->impl();
     const bool refused = (imp.isErased() && !erasedToo) ||
                          (imp.fields().unreadable && found->isKindOf(AcDbEntity::desc()));
@@ -206,6 +208,7 @@ void AcDbImpDatabase::noteChange(AcDbObject& object) {
 }
 
 std::optional<AcDbImpDatabase::Number> AcDbImpDatabase::ownerOf(Number number) const {
+    if (isNew(number)) return added_[number - kFirstNew].owner;
     const auto record = recordOf(number);
     if (!record) {
         const Structure::Implied* implied = structure_.implied(number);
@@ -246,6 +249,10 @@ std::optional<AcDbImpDatabase::Number> AcDbImpDatabase::ownerByHandle(
 }
 
 std::optional<AcDbImpDatabase::Number> AcDbImpDatabase::blockOf(Number entity) const {
+    if (isNew(entity)) {
+        const Number owner = added_[entity - kFirstNew].owner;
+        return structure_.block(owner) != nullptr ? std::optional(owner) : blockOf(owner);
+    }
     const auto record = recordOf(entity);
     if (!record) return std::nullopt;
     if (document_->section(*record) == host::dxf::Section::blocks) {

@@ -7,6 +7,7 @@
 #include "host/database/DatabaseImp.h"
 #include "host/database/Ledger.h"
 #include "host/database/Names.h"
+#include "host/database/NewRecords.h"
 #include "host/database/ObjectFields.h"
 #include "host/database/ObjectImp.h"
 
@@ -57,12 +58,44 @@ namespace {
 void eraseRecords(const AcDbImpDatabase& database, dxf::RecordIndex record, dxf::Changes& changes) {
     const auto& document = database.document();
     Structure::Range range = database.structure().subEntities(record);
-    const bool ends = range.end > range.begin && range.end < document.size() &&
-                      document.type(range.end) == "SEQEND";
+    const bool mayEnd = document.type(record) == "POLYLINE" || document.type(record) == "INSERT";
+    const bool ends = mayEnd && range.end < document.size() && document.type(range.end) == "SEQEND";
     if (ends) ++range.end;
     for (auto gone = record; gone < range.end; ++gone) {
         changes[gone] = {{dxf::GroupEdit::Kind::removeRecord, 0, 0, {}}};
     }
+}
+
+}  // namespace
+
+namespace {
+
+dxf::GroupEdit::Value valueOf(const dxf::Document& document, const dxf::Group& group) {
+    if (const auto real = group.real()) return *real;
+    if (const auto integer = group.integer()) return *integer;
+    return document.decode(group.bytes());
+}
+
+// The groups of a record with edits of it put in.
+std::vector<dxf::GroupEdit> withEdits(const dxf::Document& document, dxf::RecordIndex record,
+                                      const std::vector<dxf::GroupEdit>& edits) {
+    std::vector<dxf::GroupEdit> groups;
+    std::size_t index = 0;
+    for (const dxf::Group& group : document.groups(record)) {
+        groups.push_back(
+            {dxf::GroupEdit::Kind::replace, index, group.code(), valueOf(document, group)});
+        const std::size_t own = groups.size() - 1;
+        for (const dxf::GroupEdit& edit : edits) {
+            if (edit.index != index) continue;
+            if (edit.kind == dxf::GroupEdit::Kind::replace) {
+                groups[own].value = edit.value;
+            } else {
+                groups.push_back(edit);
+            }
+        }
+        ++index;
+    }
+    return groups;
 }
 
 }  // namespace
@@ -81,6 +114,7 @@ dxf::Changes pendingChanges(const AcDbDatabase& database) {
         auto edits = editsFor(imp.document(), *record, object->impl()->fields());
         if (!edits.empty()) changes.emplace(*record, std::move(edits));
     }
+    addNewRecords(imp, changes);
     return changes;
 }
 
@@ -104,8 +138,13 @@ AcDbObjectId idFromHandle(const AcDbDatabase& database, std::wstring_view handle
 }
 
 AcDbObjectId idFromHandle(const AcDbDatabase& database, std::uint64_t handle) {
-    const auto record = handle == 0 ? std::nullopt : document(database).find(handle);
-    return record ? idOf(database, *record) : AcDbObjectId();
+    const auto number = database.impl()->findHandle(handle);
+    if (!number || !database.impl()->isObject(*number)) return {};
+    return database.impl()->idOf(*number);
+}
+
+bool isNew(AcDbObjectId id) {
+    return !id.isNull() && AcDbImpDatabase::numberOf(id) >= AcDbImpDatabase::kFirstNew;
 }
 
 std::wstring handleText(AcDbObjectId id) {
@@ -118,9 +157,22 @@ std::wstring className(AcDbObjectId id) {
 }
 
 std::wstring recordName(AcDbObjectId id) {
-    const auto record = recordOf(id);
-    if (!record || !id.isValid()) return {};
-    return fromUtf8(document(*id.database()).type(*record));
+    if (!id.isValid()) return {};
+    if (const auto record = recordOf(id)) return fromUtf8(document(*id.database()).type(*record));
+    return isNew(id) ? id.objectClass()->dxfName() : std::wstring();
+}
+
+std::vector<dxf::GroupEdit> changedGroups(AcDbObjectId id) {
+    const Place place = placeOf(id);
+    if (place.database == nullptr) return {};
+    const AcDbImpDatabase& database = *place.database;
+    if (isNew(id)) return groupsOfNew(database, place.number);
+    const AcDbObject* object = database.madeObject(place.number);
+    const auto record = database.recordOf(place.number);
+    if (!record || object == nullptr || !object->impl()->isTouched()) return {};
+    const auto edits = editsFor(database.document(), *record, object->impl()->fields());
+    if (edits.empty()) return {};
+    return withEdits(database.document(), *record, edits);
 }
 
 std::vector<AcDbObjectId> modelSpaceIds(const AcDbDatabase& database) {
@@ -131,7 +183,7 @@ std::vector<AcDbObjectId> blockIds(AcDbObjectId block) {
     std::vector<AcDbObjectId> ids;
     const Place place = placeOf(block);
     if (place.database == nullptr) return ids;
-    const auto& entities = place.database->structure().entities(place.number);
+    const Members entities = place.database->entitiesOf(place.number);
     ids.reserve(entities.size());
     for (const ObjectNumber number : entities) {
         if (!place.database->isErased(number)) ids.push_back(place.database->idOf(number));
@@ -141,11 +193,12 @@ std::vector<AcDbObjectId> blockIds(AcDbObjectId block) {
 
 LayerState layerState(AcDbObjectId entity) {
     LayerState state;
+    const Place place = placeOf(entity);
     const EntityFields* fields = entityFields(entity);
-    if (fields == nullptr) return state;
+    if (place.database == nullptr || fields == nullptr) return state;
     state.name = fields->layer;
-    const AcDbImpDatabase& database = *placeOf(entity).database;
-    const auto layer = database.structure().find(Table::layer, state.name);
+    const AcDbImpDatabase& database = *place.database;
+    const auto layer = database.find(Table::layer, state.name);
     if (!layer) return state;
     LayerFields read;
     const auto& found = static_cast<const LayerFields&>(database.fieldsAt(*layer, read));

@@ -25,7 +25,8 @@ std::unique_ptr<AcDbDatabase> drawingOf(std::shared_ptr<const dxf::Document> doc
 
 // The drawing as it was read, and what its database has that differs: nothing for a field that was
 // set back to what stands in the drawing. Erased entities are taken out together with their
-// sub-entities.
+// sub-entities; new ones stand behind the last one of their block, new symbols behind the last one
+// of their table. What the drawing lacks for them (a section, a table) is made.
 const dxf::Document& document(const AcDbDatabase& database);
 dxf::Changes pendingChanges(const AcDbDatabase& database);
 
@@ -41,6 +42,8 @@ std::optional<dxf::RecordIndex> recordOf(AcDbObjectId id);
 // The object with this handle, hexadecimal and in either case; null when there is none.
 AcDbObjectId idFromHandle(const AcDbDatabase& database, std::wstring_view handle);
 AcDbObjectId idFromHandle(const AcDbDatabase& database, std::uint64_t handle);
+// Whether the object was put into the database, rather than read with the drawing.
+bool isNew(AcDbObjectId id);
 // Upper case without leading zeros; empty for an object without a handle.
 std::wstring handleText(AcDbObjectId id);
 
@@ -48,6 +51,10 @@ std::wstring handleText(AcDbObjectId id);
 // no record name.
 std::wstring className(AcDbObjectId id);
 std::wstring recordName(AcDbObjectId id);
+
+// The groups of the object's own record as saving would write them, when they differ from those of
+// the drawing or the drawing has none; empty for an object that is as it was read.
+std::vector<dxf::GroupEdit> changedGroups(AcDbObjectId id);
 
 // The entities of model space in the drawing's order, erased ones left out; those of any block.
 std::vector<AcDbObjectId> modelSpaceIds(const AcDbDatabase& database);

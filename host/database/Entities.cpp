@@ -1,15 +1,12 @@
 // Simple entities: what their fields say, in world coordinates.
 #include <dbelipse.h>
 #include <dbents.h>
-#include <dbpl.h>
-#include <dbregion.h>
 #include <dbspline.h>
-
-#include <algorithm>
 
 #include "host/database/Fault.h"
 #include "host/database/ObjectFields.h"
 #include "host/database/ObjectImp.h"
+#include "host/database/Setting.h"
 
 using namespace host::database;
 
@@ -19,8 +16,6 @@ ACRX_DXF_DEFINE_MEMBERS(AcDbCircle, AcDbCurve, 0, 0, 0, CIRCLE, ObjectDBX)
 ACRX_DXF_DEFINE_MEMBERS(AcDbArc, AcDbCurve, 0, 0, 0, ARC, ObjectDBX)
 ACRX_DXF_DEFINE_MEMBERS(AcDbEllipse, AcDbCurve, 0, 0, 0, ELLIPSE, ObjectDBX)
 ACRX_DXF_DEFINE_MEMBERS(AcDbSpline, AcDbCurve, 0, 0, 0, SPLINE, ObjectDBX)
-ACRX_DXF_DEFINE_MEMBERS(AcDbPolyline, AcDbCurve, 0, 0, 0, LWPOLYLINE, ObjectDBX)
-ACRX_DXF_DEFINE_MEMBERS(AcDbRegion, AcDbEntity, 0, 0, 0, REGION, ObjectDBX)
 ACRX_DXF_DEFINE_MEMBERS(AcDbFace, AcDbEntity, 0, 0, 0, 3DFACE, ObjectDBX)
 ACRX_DXF_DEFINE_MEMBERS(AcDbTrace, AcDbEntity, 0, 0, 0, TRACE, ObjectDBX)
 ACRX_DXF_DEFINE_MEMBERS(AcDbSolid, AcDbEntity, 0, 0, 0, SOLID, ObjectDBX)
@@ -29,18 +24,24 @@ namespace {
 
 constexpr int kCorners = 4;
 
-AcGePoint3d inWorld(const AcGeVector3d& normal, const AcGePoint3d& point) {
-    return AcGeMatrix3d::planeToWorld(normal) * point;
-}
-
-Acad::ErrorStatus cornerOf(const AcDbEntity& entity, Adesk::UInt16 corner, bool inPlane,
+Acad::ErrorStatus cornerOf(const AcDbEntity& entity, Adesk::UInt16 corner, bool planar,
                            AcGePoint3d& point) {
     if (!entity.impl()->mayRead()) return Acad::eNotOpenForRead;
     if (corner >= kCorners) return Acad::eInvalidIndex;
     const auto& fields = fieldsOf<CornerFields>(entity);
     const AcGePoint3d& own = fields.corner(corner);
-    point = inPlane ? inWorld(fields.normal, own) : own;
+    point = planar ? inWorld(fields.normal, own) : own;
     return Acad::eOk;
+}
+
+Acad::ErrorStatus setCorner(AcDbEntity& entity, Adesk::UInt16 corner, const AcGePoint3d& point) {
+    if (corner >= kCorners) return Acad::eInvalidIndex;
+    if (!isFinite(point)) return Acad::eInvalidInput;
+    return change<CornerFields>(entity, [&](CornerFields& fields) {
+        AcGePoint3d* const corners[] = {&fields.corner1, &fields.corner2, &fields.corner3,
+                                        &fields.corner4};
+        *corners[corner] = point;
+    });
 }
 
 Acad::ErrorStatus pointOf(const AcDbEntity& entity, const std::vector<AcGePoint3d>& points,
@@ -55,6 +56,27 @@ Acad::ErrorStatus pointOf(const AcDbEntity& entity, const std::vector<AcGePoint3
 
 AcDbLine::AcDbLine() {
     impl()->setFields(std::make_unique<LineFields>());
+}
+AcDbLine::AcDbLine(const AcGePoint3d& start, const AcGePoint3d& end) : AcDbLine() {
+    auto& fields = fieldsOf<LineFields>(*this);
+    fields.start = start;
+    fields.end = end;
+}
+Acad::ErrorStatus AcDbLine::setStartPoint(const AcGePoint3d& point) {
+    HOST_CALL("AcDbLine::setStartPoint");
+    return setPoint<&LineFields::start>(*this, point);
+}
+Acad::ErrorStatus AcDbLine::setEndPoint(const AcGePoint3d& point) {
+    HOST_CALL("AcDbLine::setEndPoint");
+    return setPoint<&LineFields::end>(*this, point);
+}
+Acad::ErrorStatus AcDbLine::setThickness(double thickness) {
+    HOST_CALL("AcDbLine::setThickness");
+    return setNumber<&LineFields::thickness>(*this, thickness);
+}
+Acad::ErrorStatus AcDbLine::setNormal(const AcGeVector3d& normal) {
+    HOST_CALL("AcDbLine::setNormal");
+    return turnPlane<LineFields>(*this, normal);
 }
 AcGePoint3d AcDbLine::startPoint() const {
     return fieldsOf<LineFields>(*this).start;
@@ -72,6 +94,21 @@ AcGeVector3d AcDbLine::normal() const {
 AcDbPoint::AcDbPoint() {
     impl()->setFields(std::make_unique<PointFields>());
 }
+AcDbPoint::AcDbPoint(const AcGePoint3d& position) : AcDbPoint() {
+    fieldsOf<PointFields>(*this).position = position;
+}
+Acad::ErrorStatus AcDbPoint::setPosition(const AcGePoint3d& position) {
+    HOST_CALL("AcDbPoint::setPosition");
+    return setPoint<&PointFields::position>(*this, position);
+}
+Acad::ErrorStatus AcDbPoint::setThickness(double thickness) {
+    HOST_CALL("AcDbPoint::setThickness");
+    return setNumber<&PointFields::thickness>(*this, thickness);
+}
+Acad::ErrorStatus AcDbPoint::setNormal(const AcGeVector3d& normal) {
+    HOST_CALL("AcDbPoint::setNormal");
+    return turnPlane<PointFields>(*this, normal);
+}
 AcGePoint3d AcDbPoint::position() const {
     return fieldsOf<PointFields>(*this).position;
 }
@@ -84,6 +121,30 @@ AcGeVector3d AcDbPoint::normal() const {
 
 AcDbCircle::AcDbCircle() {
     impl()->setFields(std::make_unique<CircleFields>());
+}
+AcDbCircle::AcDbCircle(const AcGePoint3d& center, const AcGeVector3d& normal, double radius)
+    : AcDbCircle() {
+    auto& fields = fieldsOf<CircleFields>(*this);
+    fields.normal = normal.normal();
+    fields.center = inPlane(fields.normal, center);
+    fields.radius = radius;
+}
+Acad::ErrorStatus AcDbCircle::setCenter(const AcGePoint3d& center) {
+    HOST_CALL("AcDbCircle::setCenter");
+    return setPlanePoint<&CircleFields::center>(*this, center);
+}
+Acad::ErrorStatus AcDbCircle::setRadius(double radius) {
+    HOST_CALL("AcDbCircle::setRadius");
+    if (radius < 0.0) return Acad::eInvalidInput;
+    return setNumber<&CircleFields::radius>(*this, radius);
+}
+Acad::ErrorStatus AcDbCircle::setThickness(double thickness) {
+    HOST_CALL("AcDbCircle::setThickness");
+    return setNumber<&CircleFields::thickness>(*this, thickness);
+}
+Acad::ErrorStatus AcDbCircle::setNormal(const AcGeVector3d& normal) {
+    HOST_CALL("AcDbCircle::setNormal");
+    return turnPlane<&CircleFields::center>(*this, normal);
 }
 AcGePoint3d AcDbCircle::center() const {
     const auto& fields = fieldsOf<CircleFields>(*this);
@@ -101,6 +162,43 @@ AcGeVector3d AcDbCircle::normal() const {
 
 AcDbArc::AcDbArc() {
     impl()->setFields(std::make_unique<ArcFields>());
+}
+AcDbArc::AcDbArc(const AcGePoint3d& center, double radius, double startAngle, double endAngle)
+    : AcDbArc(center, AcGeVector3d::kZAxis, radius, startAngle, endAngle) {}
+AcDbArc::AcDbArc(const AcGePoint3d& center, const AcGeVector3d& normal, double radius,
+                 double startAngle, double endAngle)
+    : AcDbArc() {
+    auto& fields = fieldsOf<ArcFields>(*this);
+    fields.normal = normal.normal();
+    fields.center = inPlane(fields.normal, center);
+    fields.radius = radius;
+    fields.startAngle = startAngle;
+    fields.endAngle = endAngle;
+}
+Acad::ErrorStatus AcDbArc::setStartAngle(double angle) {
+    HOST_CALL("AcDbArc::setStartAngle");
+    return setNumber<&ArcFields::startAngle>(*this, angle);
+}
+Acad::ErrorStatus AcDbArc::setEndAngle(double angle) {
+    HOST_CALL("AcDbArc::setEndAngle");
+    return setNumber<&ArcFields::endAngle>(*this, angle);
+}
+Acad::ErrorStatus AcDbArc::setCenter(const AcGePoint3d& center) {
+    HOST_CALL("AcDbArc::setCenter");
+    return setPlanePoint<&ArcFields::center>(*this, center);
+}
+Acad::ErrorStatus AcDbArc::setRadius(double radius) {
+    HOST_CALL("AcDbArc::setRadius");
+    if (radius < 0.0) return Acad::eInvalidInput;
+    return setNumber<&ArcFields::radius>(*this, radius);
+}
+Acad::ErrorStatus AcDbArc::setThickness(double thickness) {
+    HOST_CALL("AcDbArc::setThickness");
+    return setNumber<&ArcFields::thickness>(*this, thickness);
+}
+Acad::ErrorStatus AcDbArc::setNormal(const AcGeVector3d& normal) {
+    HOST_CALL("AcDbArc::setNormal");
+    return turnPlane<&ArcFields::center>(*this, normal);
 }
 AcGePoint3d AcDbArc::center() const {
     const auto& fields = fieldsOf<ArcFields>(*this);
@@ -124,6 +222,18 @@ AcGeVector3d AcDbArc::normal() const {
 
 AcDbEllipse::AcDbEllipse() {
     impl()->setFields(std::make_unique<EllipseFields>());
+}
+AcDbEllipse::AcDbEllipse(const AcGePoint3d& center, const AcGeVector3d& unitNormal,
+                         const AcGeVector3d& majorAxis, double radiusRatio, double startAngle,
+                         double endAngle)
+    : AcDbEllipse() {
+    auto& fields = fieldsOf<EllipseFields>(*this);
+    fields.center = center;
+    fields.normal = unitNormal.normal();
+    fields.major = majorAxis;
+    fields.ratio = radiusRatio;
+    fields.start = startAngle;
+    fields.end = endAngle;
 }
 AcGePoint3d AcDbEllipse::center() const {
     return fieldsOf<EllipseFields>(*this).center;
@@ -171,59 +281,40 @@ Acad::ErrorStatus AcDbSpline::getFitPointAt(int index, AcGePoint3d& point) const
     return pointOf(*this, fieldsOf<SplineFields>(*this).fitPoints, index, point);
 }
 
-AcDbPolyline::AcDbPolyline() {
-    impl()->setFields(std::make_unique<PolylineFields>());
-}
-unsigned int AcDbPolyline::numVerts() const {
-    return static_cast<unsigned int>(fieldsOf<PolylineFields>(*this).vertices.size());
-}
-Acad::ErrorStatus AcDbPolyline::getPointAt(unsigned int index, AcGePoint3d& point) const {
-    HOST_CALL("AcDbPolyline::getPointAt");
-    if (!impl()->mayRead()) return Acad::eNotOpenForRead;
-    const auto& fields = fieldsOf<PolylineFields>(*this);
-    if (index >= fields.vertices.size()) return Acad::eInvalidIndex;
-    const auto& vertex = fields.vertices[index];
-    point = inWorld(fields.normal, {vertex.x, vertex.y, fields.elevation});
-    return Acad::eOk;
-}
-Acad::ErrorStatus AcDbPolyline::getPointAt(unsigned int index, AcGePoint2d& point) const {
-    HOST_CALL("AcDbPolyline::getPointAt");
-    if (!impl()->mayRead()) return Acad::eNotOpenForRead;
-    const auto& vertices = fieldsOf<PolylineFields>(*this).vertices;
-    if (index >= vertices.size()) return Acad::eInvalidIndex;
-    point = AcGePoint2d(vertices[index].x, vertices[index].y);
-    return Acad::eOk;
-}
-Acad::ErrorStatus AcDbPolyline::getBulgeAt(unsigned int index, double& bulge) const {
-    HOST_CALL("AcDbPolyline::getBulgeAt");
-    if (!impl()->mayRead()) return Acad::eNotOpenForRead;
-    const auto& vertices = fieldsOf<PolylineFields>(*this).vertices;
-    if (index >= vertices.size()) return Acad::eInvalidIndex;
-    bulge = vertices[index].bulge;
-    return Acad::eOk;
-}
-Adesk::Boolean AcDbPolyline::hasBulges() const {
-    const auto& vertices = fieldsOf<PolylineFields>(*this).vertices;
-    return std::any_of(vertices.begin(), vertices.end(),
-                       [](const PolylineFields::Vertex& v) { return v.bulge != 0.0; });
-}
-double AcDbPolyline::elevation() const {
-    return fieldsOf<PolylineFields>(*this).elevation;
-}
-double AcDbPolyline::thickness() const {
-    return fieldsOf<PolylineFields>(*this).thickness;
-}
-AcGeVector3d AcDbPolyline::normal() const {
-    return fieldsOf<PolylineFields>(*this).normal;
-}
-double AcDbPolyline::getConstantWidth() const {
-    return fieldsOf<PolylineFields>(*this).constantWidth;
-}
-
-AcDbRegion::AcDbRegion() = default;
-
 AcDbFace::AcDbFace() {
     impl()->setFields(std::make_unique<CornerFields>());
+}
+AcDbFace::AcDbFace(const AcGePoint3d& point0, const AcGePoint3d& point1, const AcGePoint3d& point2,
+                   const AcGePoint3d& point3, Adesk::Boolean edge0Visible,
+                   Adesk::Boolean edge1Visible, Adesk::Boolean edge2Visible,
+                   Adesk::Boolean edge3Visible)
+    : AcDbFace() {
+    auto& fields = fieldsOf<CornerFields>(*this);
+    fields.corner1 = point0;
+    fields.corner2 = point1;
+    fields.corner3 = point2;
+    fields.corner4 = point3;
+    fields.hiddenEdges = (edge0Visible ? 0 : 1) | (edge1Visible ? 0 : 2) | (edge2Visible ? 0 : 4) |
+                         (edge3Visible ? 0 : 8);
+}
+AcDbFace::AcDbFace(const AcGePoint3d& point0, const AcGePoint3d& point1, const AcGePoint3d& point2,
+                   Adesk::Boolean edge0Visible, Adesk::Boolean edge1Visible,
+                   Adesk::Boolean edge2Visible, Adesk::Boolean edge3Visible)
+    : AcDbFace(point0, point1, point2, point2, edge0Visible, edge1Visible, edge2Visible,
+               edge3Visible) {}
+Acad::ErrorStatus AcDbFace::setVertexAt(Adesk::UInt16 corner, const AcGePoint3d& point) {
+    HOST_CALL("AcDbFace::setVertexAt");
+    return setCorner(*this, corner, point);
+}
+Acad::ErrorStatus AcDbFace::makeEdgeVisibleAt(Adesk::UInt16 edge) {
+    HOST_CALL("AcDbFace::makeEdgeVisibleAt");
+    if (edge >= kCorners) return Acad::eInvalidIndex;
+    return change<CornerFields>(*this, [&](CornerFields& f) { f.hiddenEdges &= ~(1 << edge); });
+}
+Acad::ErrorStatus AcDbFace::makeEdgeInvisibleAt(Adesk::UInt16 edge) {
+    HOST_CALL("AcDbFace::makeEdgeInvisibleAt");
+    if (edge >= kCorners) return Acad::eInvalidIndex;
+    return change<CornerFields>(*this, [&](CornerFields& f) { f.hiddenEdges |= 1 << edge; });
 }
 Acad::ErrorStatus AcDbFace::getVertexAt(Adesk::UInt16 corner, AcGePoint3d& point) const {
     HOST_CALL("AcDbFace::getVertexAt");
@@ -239,6 +330,7 @@ Acad::ErrorStatus AcDbFace::isEdgeVisibleAt(Adesk::UInt16 edge, Adesk::Boolean& 
 
 AcDbTrace::AcDbTrace() {
     impl()->setFields(std::make_unique<CornerFields>());
+    fieldsOf<CornerFields>(*this).kind = CornerFields::Kind::trace;
 }
 Acad::ErrorStatus AcDbTrace::getPointAt(Adesk::UInt16 corner, AcGePoint3d& point) const {
     HOST_CALL("AcDbTrace::getPointAt");
@@ -253,6 +345,32 @@ AcGeVector3d AcDbTrace::normal() const {
 
 AcDbSolid::AcDbSolid() {
     impl()->setFields(std::make_unique<CornerFields>());
+    fieldsOf<CornerFields>(*this).kind = CornerFields::Kind::solid;
+}
+AcDbSolid::AcDbSolid(const AcGePoint3d& point0, const AcGePoint3d& point1,
+                     const AcGePoint3d& point2, const AcGePoint3d& point3)
+    : AcDbSolid() {
+    auto& fields = fieldsOf<CornerFields>(*this);
+    fields.corner1 = point0;
+    fields.corner2 = point1;
+    fields.corner3 = point2;
+    fields.corner4 = point3;
+}
+AcDbSolid::AcDbSolid(const AcGePoint3d& point0, const AcGePoint3d& point1,
+                     const AcGePoint3d& point2)
+    : AcDbSolid(point0, point1, point2, point2) {}
+Acad::ErrorStatus AcDbSolid::setPointAt(Adesk::UInt16 corner, const AcGePoint3d& point) {
+    HOST_CALL("AcDbSolid::setPointAt");
+    return setCorner(*this, corner, inPlane(fieldsOf<CornerFields>(*this).normal, point));
+}
+Acad::ErrorStatus AcDbSolid::setThickness(double thickness) {
+    HOST_CALL("AcDbSolid::setThickness");
+    return setNumber<&CornerFields::thickness>(*this, thickness);
+}
+Acad::ErrorStatus AcDbSolid::setNormal(const AcGeVector3d& normal) {
+    HOST_CALL("AcDbSolid::setNormal");
+    return turnPlane<&CornerFields::corner1, &CornerFields::corner2, &CornerFields::corner3,
+                     &CornerFields::corner4>(*this, normal);
 }
 Acad::ErrorStatus AcDbSolid::getPointAt(Adesk::UInt16 corner, AcGePoint3d& point) const {
     HOST_CALL("AcDbSolid::getPointAt");

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 #include "host/database/Names.h"
 
@@ -180,6 +181,17 @@ class Writer {
 };
 
 }  // namespace
+
+bool Fields::isFinite() const {
+    const std::unique_ptr<Fields> copy = clone();
+    for (const FieldSpec& spec : table()) {
+        if (spec.kind == FieldKind::text || spec.kind == FieldKind::integer) continue;
+        for (int axis = 0; axis < axisCount(spec.kind); ++axis) {
+            if (!std::isfinite(axisOf(spec, *copy, axis))) return false;
+        }
+    }
+    return true;
+}
 
 void readFields(const dxf::Document& document, dxf::RecordIndex record, Fields& fields) {
     Reader(document, fields).read(record);

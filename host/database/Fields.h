@@ -6,6 +6,7 @@
 // that the record lacks is inserted behind the nearest one that precedes it in the table.
 #pragma once
 
+#include <acadstrc.h>
 #include <gepnt3d.h>
 #include <gescl3d.h>
 #include <gevec3d.h>
@@ -16,9 +17,11 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "host/database/Curve.h"
+#include "host/database/Structure.h"
 #include "host/dxf/Edit.h"
 
 class AcDbImpObject;
@@ -26,6 +29,8 @@ class AcDbImpObject;
 namespace host::database {
 
 struct Fields;
+class RecordWriter;
+struct Manner;
 
 enum class FieldKind : std::uint8_t {
     real,
@@ -73,6 +78,20 @@ struct Fields {
     virtual std::shared_ptr<const Curve> makeCurve(const AcDbImpObject& /*object*/) const {
         return nullptr;
     }
+
+    // Whether a new object with these fields can be written into a drawing of such a manner: eOk,
+    // eInvalidDwgVersion when its release has no such entity, eNotImplementedYet for a class that
+    // the host only keeps.
+    virtual Acad::ErrorStatus mayBeWritten(const Manner& /*manner*/) const {
+        return Acad::eNotImplementedYet;
+    }
+    // Writes it as a record, or several, without its sub-entities.
+    virtual void write(RecordWriter& /*out*/) const {}
+    // Whether all its numbers are finite.
+    virtual bool isFinite() const;
+    // The symbols it names.
+    using Names = std::vector<std::pair<Table, const std::wstring*>>;
+    virtual Names namesUsed() const { return {}; }
 
     virtual bool isClosed(const AcDbImpObject& /*object*/) const { return false; }
     virtual bool isPeriodic(const AcDbImpObject& object) const { return isClosed(object); }

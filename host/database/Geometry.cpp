@@ -186,8 +186,10 @@ Chain boxOfMText(const AcDbMText& entity) {
     }
     const double height = text.height * (1.0 + (lines - 1.0) * kLineSpacing);
     const int place = text.attachment >= 1 && text.attachment <= 9 ? text.attachment - 1 : 0;
-    const double left = width * (place % 3) / 2.0;
-    const double bottom = height * (2 - place / 3) / 2.0;
+    const int column = place % 3;
+    const int rowFromBelow = 2 - place / 3;
+    const double left = width * column / 2.0;
+    const double bottom = height * rowFromBelow / 2.0;
     const AcGePoint3d origin = AcGeMatrix3d::worldToPlane(text.normal) * text.location;
     return rectangle(text.normal, origin, entity.rotation(), -left, width - left, -bottom,
                      height - bottom);
@@ -217,7 +219,7 @@ class Drawer {
             drawReference(entity, matrix);
         } else if (const auto* dimension =
                        dynamic_cast<const DimensionFields*>(&entity.impl()->fields())) {
-            drawBlock(database_.structure().find(Table::block, dimension->block), matrix);
+            drawBlock(database_.find(Table::block, dimension->block), matrix);
         } else if (entity.isKindOf(AcDbPolygonMesh::desc()) ||
                    entity.isKindOf(AcDbPolyFaceMesh::desc())) {
             drawMesh(entity, matrix);
@@ -253,7 +255,7 @@ class Drawer {
         const AcDbObjectId id = entity.objectId();
         const AcGeMatrix3d transform =
             matrix * static_cast<const AcDbBlockReference&>(entity).blockTransform();
-        const auto block = database_.structure().find(Table::block, fields.block);
+        const auto block = database_.find(Table::block, fields.block);
         // Columns and rows run along the axes of the turned reference, unscaled.
         const AcGeMatrix3d turned = matrix * AcGeMatrix3d::planeToWorld(fields.normal) *
                                     AcGeMatrix3d::rotation(fields.rotation, AcGeVector3d::kZAxis);
@@ -276,10 +278,8 @@ class Drawer {
     }
 
     void drawAttributes(AcDbObjectId reference, const AcGeMatrix3d& matrix) {
-        const auto record = database_.recordOf(AcDbImpDatabase::numberOf(reference));
-        if (!record) return;
-        const Structure::Range range = database_.structure().subEntities(*record);
-        for (auto attribute = range.begin; attribute < range.end; ++attribute) {
+        const auto attributes = database_.subEntitiesOf(AcDbImpDatabase::numberOf(reference));
+        for (const ObjectNumber attribute : attributes) {
             drawNumber(attribute, matrix, false);
         }
     }
@@ -291,7 +291,7 @@ class Drawer {
             return;
         }
         inside_.push_back(*block);
-        for (const ObjectNumber number : database_.structure().entities(*block)) {
+        for (const ObjectNumber number : database_.entitiesOf(*block)) {
             drawNumber(number, matrix, true);
         }
         inside_.pop_back();
@@ -316,7 +316,7 @@ class Drawer {
         drawer.inside_ = inside_;
         drawer.boxes_ = boxes_;
         drawer.inside_.push_back(block);
-        for (const ObjectNumber number : database_.structure().entities(block)) {
+        for (const ObjectNumber number : database_.entitiesOf(block)) {
             drawer.drawNumber(number, AcGeMatrix3d::kIdentity, true);
         }
         boxes_ = std::move(drawer.boxes_);
@@ -325,10 +325,8 @@ class Drawer {
 
     std::vector<VertexFields> meshVertices(const AcDbEntity& mesh) const {
         std::vector<VertexFields> vertices;
-        const auto record = database_.recordOf(AcDbImpDatabase::numberOf(mesh.objectId()));
-        if (!record) return vertices;
-        const Structure::Range range = database_.structure().subEntities(*record);
-        for (auto number = range.begin; number < range.end; ++number) {
+        const auto parts = database_.subEntitiesOf(AcDbImpDatabase::numberOf(mesh.objectId()));
+        for (const ObjectNumber number : parts) {
             if (database_.isErased(number)) continue;
             VertexFields read;
             vertices.push_back(static_cast<const VertexFields&>(database_.fieldsAt(number, read)));

@@ -5,6 +5,7 @@
 #include <dbents.h>
 #include <dbpl.h>
 #include <dbregion.h>
+#include <dbsol3d.h>
 #include <dbspline.h>
 #include <dbsymtb.h>
 #include <rxregsvc.h>
@@ -78,7 +79,6 @@ struct Kept {
 };
 
 constexpr Kept kKeptEntities[] = {
-    {"3DSOLID", L"3DSOLID", L"AcDb3dSolid"},
     {"ACAD_PROXY_ENTITY", L"ACAD_PROXY_ENTITY", L"AcDbProxyEntity"},
     {"ACAD_TABLE", L"ACAD_TABLE", L"AcDbTable"},
     {"ARCALIGNEDTEXT", L"ARCALIGNEDTEXT", L"AcDbArcAlignedText"},
@@ -148,6 +148,7 @@ const ClassTable& entityClasses() {
     static const auto* const table = [] {
         auto* made = new ClassTable{
             {"3DFACE", whole<AcDbFace>()},
+            {"3DSOLID", whole<AcDb3dSolid>()},
             {"ARC", whole<AcDbArc>()},
             {"ATTDEF", whole<AcDbAttributeDefinition>()},
             {"ATTRIB", whole<AcDbAttribute>()},

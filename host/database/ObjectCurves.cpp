@@ -42,17 +42,17 @@ std::shared_ptr<const Curve> circularCurve(const AcGePoint3d& center, const AcGe
 // Fields of the vertices of a POLYLINE that are drawn.
 std::vector<VertexFields> drawnVertices(const AcDbImpObject& polyline) {
     std::vector<VertexFields> result;
-    const AcDbImpDatabase* database = polyline.database();
-    if (database == nullptr) return result;
-    const auto record = database->recordOf(AcDbImpDatabase::numberOf(polyline.id()));
-    if (!record) return result;
-    const Structure::Range range = database->structure().subEntities(*record);
-    for (auto vertex = range.begin; vertex < range.end; ++vertex) {
-        if (database->isErased(vertex)) continue;
-        VertexFields read;
-        const auto& fields = static_cast<const VertexFields&>(database->fieldsAt(vertex, read));
+    const auto take = [&result](const VertexFields& fields) {
         const bool drawn = (fields.flags & VertexFields::kSplineControl) == 0;
         if (drawn && !fields.unreadable) result.push_back(fields);
+    };
+    for (const auto& part : polyline.parts()) take(fieldsOf<VertexFields>(*part));
+    const AcDbImpDatabase* database = polyline.database();
+    if (database == nullptr) return result;
+    for (const auto vertex : database->subEntitiesOf(AcDbImpDatabase::numberOf(polyline.id()))) {
+        if (database->isErased(vertex)) continue;
+        VertexFields read;
+        take(static_cast<const VertexFields&>(database->fieldsAt(vertex, read)));
     }
     return result;
 }

@@ -123,6 +123,8 @@ bool PolylineFields::takeGroup(const dxf::Document& /*document*/, const dxf::Gro
     if (group.code() == 10) return takeReal(group, vertices.emplace_back().x);
     if (vertices.empty()) return true;
     if (group.code() == 20) return takeReal(group, vertices.back().y);
+    if (group.code() == 40) return takeReal(group, vertices.back().startWidth);
+    if (group.code() == 41) return takeReal(group, vertices.back().endWidth);
     if (group.code() == 42) return takeReal(group, vertices.back().bulge);
     return true;
 }

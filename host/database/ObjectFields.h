@@ -3,7 +3,10 @@
 // and ellipse).
 #pragma once
 
+#include <optional>
+
 #include "host/database/Fields.h"
+#include "host/database/RegionLoops.h"
 
 namespace host::database {
 
@@ -19,9 +22,12 @@ struct EntityFields : Fields {
     int invisible = 0;
     int paperSpace = 0;
     double oldElevation = 0.0;  // group 38 of R10 and before, for points without a z
+    bool layerChosen = false;   // of a new entity: it was given its layer
 
     // The normal of the plane that points lie in; +z for those in world coordinates.
     virtual AcGeVector3d plane() const { return AcGeVector3d::kZAxis; }
+
+    Names namesUsed() const override;
 
     // The entries that all entities begin with.
     static FieldTable entityTable(std::initializer_list<FieldSpec> own);
@@ -33,6 +39,27 @@ struct EntityFields : Fields {
 
 struct OpaqueFields : FieldsOf<OpaqueFields, EntityFields> {
     static FieldTable fieldTable() { return entityTable({}); }
+};
+
+// REGION.
+struct RegionFields : FieldsOf<RegionFields, EntityFields> {
+    std::optional<RegionLoop> loop;  // of a region that was made of curves
+    static FieldTable fieldTable() { return entityTable({}); }
+    Acad::ErrorStatus mayBeWritten(const Manner& manner) const override;
+    void write(RecordWriter& out) const override;
+    bool isFinite() const override;
+};
+
+// 3DSOLID. Of a new one, the cylinder that it is.
+struct SolidFields : FieldsOf<SolidFields, EntityFields> {
+    AcGePoint3d base;
+    AcGeVector3d axis;
+    double radius = 0.0;
+    bool hasBody = false;
+    static FieldTable fieldTable() { return entityTable({}); }
+    Acad::ErrorStatus mayBeWritten(const Manner& manner) const override;
+    void write(RecordWriter& out) const override;
+    bool isFinite() const override;
 };
 
 struct DimensionFields : FieldsOf<DimensionFields, EntityFields> {
@@ -53,6 +80,8 @@ struct LineFields : FieldsOf<LineFields, EntityFields> {
     AcGeVector3d normal = AcGeVector3d::kZAxis;
     double thickness = 0.0;
     static FieldTable fieldTable();
+    Acad::ErrorStatus mayBeWritten(const Manner& manner) const override;
+    void write(RecordWriter& out) const override;
     void finish(const std::function<bool(int)>& seen) override;
     std::shared_ptr<const Curve> makeCurve(const AcDbImpObject& object) const override;
 };
@@ -62,6 +91,8 @@ struct PointFields : FieldsOf<PointFields, EntityFields> {
     AcGeVector3d normal = AcGeVector3d::kZAxis;
     double thickness = 0.0;
     static FieldTable fieldTable();
+    Acad::ErrorStatus mayBeWritten(const Manner& manner) const override;
+    void write(RecordWriter& out) const override;
     void finish(const std::function<bool(int)>& seen) override;
 };
 
@@ -71,6 +102,8 @@ struct CircleFields : FieldsOf<CircleFields, EntityFields> {
     double radius = 0.0;
     double thickness = 0.0;
     static FieldTable fieldTable();
+    Acad::ErrorStatus mayBeWritten(const Manner& manner) const override;
+    void write(RecordWriter& out) const override;
     void finish(const std::function<bool(int)>& seen) override;
     std::shared_ptr<const Curve> makeCurve(const AcDbImpObject& object) const override;
     bool isClosed(const AcDbImpObject& object) const override;
@@ -85,6 +118,8 @@ struct ArcFields : FieldsOf<ArcFields, EntityFields> {
     double endAngle = 0.0;
     double thickness = 0.0;
     static FieldTable fieldTable();
+    Acad::ErrorStatus mayBeWritten(const Manner& manner) const override;
+    void write(RecordWriter& out) const override;
     void finish(const std::function<bool(int)>& seen) override;
     std::shared_ptr<const Curve> makeCurve(const AcDbImpObject& object) const override;
     // The end, above the start.
@@ -100,6 +135,8 @@ struct EllipseFields : FieldsOf<EllipseFields, EntityFields> {
     double start = 0.0;
     double end = 6.283185307179586;
     static FieldTable fieldTable();
+    Acad::ErrorStatus mayBeWritten(const Manner& manner) const override;
+    void write(RecordWriter& out) const override;
     std::shared_ptr<const Curve> makeCurve(const AcDbImpObject& object) const override;
     AcGeVector3d minor() const;
     double endAbove() const;
@@ -134,6 +171,8 @@ struct PolylineFields : FieldsOf<PolylineFields, EntityFields> {
         double x = 0.0;
         double y = 0.0;
         double bulge = 0.0;
+        double startWidth = 0.0;
+        double endWidth = 0.0;
     };
     int flags = 0;
     double constantWidth = 0.0;
@@ -142,6 +181,10 @@ struct PolylineFields : FieldsOf<PolylineFields, EntityFields> {
     AcGeVector3d normal = AcGeVector3d::kZAxis;
     std::vector<Vertex> vertices;
     static FieldTable fieldTable();
+    Acad::ErrorStatus mayBeWritten(const Manner& manner) const override;
+    void write(RecordWriter& out) const override;
+    bool isFinite() const override;
+    void writeAsOld(RecordWriter& out) const;  // for releases without light polylines
     bool takeGroup(const dxf::Document& document, const dxf::Group& group) override;
     std::shared_ptr<const Curve> makeCurve(const AcDbImpObject& object) const override;
     AcGeVector3d plane() const override { return normal; }
@@ -166,6 +209,8 @@ struct OldPolylineFields : FieldsOf<OldPolylineFields, EntityFields> {
     int smoothType = 0;
     AcGeVector3d normal = AcGeVector3d::kZAxis;
     static FieldTable fieldTable();
+    Acad::ErrorStatus mayBeWritten(const Manner& manner) const override;
+    void write(RecordWriter& out) const override;
     void finish(const std::function<bool(int)>& seen) override;
     std::shared_ptr<const Curve> makeCurve(const AcDbImpObject& object) const override;
     AcGeVector3d plane() const override {
@@ -179,6 +224,8 @@ struct VertexFields : FieldsOf<VertexFields, EntityFields> {
     static constexpr int kCurveFit = 1;
     static constexpr int kSplineFit = 8;
     static constexpr int kSplineControl = 16;
+    static constexpr int kSpace = 32;
+    static constexpr int kMesh = 64;
     static constexpr int kPolyface = 128;
 
     AcGePoint3d position;
@@ -188,6 +235,10 @@ struct VertexFields : FieldsOf<VertexFields, EntityFields> {
     int flags = 0;
     int corner1 = 0, corner2 = 0, corner3 = 0, corner4 = 0;
     static FieldTable fieldTable();
+    Acad::ErrorStatus mayBeWritten(const Manner& manner) const override;
+    void write(RecordWriter& out) const override;
+    // What follows the groups of all entities.
+    void writeOwn(RecordWriter& out) const;
 };
 
 // TEXT, and what ATTRIB and ATTDEF have of it.
@@ -209,6 +260,9 @@ struct TextFields : FieldsOf<TextFields, EntityFields> {
     double rotationOfPosition = 0.0;  // the rotation that `position` was computed for
 
     static FieldTable fieldTable();
+    Acad::ErrorStatus mayBeWritten(const Manner& manner) const override;
+    void write(RecordWriter& out) const override;
+    Names namesUsed() const override;
     void finish(const std::function<bool(int)>& seen) override;
     std::unique_ptr<Fields> stored() const override;
     // `position`, turned about the alignment point for texts that hang on it: all but those on the
@@ -218,6 +272,8 @@ struct TextFields : FieldsOf<TextFields, EntityFields> {
 
   protected:
     static FieldTable textTable(std::initializer_list<FieldSpec> own, int verticalCode);
+    // From the thickness to the normal.
+    void writeText(RecordWriter& out) const;
 };
 
 struct AttributeFields : TextFields {
@@ -230,6 +286,8 @@ struct AttributeFields : TextFields {
     }
     std::unique_ptr<Fields> fresh() const override { return std::make_unique<AttributeFields>(); }
     const FieldTable& table() const override;
+    void write(RecordWriter& out) const override;
+    bool isDefinition = false;
 };
 
 struct MTextFields : FieldsOf<MTextFields, EntityFields> {
@@ -244,6 +302,9 @@ struct MTextFields : FieldsOf<MTextFields, EntityFields> {
     double rotation = 0.0;
     bool hasDirection = false;
     static FieldTable fieldTable();
+    Acad::ErrorStatus mayBeWritten(const Manner& manner) const override;
+    void write(RecordWriter& out) const override;
+    Names namesUsed() const override;
     bool takeGroup(const dxf::Document& document, const dxf::Group& group) override;
     void finish(const std::function<bool(int)>& seen) override;
     AcGeVector3d plane() const override { return normal; }
@@ -260,21 +321,36 @@ struct InsertFields : FieldsOf<InsertFields, EntityFields> {
     double rowSpacing = 0.0;
     AcGeVector3d normal = AcGeVector3d::kZAxis;
     static FieldTable fieldTable();
+    Acad::ErrorStatus mayBeWritten(const Manner& manner) const override;
+    void write(RecordWriter& out) const override;
+    Names namesUsed() const override;
     void finish(const std::function<bool(int)>& seen) override;
     bool isArray() const { return columns > 1 || rows > 1; }
     AcGeVector3d plane() const override { return normal; }
+    void writeWith(RecordWriter& out, bool attributes) const;
 };
 
 // 3DFACE, SOLID and TRACE.
 struct CornerFields : FieldsOf<CornerFields, EntityFields> {
+    enum class Kind : std::uint8_t { face, solid, trace };
+
+    Kind kind = Kind::face;  // of a new one
     AcGePoint3d corner1, corner2, corner3, corner4;
     int hiddenEdges = 0;
     double thickness = 0.0;
     AcGeVector3d normal = AcGeVector3d::kZAxis;
     static FieldTable fieldTable();
+    Acad::ErrorStatus mayBeWritten(const Manner& manner) const override;
+    void write(RecordWriter& out) const override;
     void finish(const std::function<bool(int)>& seen) override;
     const AcGePoint3d& corner(int index) const;
     AcGeVector3d plane() const override { return normal; }
+};
+
+// What the header says and the host changes.
+struct HeaderFields : FieldsOf<HeaderFields> {
+    std::wstring currentLayer;
+    static FieldTable fieldTable() { return {}; }
 };
 
 struct SymbolFields : Fields {
@@ -296,6 +372,9 @@ struct LayerFields : FieldsOf<LayerFields, SymbolFields> {
     std::wstring linetype = L"CONTINUOUS";
     int plottable = 1;
     static FieldTable fieldTable();
+    Acad::ErrorStatus mayBeWritten(const Manner& manner) const override;
+    void write(RecordWriter& out) const override;
+    Names namesUsed() const override;
 };
 
 struct LinetypeFields : FieldsOf<LinetypeFields, SymbolFields> {
@@ -303,6 +382,8 @@ struct LinetypeFields : FieldsOf<LinetypeFields, SymbolFields> {
     int dashes = 0;
     double patternLength = 0.0;
     static FieldTable fieldTable();
+    Acad::ErrorStatus mayBeWritten(const Manner& manner) const override;
+    void write(RecordWriter& out) const override;
 };
 
 struct TextStyleFields : FieldsOf<TextStyleFields, SymbolFields> {
@@ -311,6 +392,8 @@ struct TextStyleFields : FieldsOf<TextStyleFields, SymbolFields> {
     double oblique = 0.0;
     std::wstring fileName;
     static FieldTable fieldTable();
+    Acad::ErrorStatus mayBeWritten(const Manner& manner) const override;
+    void write(RecordWriter& out) const override;
 };
 
 struct BlockFields : FieldsOf<BlockFields, SymbolFields> {

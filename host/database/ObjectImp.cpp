@@ -55,7 +55,7 @@ const char* AcDbImpObject::modeText() const {
 Acad::ErrorStatus AcDbImpObject::refusedByLayer() const {
     if (!self_.isKindOf(AcDbEntity::desc())) return Acad::eOk;
     const auto& layer = static_cast<const EntityFields&>(*fields_).layer;
-    const auto number = database_->structure().find(Table::layer, layer);
+    const auto number = database_->find(Table::layer, layer);
     if (!number) return Acad::eOk;
     LayerFields read;
     const auto& fields = static_cast<const LayerFields&>(database_->fieldsAt(*number, read));
@@ -135,6 +135,21 @@ Acad::ErrorStatus AcDbImpObject::beginChange() {
     database_->undoLog().aboutToChange(self_);
     database_->noteChange(self_);
     return Acad::eOk;
+}
+
+bool AcDbImpObject::isFromDrawing() const {
+    return database_ != nullptr && database_->recordOf(AcDbImpDatabase::numberOf(id_)).has_value();
+}
+
+void AcDbImpObject::enter(AcDbImpDatabase& database, AcDbObjectId id) {
+    putInto(database, id);
+    writing_ = true;
+    Ledger::instance().opened(kLedgerKind, static_cast<std::uint64_t>(id_.asOldId()),
+                              &describeOpen);
+    // Undoing brings back what was before: nothing to be seen.
+    erased_ = true;
+    beginChange();
+    erased_ = false;
 }
 
 Acad::ErrorStatus AcDbImpObject::erase(bool erasing) {

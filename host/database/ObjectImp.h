@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 #include "host/database/Curve.h"
 #include "host/database/Fields.h"
@@ -47,6 +48,17 @@ class AcDbImpObject {
     bool isTouched() const { return touched_; }
     void setTouched() { touched_ = true; }
 
+    // Whether its record stands in the drawing that was read.
+    bool isFromDrawing() const;
+
+    // Sub-entities of an object that is in no database yet; they follow it into one.
+    void takePart(AcDbObject& part) { parts_.emplace_back(&part); }
+    std::vector<std::unique_ptr<AcDbObject>>& parts() { return parts_; }
+    const std::vector<std::unique_ptr<AcDbObject>>& parts() const { return parts_; }
+
+    // Into a database, as a change that can be undone: open for write, not erased.
+    void enter(AcDbImpDatabase& database, AcDbObjectId id);
+
     // The undo group that last noted the object.
     std::uint64_t notedBy() const { return notedBy_; }
     void setNotedBy(std::uint64_t group) { notedBy_ = group; }
@@ -67,6 +79,7 @@ class AcDbImpObject {
     std::unique_ptr<host::database::Fields> fields_;
     mutable std::shared_ptr<const host::database::Curve> curve_;
     mutable std::uint64_t curveStamp_ = 0;  // the database's count of changes that `curve_` is of
+    std::vector<std::unique_ptr<AcDbObject>> parts_;
     std::uint64_t notedBy_ = 0;
     std::uint8_t readers_ = 0;
     bool writing_ = false;

@@ -3,8 +3,10 @@
 #include <acutmem.h>
 #include <dbents.h>
 #include <dbmain.h>
+#include <dbsymtb.h>
 
 #include <algorithm>
+#include <new>
 
 #include "host/database/DatabaseImp.h"
 #include "host/database/Fault.h"
@@ -12,6 +14,8 @@
 #include "host/database/Names.h"
 #include "host/database/ObjectFields.h"
 #include "host/database/ObjectImp.h"
+#include "host/database/Setting.h"
+#include "host/database/SymbolNames.h"
 #include "host/database/Texts.h"
 
 using host::database::EntityFields;
@@ -49,9 +53,7 @@ AcDbDatabase* AcDbObjectId::database() const {
 AcDbHandle AcDbObjectId::handle() const {
     const AcDbImpDatabase* database = isNull() ? nullptr : AcDbImpDatabase::of(*this);
     if (database == nullptr) return {};
-    const auto record = database->recordOf(AcDbImpDatabase::numberOf(*this));
-    if (!record || *record >= database->document().size()) return {};
-    return AcDbHandle(database->document().handle(*record).value_or(0));
+    return AcDbHandle(database->handleOf(AcDbImpDatabase::numberOf(*this)));
 }
 
 AcDbHandle::AcDbHandle(const ACHAR* text) {
@@ -73,6 +75,15 @@ AcDbObject::AcDbObject() : m_impl(new AcDbImpObject(*this)) {
 
 AcDbObject::~AcDbObject() {
     delete m_impl;
+}
+
+void* AcDbObject::operator new(std::size_t size) noexcept {
+    HOST_CALL("AcDbObject::operator new");
+    return ::operator new(size, std::nothrow);
+}
+
+void AcDbObject::operator delete(void* memory) noexcept {
+    ::operator delete(memory);
 }
 
 AcDbObjectId AcDbObject::objectId() const {
@@ -142,10 +153,85 @@ ACHAR* AcDbEntity::layer() const {
 }
 
 AcDbObjectId AcDbEntity::layerId() const {
-    const AcDbImpDatabase* database = impl()->database();
+    const AcDbImpDatabase* database = host::database::databaseFor(*this);
     if (database == nullptr) return {};
-    const auto& layer = fieldsOf<EntityFields>(*this).layer;
-    return database->idOf(database->structure().find(Table::layer, layer));
+    return database->idOf(database->find(Table::layer, fieldsOf<EntityFields>(*this).layer));
+}
+
+namespace {
+
+// Changes an entity and, if wanted, its vertices or attributes with it.
+template <class Change>
+Acad::ErrorStatus changeWithParts(AcDbEntity& entity, bool parts, Change change) {
+    const Acad::ErrorStatus status = host::database::change<EntityFields>(entity, change);
+    if (status != Acad::eOk || !parts) return status;
+    for (const auto& part : entity.impl()->parts()) change(fieldsOf<EntityFields>(*part));
+    AcDbImpDatabase* database = entity.impl()->database();
+    if (database == nullptr) return status;
+    const auto owner = AcDbImpDatabase::numberOf(entity.objectId());
+    for (const auto number : database->subEntitiesOf(owner)) {
+        AcDbObject* part = database->object(number);
+        if (part == nullptr || part->isErased()) continue;
+        database->undoLog().aboutToChange(*part);
+        database->noteChange(*part);
+        change(fieldsOf<EntityFields>(*part));
+    }
+    return status;
+}
+
+Acad::ErrorStatus putOnLayer(AcDbEntity& entity, const std::wstring& layer, bool parts) {
+    return changeWithParts(entity, parts, [&](EntityFields& fields) {
+        fields.layer = layer;
+        fields.layerChosen = true;
+    });
+}
+
+}  // namespace
+
+Acad::ErrorStatus AcDbEntity::setLayer(const ACHAR* name, bool doSubents) {
+    HOST_CALL("AcDbEntity::setLayer");
+    std::wstring layer;
+    const Acad::ErrorStatus status = host::database::findSymbol(*this, Table::layer, name, layer);
+    return status == Acad::eOk ? putOnLayer(*this, layer, doSubents) : status;
+}
+
+Acad::ErrorStatus AcDbEntity::setLayer(AcDbObjectId layer, bool doSubents) {
+    HOST_CALL("AcDbEntity::setLayer");
+    std::wstring name;
+    const Acad::ErrorStatus status =
+        host::database::nameOfSymbol(layer, AcDbLayerTableRecord::desc(), name);
+    if (status != Acad::eOk) return status;
+    const AcDbImpDatabase* own = impl()->database();
+    if (own != nullptr && AcDbImpDatabase::of(layer) != own) return Acad::eWrongDatabase;
+    return putOnLayer(*this, name, doSubents);
+}
+
+Acad::ErrorStatus AcDbEntity::setColorIndex(Adesk::UInt16 color, bool doSubents) {
+    HOST_CALL("AcDbEntity::setColorIndex");
+    constexpr Adesk::UInt16 kByLayer = 256;
+    if (color > kByLayer) return Acad::eInvalidInput;
+    return changeWithParts(*this, doSubents, [&](EntityFields& fields) { fields.color = color; });
+}
+
+Acad::ErrorStatus AcDbEntity::setLinetype(const ACHAR* name, bool doSubents) {
+    HOST_CALL("AcDbEntity::setLinetype");
+    if (name == nullptr) return Acad::eInvalidInput;
+    std::wstring linetype = name;
+    const bool borrowed = host::database::sameName(linetype, L"BYLAYER") ||
+                          host::database::sameName(linetype, L"BYBLOCK");
+    if (!borrowed) {
+        const Acad::ErrorStatus status =
+            host::database::findSymbol(*this, Table::linetype, name, linetype);
+        if (status != Acad::eOk) return status;
+    }
+    return changeWithParts(*this, doSubents,
+                           [&](EntityFields& fields) { fields.linetype = linetype; });
+}
+
+Acad::ErrorStatus AcDbEntity::setVisibility(AcDb::Visibility visibility, bool doSubents) {
+    HOST_CALL("AcDbEntity::setVisibility");
+    return changeWithParts(*this, doSubents,
+                           [&](EntityFields& fields) { fields.invisible = visibility; });
 }
 
 Adesk::UInt16 AcDbEntity::colorIndex() const {

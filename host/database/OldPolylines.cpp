@@ -1,9 +1,12 @@
 // Polylines and meshes whose vertices are objects of their own.
 #include <dbents.h>
 
+#include <new>
+
 #include "host/database/Fault.h"
 #include "host/database/ObjectFields.h"
 #include "host/database/ObjectImp.h"
+#include "host/database/Setting.h"
 #include "host/database/SubEntities.h"
 
 using namespace host::database;
@@ -23,11 +26,54 @@ namespace {
 
 // Group 75 of a polyline that is splined quadratically; any other one is cubic.
 constexpr int kQuadratic = 5;
+constexpr int kCubic = 6;
+
+Acad::ErrorStatus makeClosedOrOpen(AcDbCurve& polyline, bool closed) {
+    return change<OldPolylineFields>(polyline, [&](OldPolylineFields& fields) {
+        fields.flags = closed ? fields.flags | OldPolylineFields::kClosed
+                              : fields.flags & ~OldPolylineFields::kClosed;
+    });
+}
+
+// A mesh's part, and the mesh's count of its kind.
+Acad::ErrorStatus appendCounted(AcDbPolyFaceMesh& mesh, AcDbObjectId& id, AcDbVertex* part,
+                                int OldPolylineFields::*count) {
+    const Acad::ErrorStatus status = appendSubEntity(mesh, id, part);
+    if (status != Acad::eOk) return status;
+    return change<OldPolylineFields>(mesh, [&](OldPolylineFields& fields) { ++(fields.*count); });
+}
 
 }  // namespace
 
 AcDb2dVertex::AcDb2dVertex() {
     impl()->setFields(std::make_unique<VertexFields>());
+}
+AcDb2dVertex::AcDb2dVertex(const AcGePoint3d& position, double bulge, double startWidth,
+                           double endWidth, double /*tangent*/, Adesk::Int32 /*vertexIdentifier*/)
+    : AcDb2dVertex() {
+    auto& fields = fieldsOf<VertexFields>(*this);
+    fields.position = position;
+    fields.bulge = bulge;
+    fields.startWidth = startWidth;
+    fields.endWidth = endWidth;
+}
+Acad::ErrorStatus AcDb2dVertex::setPosition(const AcGePoint3d& position) {
+    HOST_CALL("AcDb2dVertex::setPosition");
+    return setPoint<&VertexFields::position>(*this, position);
+}
+Acad::ErrorStatus AcDb2dVertex::setBulge(double bulge) {
+    HOST_CALL("AcDb2dVertex::setBulge");
+    return setNumber<&VertexFields::bulge>(*this, bulge);
+}
+Acad::ErrorStatus AcDb2dVertex::setStartWidth(double width) {
+    HOST_CALL("AcDb2dVertex::setStartWidth");
+    if (width < 0.0) return Acad::eInvalidInput;
+    return setNumber<&VertexFields::startWidth>(*this, width);
+}
+Acad::ErrorStatus AcDb2dVertex::setEndWidth(double width) {
+    HOST_CALL("AcDb2dVertex::setEndWidth");
+    if (width < 0.0) return Acad::eInvalidInput;
+    return setNumber<&VertexFields::endWidth>(*this, width);
 }
 AcDb::Vertex2dType AcDb2dVertex::vertexType() const {
     const int flags = fieldsOf<VertexFields>(*this).flags;
@@ -51,6 +97,14 @@ double AcDb2dVertex::endWidth() const {
 
 AcDb3dPolylineVertex::AcDb3dPolylineVertex() {
     impl()->setFields(std::make_unique<VertexFields>());
+    fieldsOf<VertexFields>(*this).flags = VertexFields::kSpace;
+}
+AcDb3dPolylineVertex::AcDb3dPolylineVertex(const AcGePoint3d& position) : AcDb3dPolylineVertex() {
+    fieldsOf<VertexFields>(*this).position = position;
+}
+Acad::ErrorStatus AcDb3dPolylineVertex::setPosition(const AcGePoint3d& position) {
+    HOST_CALL("AcDb3dPolylineVertex::setPosition");
+    return setPoint<&VertexFields::position>(*this, position);
 }
 AcDb::Vertex3dType AcDb3dPolylineVertex::vertexType() const {
     const int flags = fieldsOf<VertexFields>(*this).flags;
@@ -70,6 +124,15 @@ AcGePoint3d AcDbPolygonMeshVertex::position() const {
 
 AcDbPolyFaceMeshVertex::AcDbPolyFaceMeshVertex() {
     impl()->setFields(std::make_unique<VertexFields>());
+    fieldsOf<VertexFields>(*this).flags = VertexFields::kMesh | VertexFields::kPolyface;
+}
+AcDbPolyFaceMeshVertex::AcDbPolyFaceMeshVertex(const AcGePoint3d& position)
+    : AcDbPolyFaceMeshVertex() {
+    fieldsOf<VertexFields>(*this).position = position;
+}
+Acad::ErrorStatus AcDbPolyFaceMeshVertex::setPosition(const AcGePoint3d& position) {
+    HOST_CALL("AcDbPolyFaceMeshVertex::setPosition");
+    return setPoint<&VertexFields::position>(*this, position);
 }
 AcGePoint3d AcDbPolyFaceMeshVertex::position() const {
     return fieldsOf<VertexFields>(*this).position;
@@ -77,6 +140,24 @@ AcGePoint3d AcDbPolyFaceMeshVertex::position() const {
 
 AcDbFaceRecord::AcDbFaceRecord() {
     impl()->setFields(std::make_unique<VertexFields>());
+    fieldsOf<VertexFields>(*this).flags = VertexFields::kPolyface;
+}
+AcDbFaceRecord::AcDbFaceRecord(Adesk::Int16 vertex0, Adesk::Int16 vertex1, Adesk::Int16 vertex2,
+                               Adesk::Int16 vertex3)
+    : AcDbFaceRecord() {
+    auto& fields = fieldsOf<VertexFields>(*this);
+    fields.corner1 = vertex0;
+    fields.corner2 = vertex1;
+    fields.corner3 = vertex2;
+    fields.corner4 = vertex3;
+}
+Acad::ErrorStatus AcDbFaceRecord::setVertexAt(Adesk::UInt16 corner, Adesk::Int16 vertex) {
+    HOST_CALL("AcDbFaceRecord::setVertexAt");
+    if (corner >= 4) return Acad::eInvalidIndex;
+    return change<VertexFields>(*this, [&](VertexFields& fields) {
+        int* const corners[] = {&fields.corner1, &fields.corner2, &fields.corner3, &fields.corner4};
+        *corners[corner] = vertex;
+    });
 }
 Acad::ErrorStatus AcDbFaceRecord::getVertexAt(Adesk::UInt16 corner, Adesk::Int16& vertex) const {
     HOST_CALL("AcDbFaceRecord::getVertexAt");
@@ -88,8 +169,71 @@ Acad::ErrorStatus AcDbFaceRecord::getVertexAt(Adesk::UInt16 corner, Adesk::Int16
     return Acad::eOk;
 }
 
+namespace {
+
+// A vertex of a polyline under construction. It is the host's own, so that no program's call fails
+// in its place.
+template <class Vertex, class... Arguments>
+void addVertex(AcDbImpObject& polyline, const Arguments&... arguments) {
+    const host::fault::Quiet quiet;
+    auto* const vertex = new Vertex(arguments...);
+    if (vertex == nullptr) throw std::bad_alloc();
+    polyline.takePart(*vertex);
+}
+
+}  // namespace
+
 AcDb2dPolyline::AcDb2dPolyline() {
     impl()->setFields(std::make_unique<OldPolylineFields>());
+}
+AcDb2dPolyline::AcDb2dPolyline(const AcGePoint3dArray& vertices, AcDb::Poly2dType type,
+                               double elevation, Adesk::Boolean closed, double defaultStartWidth,
+                               double defaultEndWidth, const AcGeDoubleArray* bulges)
+    : AcDb2dPolyline() {
+    auto& fields = fieldsOf<OldPolylineFields>(*this);
+    fields.origin.z = elevation;
+    fields.flags = closed ? OldPolylineFields::kClosed : 0;
+    if (type == AcDb::k2dFitCurvePoly) fields.flags |= OldPolylineFields::kCurveFit;
+    if (type == AcDb::k2dQuadSplinePoly || type == AcDb::k2dCubicSplinePoly) {
+        fields.flags |= OldPolylineFields::kSplineFit;
+        fields.smoothType = type == AcDb::k2dQuadSplinePoly ? kQuadratic : kCubic;
+    }
+    for (int i = 0; i < vertices.length(); ++i) {
+        const bool bulged = bulges != nullptr && i < bulges->length();
+        const AcGePoint3d position(vertices[i].x, vertices[i].y, elevation);
+        addVertex<AcDb2dVertex>(*impl(), position, bulged ? (*bulges)[i] : 0.0, defaultStartWidth,
+                                defaultEndWidth);
+    }
+}
+Acad::ErrorStatus AcDb2dPolyline::setElevation(double elevation) {
+    HOST_CALL("AcDb2dPolyline::setElevation");
+    if (!std::isfinite(elevation)) return Acad::eInvalidInput;
+    return change<OldPolylineFields>(
+        *this, [&](OldPolylineFields& fields) { fields.origin.z = elevation; });
+}
+Acad::ErrorStatus AcDb2dPolyline::setThickness(double thickness) {
+    HOST_CALL("AcDb2dPolyline::setThickness");
+    return setNumber<&OldPolylineFields::thickness>(*this, thickness);
+}
+Acad::ErrorStatus AcDb2dPolyline::setNormal(const AcGeVector3d& normal) {
+    HOST_CALL("AcDb2dPolyline::setNormal");
+    return turnPlane<OldPolylineFields>(*this, normal);
+}
+Acad::ErrorStatus AcDb2dPolyline::makeClosed() {
+    HOST_CALL("AcDb2dPolyline::makeClosed");
+    return makeClosedOrOpen(*this, true);
+}
+Acad::ErrorStatus AcDb2dPolyline::makeOpen() {
+    HOST_CALL("AcDb2dPolyline::makeOpen");
+    return makeClosedOrOpen(*this, false);
+}
+Acad::ErrorStatus AcDb2dPolyline::appendVertex(AcDb2dVertex* vertex) {
+    AcDbObjectId id;
+    return appendVertex(id, vertex);
+}
+Acad::ErrorStatus AcDb2dPolyline::appendVertex(AcDbObjectId& id, AcDb2dVertex* vertex) {
+    HOST_CALL("AcDb2dPolyline::appendVertex");
+    return appendSubEntity(*this, id, vertex);
 }
 AcDb::Poly2dType AcDb2dPolyline::polyType() const {
     const auto& fields = fieldsOf<OldPolylineFields>(*this);
@@ -115,6 +259,35 @@ AcDbObjectIterator* AcDb2dPolyline::vertexIterator() const {
 AcDb3dPolyline::AcDb3dPolyline() {
     impl()->setFields(std::make_unique<OldPolylineFields>());
     fieldsOf<OldPolylineFields>(*this).flags = OldPolylineFields::kSpace;
+}
+AcDb3dPolyline::AcDb3dPolyline(AcDb::Poly3dType type, const AcGePoint3dArray& vertices,
+                               Adesk::Boolean closed)
+    : AcDb3dPolyline() {
+    auto& fields = fieldsOf<OldPolylineFields>(*this);
+    if (closed) fields.flags |= OldPolylineFields::kClosed;
+    if (type != AcDb::k3dSimplePoly) {
+        fields.flags |= OldPolylineFields::kSplineFit;
+        fields.smoothType = type == AcDb::k3dQuadSplinePoly ? kQuadratic : kCubic;
+    }
+    for (int i = 0; i < vertices.length(); ++i) {
+        addVertex<AcDb3dPolylineVertex>(*impl(), vertices[i]);
+    }
+}
+Acad::ErrorStatus AcDb3dPolyline::makeClosed() {
+    HOST_CALL("AcDb3dPolyline::makeClosed");
+    return makeClosedOrOpen(*this, true);
+}
+Acad::ErrorStatus AcDb3dPolyline::makeOpen() {
+    HOST_CALL("AcDb3dPolyline::makeOpen");
+    return makeClosedOrOpen(*this, false);
+}
+Acad::ErrorStatus AcDb3dPolyline::appendVertex(AcDb3dPolylineVertex* vertex) {
+    AcDbObjectId id;
+    return appendVertex(id, vertex);
+}
+Acad::ErrorStatus AcDb3dPolyline::appendVertex(AcDbObjectId& id, AcDb3dPolylineVertex* vertex) {
+    HOST_CALL("AcDb3dPolyline::appendVertex");
+    return appendSubEntity(*this, id, vertex);
 }
 AcDb::Poly3dType AcDb3dPolyline::polyType() const {
     const auto& fields = fieldsOf<OldPolylineFields>(*this);
@@ -151,6 +324,22 @@ AcDbObjectIterator* AcDbPolygonMesh::vertexIterator() const {
 AcDbPolyFaceMesh::AcDbPolyFaceMesh() {
     impl()->setFields(std::make_unique<OldPolylineFields>());
     fieldsOf<OldPolylineFields>(*this).flags = OldPolylineFields::kPolyface;
+}
+Acad::ErrorStatus AcDbPolyFaceMesh::appendVertex(AcDbPolyFaceMeshVertex* vertex) {
+    AcDbObjectId id;
+    return appendVertex(id, vertex);
+}
+Acad::ErrorStatus AcDbPolyFaceMesh::appendVertex(AcDbObjectId& id, AcDbPolyFaceMeshVertex* vertex) {
+    HOST_CALL("AcDbPolyFaceMesh::appendVertex");
+    return appendCounted(*this, id, vertex, &OldPolylineFields::countM);
+}
+Acad::ErrorStatus AcDbPolyFaceMesh::appendFaceRecord(AcDbFaceRecord* face) {
+    AcDbObjectId id;
+    return appendFaceRecord(id, face);
+}
+Acad::ErrorStatus AcDbPolyFaceMesh::appendFaceRecord(AcDbObjectId& id, AcDbFaceRecord* face) {
+    HOST_CALL("AcDbPolyFaceMesh::appendFaceRecord");
+    return appendCounted(*this, id, face, &OldPolylineFields::countN);
 }
 Adesk::Int16 AcDbPolyFaceMesh::numVertices() const {
     return static_cast<Adesk::Int16>(fieldsOf<OldPolylineFields>(*this).countM);

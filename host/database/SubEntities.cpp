@@ -1,21 +1,19 @@
 #include "host/database/SubEntities.h"
 
 #include <cstdint>
-#include <optional>
 
 #include "host/database/DatabaseImp.h"
 #include "host/database/Fault.h"
 #include "host/database/Ledger.h"
+#include "host/database/ObjectFields.h"
 #include "host/database/ObjectImp.h"
 
 namespace host::database {
 namespace {
 
-// Ids are numbers in a row, so that a walk keeps only its limits.
 class SubEntityIterator final : public AcDbObjectIterator {
   public:
-    SubEntityIterator(AcDbObjectId owner, Structure::Range range)
-        : owner_(owner), begin_(range.begin), end_(range.end) {
+    explicit SubEntityIterator(AcDbObjectId owner) : owner_(owner) {
         Ledger::instance().opened("iterator", key(), [](std::uint64_t) {
             return std::string("of sub-entities, not deleted");
         });
@@ -24,32 +22,37 @@ class SubEntityIterator final : public AcDbObjectIterator {
     ~SubEntityIterator() override { Ledger::instance().closed("iterator", key()); }
 
     void start(bool atBeginning, bool skipDeleted) override {
-        at_ = atBeginning ? begin_ : end_ - 1;
-        if (skipDeleted) skipErased(atBeginning ? 1 : -1);
+        at_ = atBeginning ? 0 : members().size() - 1;
+        if (skipDeleted) skipErased(!atBeginning);
     }
-    bool done() const override { return at_ < begin_ || at_ >= end_; }
+    // Before the first one the position wraps to the largest number, which is done too.
+    bool done() const override { return at_ >= members().size(); }
     AcDbObjectId objectId() const override {
-        const AcDbImpDatabase* database = AcDbImpDatabase::of(owner_);
-        if (done() || database == nullptr) return {};
-        return database->idOf(static_cast<ObjectNumber>(at_));
+        const Members all = members();
+        return at_ < all.size() ? AcDbImpDatabase::of(owner_)->idOf(all[at_]) : AcDbObjectId();
     }
     void step(bool backwards, bool skipDeleted) override {
         if (done()) return;
-        at_ += backwards ? -1 : 1;
-        if (skipDeleted) skipErased(backwards ? -1 : 1);
+        move(backwards);
+        if (skipDeleted) skipErased(backwards);
     }
 
   private:
     std::uint64_t key() const { return reinterpret_cast<std::uintptr_t>(this); }
 
-    void skipErased(int direction) {
-        while (!done() && objectId().isErased()) at_ += direction;
+    // None when the database is gone.
+    Members members() const {
+        const AcDbImpDatabase* database = AcDbImpDatabase::of(owner_);
+        if (database == nullptr) return {};
+        return database->subEntitiesOf(AcDbImpDatabase::numberOf(owner_));
+    }
+    void move(bool backwards) { at_ += backwards ? static_cast<std::size_t>(-1) : 1; }
+    void skipErased(bool backwards) {
+        while (!done() && objectId().isErased()) move(backwards);
     }
 
     AcDbObjectId owner_;
-    std::int64_t begin_;
-    std::int64_t end_;
-    std::int64_t at_ = 0;
+    std::size_t at_ = 0;
 };
 
 }  // namespace
@@ -58,9 +61,26 @@ AcDbObjectIterator* newSubEntityIterator(const AcDbEntity& owner, const char* fu
     HOST_CALL(function);
     const AcDbImpDatabase* database = owner.impl()->database();
     if (!owner.impl()->mayRead() || database == nullptr) return nullptr;
-    const auto record = database->recordOf(AcDbImpDatabase::numberOf(owner.objectId()));
-    if (!record) return nullptr;
-    return new SubEntityIterator(owner.objectId(), database->structure().subEntities(*record));
+    return new SubEntityIterator(owner.objectId());
+}
+
+Acad::ErrorStatus appendSubEntity(AcDbEntity& owner, AcDbObjectId& id, AcDbEntity* part) {
+    if (part == nullptr) return Acad::eNullObjectPointer;
+    if (!owner.impl()->mayWrite()) return Acad::eNotOpenForWrite;
+    if (part->impl()->database() != nullptr) return Acad::eAlreadyInDb;
+    const auto& from = fieldsOf<EntityFields>(owner);
+    auto& to = fieldsOf<EntityFields>(*part);
+    to.layer = from.layer;
+    to.linetype = from.linetype;
+    to.color = from.color;
+    to.paperSpace = from.paperSpace;
+    to.layerChosen = true;
+    AcDbImpDatabase* database = owner.impl()->database();
+    if (database == nullptr) {
+        owner.impl()->takePart(*part);
+        return Acad::eOk;
+    }
+    return database->adopt(*part, AcDbImpDatabase::numberOf(owner.objectId()), id);
 }
 
 }  // namespace host::database

@@ -11,6 +11,8 @@
 #include "host/database/Names.h"
 #include "host/database/ObjectFields.h"
 #include "host/database/ObjectImp.h"
+#include "host/database/Setting.h"
+#include "host/database/SymbolNames.h"
 #include "host/database/Texts.h"
 
 using namespace host::database;
@@ -56,6 +58,12 @@ Acad::ErrorStatus handOver(const AcDbObject& record, const std::wstring& text, c
     return acutNewString(text.c_str(), copy);
 }
 
+Acad::ErrorStatus setFlag(AcDbLayerTableRecord& layer, int bit, bool set) {
+    return change<LayerFields>(layer, [&](LayerFields& fields) {
+        fields.flags = set ? fields.flags | bit : fields.flags & ~bit;
+    });
+}
+
 }  // namespace
 
 AcDbSymbolTableRecord::AcDbSymbolTableRecord() {
@@ -71,6 +79,12 @@ Acad::ErrorStatus AcDbSymbolTableRecord::getName(const ACHAR*& name) const {
     if (!impl()->mayRead()) return Acad::eNotOpenForRead;
     name = fieldsOf<SymbolFields>(*this).name.c_str();
     return Acad::eOk;
+}
+Acad::ErrorStatus AcDbSymbolTableRecord::setName(const ACHAR* name) {
+    HOST_CALL("AcDbSymbolTableRecord::setName");
+    if (name == nullptr || !isSymbolName(name)) return Acad::eInvalidSymbolTableName;
+    if (impl()->database() != nullptr) return Acad::eNotImplementedYet;
+    return change<SymbolFields>(*this, [&](SymbolFields& fields) { fields.name = name; });
 }
 bool AcDbSymbolTableRecord::isDependent() const {
     return (fieldsOf<SymbolFields>(*this).flags & SymbolFields::kDependent) != 0;
@@ -130,7 +144,7 @@ Acad::ErrorStatus AcDbSymbolTable::getAt(const ACHAR* name, AcDbObjectId& id,
     const auto table = tableOf(*this);
     if (!table) return Acad::eKeyNotFound;
     const AcDbImpDatabase& database = *impl()->database();
-    const AcDbObjectId found = database.idOf(database.structure().find(*table, name));
+    const AcDbObjectId found = database.idOf(database.find(*table, name));
     if (found.isNull()) return Acad::eKeyNotFound;
     if (found.isErased() && !getErasedRecord) return Acad::eWasErased;
     id = found;
@@ -154,9 +168,8 @@ bool AcDbSymbolTable::has(AcDbObjectId id) const {
     const auto table = tableOf(*this);
     const AcDbImpDatabase* database = impl()->database();
     if (!table || id.isNull() || AcDbImpDatabase::of(id) != database || id.isErased()) return false;
-    const auto& records = database->structure().tableRecords(*table);
-    return std::find(records.begin(), records.end(), AcDbImpDatabase::numberOf(id)) !=
-           records.end();
+    const Members records = database->records(*table);
+    return records.find(AcDbImpDatabase::numberOf(id)) < records.size();
 }
 Acad::ErrorStatus AcDbSymbolTable::newIterator(AcDbSymbolTableIterator*& iterator, bool atBeginning,
                                                bool skipDeleted) const {
@@ -166,13 +179,50 @@ Acad::ErrorStatus AcDbSymbolTable::newIterator(AcDbSymbolTableIterator*& iterato
     AcDbObjectIdArray ids;
     if (const auto table = tableOf(*this)) {
         const AcDbImpDatabase& database = *impl()->database();
-        for (const ObjectNumber number : database.structure().tableRecords(*table)) {
+        for (const ObjectNumber number : database.records(*table)) {
             ids.append(database.idOf(number));
         }
     }
     iterator = new AcDbSymbolTableIterator(ids);
     iterator->start(atBeginning, skipDeleted);
     return Acad::eOk;
+}
+
+namespace {
+
+// The class of a table's records.
+const AcRxClass* recordClass(Table table) {
+    switch (table) {
+        case Table::block:
+            return AcDbBlockTableRecord::desc();
+        case Table::layer:
+            return AcDbLayerTableRecord::desc();
+        case Table::linetype:
+            return AcDbLinetypeTableRecord::desc();
+        default:
+            return AcDbTextStyleTableRecord::desc();
+    }
+}
+
+}  // namespace
+
+Acad::ErrorStatus AcDbSymbolTable::add(AcDbSymbolTableRecord* record) {
+    AcDbObjectId id;
+    return add(id, record);
+}
+Acad::ErrorStatus AcDbSymbolTable::add(AcDbObjectId& id, AcDbSymbolTableRecord* record) {
+    HOST_CALL("AcDbSymbolTable::add");
+    if (record == nullptr) return Acad::eNullObjectPointer;
+    const auto table = tableOf(*this);
+    if (!table || !impl()->mayWrite()) return Acad::eNotOpenForWrite;
+    if (record->impl()->database() != nullptr) return Acad::eAlreadyInDb;
+    if (!record->isKindOf(recordClass(*table))) return Acad::eNotThatKindOfClass;
+    const std::wstring& name = fieldsOf<SymbolFields>(*record).name;
+    if (name.empty()) return Acad::eInvalidSymbolTableName;
+    AcDbImpDatabase& database = *impl()->database();
+    const auto known = database.find(*table, name);
+    if (known && !database.isErased(*known)) return Acad::eDuplicateRecordName;
+    return database.adopt(*record, AcDbImpDatabase::numberOf(objectId()), id);
 }
 
 AcDbLayerTable::AcDbLayerTable() = default;
@@ -198,11 +248,43 @@ bool AcDbLayerTableRecord::isPlottable() const {
 Adesk::UInt16 AcDbLayerTableRecord::colorIndex() const {
     return static_cast<Adesk::UInt16>(std::abs(fieldsOf<LayerFields>(*this).color));
 }
+Acad::ErrorStatus AcDbLayerTableRecord::setIsFrozen(bool frozen) {
+    HOST_CALL("AcDbLayerTableRecord::setIsFrozen");
+    return setFlag(*this, LayerFields::kFrozen, frozen);
+}
+void AcDbLayerTableRecord::setIsLocked(bool locked) {
+    setFlag(*this, LayerFields::kLocked, locked);
+}
+void AcDbLayerTableRecord::setIsOff(bool off) {
+    change<LayerFields>(*this, [&](LayerFields& fields) {
+        fields.color = off ? -std::abs(fields.color) : std::abs(fields.color);
+    });
+}
+Acad::ErrorStatus AcDbLayerTableRecord::setIsPlottable(bool plottable) {
+    HOST_CALL("AcDbLayerTableRecord::setIsPlottable");
+    return change<LayerFields>(*this,
+                               [&](LayerFields& fields) { fields.plottable = plottable ? 1 : 0; });
+}
+Acad::ErrorStatus AcDbLayerTableRecord::setColorIndex(Adesk::UInt16 color) {
+    HOST_CALL("AcDbLayerTableRecord::setColorIndex");
+    constexpr Adesk::UInt16 kLast = 255;
+    if (color < 1 || color > kLast) return Acad::eInvalidInput;
+    return change<LayerFields>(*this, [&](LayerFields& fields) {
+        fields.color = fields.color < 0 ? -static_cast<int>(color) : color;
+    });
+}
+Acad::ErrorStatus AcDbLayerTableRecord::setLinetypeObjectId(AcDbObjectId linetype) {
+    HOST_CALL("AcDbLayerTableRecord::setLinetypeObjectId");
+    std::wstring name;
+    const Acad::ErrorStatus status = nameOfSymbol(linetype, AcDbLinetypeTableRecord::desc(), name);
+    if (status != Acad::eOk) return status;
+    return change<LayerFields>(*this, [&](LayerFields& fields) { fields.linetype = name; });
+}
 AcDbObjectId AcDbLayerTableRecord::linetypeObjectId() const {
-    const AcDbImpDatabase* database = impl()->database();
+    const AcDbImpDatabase* database = databaseFor(*this);
     if (database == nullptr) return {};
     const auto& name = fieldsOf<LayerFields>(*this).linetype;
-    return database->idOf(database->structure().find(Table::linetype, name));
+    return database->idOf(database->find(Table::linetype, name));
 }
 
 AcDbLinetypeTableRecord::AcDbLinetypeTableRecord() {
@@ -231,6 +313,25 @@ double AcDbTextStyleTableRecord::xScale() const {
 double AcDbTextStyleTableRecord::obliquingAngle() const {
     return fieldsOf<TextStyleFields>(*this).oblique;
 }
+Acad::ErrorStatus AcDbTextStyleTableRecord::setTextSize(double size) {
+    HOST_CALL("AcDbTextStyleTableRecord::setTextSize");
+    if (size < 0.0) return Acad::eInvalidInput;
+    return setNumber<&TextStyleFields::textSize>(*this, size);
+}
+Acad::ErrorStatus AcDbTextStyleTableRecord::setXScale(double scale) {
+    HOST_CALL("AcDbTextStyleTableRecord::setXScale");
+    if (!(scale > 0.0)) return Acad::eInvalidInput;
+    return setNumber<&TextStyleFields::xScale>(*this, scale);
+}
+Acad::ErrorStatus AcDbTextStyleTableRecord::setObliquingAngle(double angle) {
+    HOST_CALL("AcDbTextStyleTableRecord::setObliquingAngle");
+    return setNumber<&TextStyleFields::oblique>(*this, angle);
+}
+Acad::ErrorStatus AcDbTextStyleTableRecord::setFileName(const ACHAR* name) {
+    HOST_CALL("AcDbTextStyleTableRecord::setFileName");
+    if (name == nullptr) return Acad::eInvalidInput;
+    return change<TextStyleFields>(*this, [&](TextStyleFields& fields) { fields.fileName = name; });
+}
 Acad::ErrorStatus AcDbTextStyleTableRecord::fileName(ACHAR*& name) const {
     return handOver(*this, fieldsOf<TextStyleFields>(*this).fileName,
                     "AcDbTextStyleTableRecord::fileName", name);
@@ -246,12 +347,11 @@ AcDbBlockTableRecordIterator::~AcDbBlockTableRecordIterator() {
 std::size_t AcDbBlockTableRecordIterator::size() const {
     const AcDbImpDatabase* database = AcDbImpDatabase::of(m_block);
     if (database == nullptr) return 0;
-    return database->structure().entities(AcDbImpDatabase::numberOf(m_block)).size();
+    return database->entitiesOf(AcDbImpDatabase::numberOf(m_block)).size();
 }
 AcDbObjectId AcDbBlockTableRecordIterator::idAt(std::size_t position) const {
     const AcDbImpDatabase* database = AcDbImpDatabase::of(m_block);
-    const auto& entities = database->structure().entities(AcDbImpDatabase::numberOf(m_block));
-    return database->idOf(entities[position]);
+    return database->idOf(database->entitiesOf(AcDbImpDatabase::numberOf(m_block))[position]);
 }
 void AcDbBlockTableRecordIterator::start(bool atBeginning, bool skipDeleted) {
     // Before the first one the position wraps to the largest number, which is done too.
@@ -288,10 +388,10 @@ Acad::ErrorStatus AcDbBlockTableRecordIterator::seek(AcDbObjectId id) {
     if (id.isNull() || database == nullptr || AcDbImpDatabase::of(id) != database) {
         return Acad::eKeyNotFound;
     }
-    const auto& entities = database->structure().entities(AcDbImpDatabase::numberOf(m_block));
-    const auto found = std::find(entities.begin(), entities.end(), AcDbImpDatabase::numberOf(id));
-    if (found == entities.end()) return Acad::eKeyNotFound;
-    m_at = static_cast<std::size_t>(found - entities.begin());
+    const Members entities = database->entitiesOf(AcDbImpDatabase::numberOf(m_block));
+    const std::size_t found = entities.find(AcDbImpDatabase::numberOf(id));
+    if (found == entities.size()) return Acad::eKeyNotFound;
+    m_at = found;
     return Acad::eOk;
 }
 
@@ -306,6 +406,18 @@ Acad::ErrorStatus AcDbBlockTableRecord::newIterator(AcDbBlockTableRecordIterator
     iterator = new AcDbBlockTableRecordIterator(objectId());
     iterator->start(atBeginning, skipDeleted);
     return Acad::eOk;
+}
+Acad::ErrorStatus AcDbBlockTableRecord::appendAcDbEntity(AcDbEntity* entity) {
+    AcDbObjectId id;
+    return appendAcDbEntity(id, entity);
+}
+Acad::ErrorStatus AcDbBlockTableRecord::appendAcDbEntity(AcDbObjectId& id, AcDbEntity* entity) {
+    HOST_CALL("AcDbBlockTableRecord::appendAcDbEntity");
+    if (entity == nullptr) return Acad::eNullObjectPointer;
+    AcDbImpDatabase* database = impl()->database();
+    if (database == nullptr || !impl()->mayWrite()) return Acad::eNotOpenForWrite;
+    if (entity->impl()->database() != nullptr) return Acad::eAlreadyInDb;
+    return database->adopt(*entity, AcDbImpDatabase::numberOf(objectId()), id);
 }
 bool AcDbBlockTableRecord::isAnonymous() const {
     return (fieldsOf<BlockFields>(*this).flags & BlockFields::kAnonymous) != 0;
@@ -325,7 +437,7 @@ bool AcDbBlockTableRecord::hasAttributeDefinitions() const {
     const AcDbImpDatabase* database = impl()->database();
     if (database == nullptr) return false;
     // The drawing's own flag is not to be trusted: what the block holds tells.
-    const auto& entities = database->structure().entities(AcDbImpDatabase::numberOf(objectId()));
+    const Members entities = database->entitiesOf(AcDbImpDatabase::numberOf(objectId()));
     return std::any_of(entities.begin(), entities.end(), [&](ObjectNumber number) {
         return !database->isErased(number) &&
                database->classOf(number) == AcDbAttributeDefinition::desc();

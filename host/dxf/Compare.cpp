@@ -445,7 +445,48 @@ std::vector<Difference> compare(const Document& before, const Document& after) {
     return all;
 }
 
-bool isExpected(const Difference& difference, const Document& before, const Changes& changes) {
+namespace {
+
+bool says(const Group& group, const Document& document, const GroupEdit& edit) {
+    if (group.code() != edit.code) return false;
+    if (const auto* real = std::get_if<double>(&edit.value)) return group.real() == *real;
+    if (const auto* integer = std::get_if<std::int64_t>(&edit.value)) {
+        return group.integer() == *integer;
+    }
+    return document.decode(group.bytes()) == std::get<std::wstring>(edit.value);
+}
+
+// Whether the record is one of those that `edits` insert.
+bool isNewRecord(const Document& document, RecordIndex record,
+                 const std::vector<GroupEdit>& edits) {
+    const GroupRange range = document.groups(record);
+    const Groups groups(range.begin(), range.end());
+    const auto matches = [&](auto edit) {
+        for (const Group& group : groups) {
+            const bool ended = edit == edits.end() || edit->kind != GroupEdit::Kind::insertBefore;
+            if (ended || !says(group, document, *edit)) return false;
+            ++edit;
+        }
+        return edit == edits.end() || edit->kind != GroupEdit::Kind::insertBefore ||
+               edit->code == 0;
+    };
+    for (auto edit = edits.begin(); edit != edits.end(); ++edit) {
+        if (edit->kind == GroupEdit::Kind::insertBefore && edit->code == 0 && matches(edit)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+bool isExpected(const Difference& difference, const Document& before, const Document& after,
+                const Changes& changes) {
+    if (difference.kind == Difference::Kind::recordInserted) {
+        return std::any_of(changes.begin(), changes.end(), [&](const auto& change) {
+            return isNewRecord(after, *difference.after, change.second);
+        });
+    }
     if (!difference.before) return false;
     const auto edits = changes.find(*difference.before);
     if (edits == changes.end()) return false;

@@ -58,8 +58,10 @@ void compare(const Document& before, const Document& after,
 std::vector<Difference> compare(const Document& before, const Document& after);
 
 // Whether `difference` is what an edit of `changes` makes: the same record and code, a replaced
-// group or an inserted one, and the edit's value; or the record that is removed.
-bool isExpected(const Difference& difference, const Document& before, const Changes& changes);
+// group or an inserted one, and the edit's value; the record that is removed; or a new record of
+// the same groups.
+bool isExpected(const Difference& difference, const Document& before, const Document& after,
+                const Changes& changes);
 
 }  // namespace host::dxf
 

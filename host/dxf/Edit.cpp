@@ -92,6 +92,10 @@ class Editor {
     std::vector<Patch> patches(const Changes& changes) {
         std::vector<Patch> all;
         for (const auto& [record, edits] : changes) {
+            insertRecords(record, edits, all);
+            const bool onlyNew =
+                !edits.empty() && std::all_of(edits.begin(), edits.end(), isOfNewRecord);
+            if (onlyNew && record <= document_.size()) continue;
             if (record >= document_.size()) {
                 throw std::invalid_argument("edit of record " + std::to_string(record) +
                                             ", which the drawing does not have");
@@ -105,7 +109,9 @@ class Editor {
     void takeRecord(RecordIndex record, const std::vector<GroupEdit>& edits,
                     std::vector<Patch>& all) {
         if (std::any_of(edits.begin(), edits.end(), removes)) {
-            if (edits.size() > 1) refuse(edits.front(), "its record is removed");
+            const auto others = std::count_if(edits.begin(), edits.end(),
+                                              [](const GroupEdit& e) { return !isOfNewRecord(e); });
+            if (others > 1) refuse(edits.front(), "its record is removed");
             const std::string_view raw = document_.raw(record);
             all.push_back({offset(raw.data()), offset(raw.data()) + raw.size(), {}});
             return;
@@ -116,6 +122,7 @@ class Editor {
         const std::size_t first = all.size();
         std::vector<bool> replaced(groups_.size(), false);
         for (const GroupEdit& edit : edits) {
+            if (isOfNewRecord(edit)) continue;
             checkEdit(edit);
             if (edit.index >= groups_.size()) refuse(edit, "the record has no such group");
             if (edit.kind == GroupEdit::Kind::insertAfter) {
@@ -135,6 +142,84 @@ class Editor {
 
     static bool removes(const GroupEdit& edit) {
         return edit.kind == GroupEdit::Kind::removeRecord;
+    }
+
+    static bool isOfNewRecord(const GroupEdit& edit) {
+        return edit.kind == GroupEdit::Kind::insertBefore;
+    }
+
+    // The new records before `record`, all in one patch.
+    void insertRecords(RecordIndex record, const std::vector<GroupEdit>& edits,
+                       std::vector<Patch>& all) {
+        if (record > document_.size() || std::none_of(edits.begin(), edits.end(), isOfNewRecord)) {
+            return;
+        }
+        const std::size_t at = record < document_.size()
+                                   ? offset(document_.raw(record).data())
+                                   : document_.bytes().size() - document_.trailer().size();
+        Neighbour neighbour = neighbourOf(record);
+        std::string bytes;
+        bool begun = false;
+        for (const GroupEdit& edit : edits) {
+            if (!isOfNewRecord(edit)) continue;
+            checkEdit(edit);
+            begun = begun || edit.code == 0;
+            if (!begun) refuse(edit, "a new record begins with group 0");
+            appendGroup(edit, neighbour, bytes);
+        }
+        if (record == document_.size() && record > 0 && document_.type(record - 1) == "EOF") {
+            refuse(edits.front(), "nothing can stand behind EOF");
+        }
+        if (neighbour.openEnd) {  // the file ends without a line end, and goes on so
+            bytes.insert(0, neighbour.codeEnd);
+            bytes.resize(bytes.size() - neighbour.valueEnd.size());
+        }
+        all.push_back({at, at, std::move(bytes)});
+    }
+
+    // What new records are written like.
+    struct Neighbour {
+        std::string_view codeEnd;
+        std::string_view valueEnd;
+        bool openEnd = false;
+        std::map<int, std::string> codes;  // as spelt
+    };
+
+    // The record before `record` and itself; at the head of the file the comments there.
+    Neighbour neighbourOf(RecordIndex record) {
+        groups_.clear();
+        const auto take = [this](const GroupRange& range) {
+            groups_.insert(groups_.end(), range.begin(), range.end());
+        };
+        if (record > 0) take(document_.groups(record - 1));
+        if (record == 0) take(document_.preamble());
+        const bool stands = !groups_.empty();
+        const std::size_t last = groups_.size();
+        if (record < document_.size()) take(document_.groups(record));
+        Neighbour neighbour;
+        if (document_.binary() || groups_.empty()) return neighbour;
+        const Group& group = groups_[stands ? last - 1 : 0];
+        neighbour.codeEnd = codeLineEnd(group);
+        neighbour.valueEnd = stands ? valueLineEnd(group) : neighbour.codeEnd;
+        neighbour.openEnd = !isComplete(neighbour.valueEnd);
+        if (neighbour.openEnd) neighbour.valueEnd = neighbour.codeEnd;
+        return neighbour;
+    }
+
+    void appendGroup(const GroupEdit& edit, Neighbour& neighbour, std::string& bytes) {
+        if (document_.binary()) {
+            if (!isKnownCode(edit.code)) refuse(edit, "a binary drawing can't hold this code");
+            bytes += binaryCode(edit.code) + binaryValue(edit);
+            return;
+        }
+        const std::string value = asciiValue(edit, integerWidth(edit.code));
+        checkBetween(edit, neighbour.codeEnd, value, neighbour.valueEnd);
+        std::string& code = neighbour.codes[edit.code];
+        if (code.empty()) code = asciiCode(edit.code);
+        bytes += code;
+        bytes += neighbour.codeEnd;
+        bytes += value;
+        bytes += neighbour.valueEnd;
     }
 
     std::size_t offset(const char* at) const {
@@ -240,7 +325,9 @@ class Editor {
             return std::string(text.substr(0, before)) + digits +
                    std::string(text.substr(before + bare.size()));
         }
-        const std::size_t width = codeText(groups_.front()).size();
+        const auto zero = std::find_if(groups_.begin(), groups_.end(),
+                                       [](const Group& group) { return group.code() == 0; });
+        const std::size_t width = zero == groups_.end() ? 0 : codeText(*zero).size();
         return std::string(width > digits.size() ? width - digits.size() : 0, ' ') + digits;
     }
 

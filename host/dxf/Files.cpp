@@ -36,9 +36,14 @@ void armWriteFault(WriteFault fault) {
 FileBytes readFile(const fs::path& path) {
     const std::string name = path.u8string();
     std::error_code status;
-    if (fs::is_directory(path, status)) {
-        throw ReadError(name, std::nullopt, "a DXF drawing", "a folder");
-    }
+    const auto refuse = [&](const char* found) {
+        throw ReadError(name, std::nullopt, "a DXF drawing", found);
+    };
+    const fs::file_status kind = fs::status(path, status);
+    if (kind.type() == fs::file_type::not_found) refuse("no file of that name");
+    if (fs::is_directory(kind)) refuse("a folder");
+    // A device may go on for ever.
+    if (fs::is_character_file(kind) || fs::is_block_file(kind)) refuse("a device");
     SystemFile file;
     if (const int error = file.openToRead(path); error != 0) {
         throw ReadError(name, std::nullopt, "a DXF drawing", SystemFile::message(error));

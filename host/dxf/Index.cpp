@@ -57,9 +57,22 @@ GroupRange Index::recordGroups(std::string_view file, RecordIndex record) const 
     return {recordBytes(file, record), form};
 }
 
+namespace {
+
+// Drawings in the other format of their kind: the release's mark and bytes that no text has.
+bool isDwg(std::string_view bytes) {
+    return bytes.substr(0, 2) == "AC" && bytes.substr(6, 1) == std::string_view("\0", 1);
+}
+
+}  // namespace
+
 Index buildIndex(std::string_view bytes, const std::string& name, const Progress& progress) {
     IndexBuilder builder(bytes, name, progress);
     if (bytes.empty()) builder.fail(builder.codePosition(0), "a DXF drawing", "an empty file");
+    if (isDwg(bytes)) {
+        builder.fail(builder.codePosition(0), "a DXF drawing",
+                     "a DWG drawing; save it as DXF in a CAD program");
+    }
     // The sentinel's text alone decides: a damaged one is told as such.
     const std::string_view sentinel(kSentinel, kSentinelSize);
     if (bytes.substr(0, 18) == sentinel.substr(0, 18)) {

@@ -1,5 +1,8 @@
 // The command line of a session: showing prompts, taking replies, expressions among them.
+#include <adscodes.h>
+
 #include <algorithm>
+#include <utility>
 
 #include "host/database/Undo.h"
 #include "host/editor/SelectionSets.h"
@@ -67,7 +70,7 @@ Reply State::fetch(const Request& request) {
     }
 }
 
-Answer State::ask(Request request) {
+Answer State::ask(const Request& request) {
     if (inputEnded_) return {};
     const Reply reply = fetch(request);
     freshLine_ = true;
@@ -122,6 +125,14 @@ void State::record(PromptRecord record) {
     if (running_ != nullptr) running_->prompts.push_back(std::move(record));
 }
 
+int State::refusePrompt(PromptRecord::Kind kind) {
+    PromptRecord refused;
+    refused.kind = kind;
+    refused.code = RTERROR;
+    record(std::move(refused));
+    return RTERROR;
+}
+
 void State::sendString(std::wstring text) {
     sent_.push_back(std::move(text));
 }
@@ -132,6 +143,11 @@ bool State::inputPending() const {
 }
 
 void State::startScript(std::wstring text, std::wstring name) {
+    if (script_ == nullptr) scriptChain_.clear();
+    if (std::find(scriptChain_.begin(), scriptChain_.end(), name) != scriptChain_.end())
+        throw CommandFailure(L"the script '" + name +
+                             L"' was not run: it has led to itself and would never end");
+    scriptChain_.push_back(name);
     endScript();
     script_ = std::make_unique<ScriptInput>(std::move(text), std::move(name));
     if (drawing_ != nullptr) {

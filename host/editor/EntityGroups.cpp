@@ -94,7 +94,42 @@ std::vector<GroupValue> EntityGroups::values(int code) const {
     return found;
 }
 
+namespace {
+
+GroupValue valueOf(const dxf::GroupEdit& group) {
+    if (const auto* real = std::get_if<double>(&group.value)) {
+        return GroupValue(group.code >= 50 && group.code <= 58 ? *real * degree : *real);
+    }
+    if (const auto* integer = std::get_if<std::int64_t>(&group.value)) {
+        return GroupValue(static_cast<long long>(*integer));
+    }
+    return GroupValue(std::get<std::wstring>(group.value));
+}
+
+// The values of a code among groups that stand in no drawing.
+std::vector<GroupValue> among(const std::vector<dxf::GroupEdit>& groups, int code) {
+    std::vector<GroupValue> found;
+    for (const dxf::GroupEdit& group : groups) {
+        if (group.code == embeddedObject || group.code >= extendedData) break;
+        const auto* real = std::get_if<double>(&group.value);
+        if (isPoint(code) && real != nullptr && group.code == code) {
+            found.emplace_back(AcGePoint3d(*real, 0.0, 0.0));
+        } else if (isPoint(code) && real != nullptr && !found.empty() &&
+                   (group.code == code + 10 || group.code == code + 20)) {
+            auto& point = std::get<AcGePoint3d>(found.back());
+            (group.code == code + 10 ? point.y : point.z) = *real;
+        } else if (group.code == code) {
+            found.push_back(valueOf(group));
+        }
+    }
+    return found;
+}
+
+}  // namespace
+
 std::vector<GroupValue> EntityGroups::stored(int code) const {
+    const auto changed = database::changedGroups(entity_);
+    if (!changed.empty()) return among(changed, code);
     const auto record = database::recordOf(entity_);
     if (!record) return {};
     const dxf::Document& document = database::document(*entity_.database());

@@ -227,7 +227,7 @@ Value ssname(Call& call) {
 Value getvar(Call& call) {
     resbuf result{};
     if (acedGetVar(call.text(0).c_str(), &result) != RTNORM) return Nil{};
-    const Value value = fromResult(result);
+    Value value = fromResult(result);
     if (result.restype == RTSTR) freeText(result.resval.rstring);
     return value;
 }

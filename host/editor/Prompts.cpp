@@ -230,7 +230,8 @@ int acedEntSel(const ACHAR* prompt, ads_name entity, ads_point point) {
     if (Scripted* scripted = Scripted::current())
         return scriptedPick(*scripted, prompt, entity, point);
     State* state = currentState();
-    if (state == nullptr || state->drawing() == nullptr) return RTERROR;
+    if (state == nullptr) return RTERROR;
+    if (state->drawing() == nullptr) return state->refusePrompt(Kind::entity);
     EntityPrompt dialogue(*state);
     const Answer answer = state->askWord(orDefault(prompt, L"\nSelect object: "), {L"(handent \""});
     const Pick pick = dialogue.take(answer);

@@ -3,6 +3,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "host/editor/Words.h"
+
 namespace host::editor {
 
 namespace {
@@ -80,6 +82,15 @@ void Scripted::failPoint(int code, const AcGePoint3d& point, bool write) {
 
 void Scripted::breakAt(int call) {
     breakAt_ = call;
+}
+
+void Scripted::variable(std::wstring_view name, VariableValue value) {
+    variables_[upperCase(name)] = std::move(value);
+}
+
+const VariableValue* Scripted::variable(std::wstring_view name) const {
+    const auto found = variables_.find(upperCase(name));
+    return found == variables_.end() ? nullptr : &found->second;
 }
 
 std::vector<std::string> Scripted::unused() const {

@@ -11,8 +11,12 @@
 #include <gepnt3d.h>
 
 #include <deque>
+#include <map>
 #include <string>
+#include <string_view>
 #include <vector>
+
+#include "host/editor/Variables.h"
 
 namespace host::editor {
 
@@ -48,6 +52,8 @@ class Scripted {
     void failPoint(int code, const AcGePoint3d& point = {}, bool write = false);
     // acedUsrBrk gives 1 from its n-th call on (1 is the next one); 0 takes the order back.
     void breakAt(int call);
+    // A system variable has this value, of whatever type, also without a session.
+    void variable(std::wstring_view name, VariableValue value);
     // Answers that nobody has asked for, as "acedEntSel 2".
     std::vector<std::string> unused() const;
 
@@ -113,6 +119,8 @@ class Scripted {
     TypeAnswer nextType();
     PointAnswer nextPoint();
     bool userBreak();
+    // Null when no value was given for that name.
+    const VariableValue* variable(std::wstring_view name) const;
     void record(Prompt prompt);
     void recordPrint(const std::wstring& text) { printed_ += text; }
     void recordLine(const Line& line) { lines_.push_back(line); }
@@ -124,6 +132,7 @@ class Scripted {
     std::deque<SelectAnswer> selections_;
     std::deque<TypeAnswer> texts_;
     std::deque<PointAnswer> points_;
+    std::map<std::wstring, VariableValue> variables_;  // by names in capitals
     int breakAt_ = 0;
     std::vector<int> refusedMembers_;
     int lengthCode_ = RTNORM;

@@ -198,7 +198,8 @@ int acedSSGet(const ACHAR* mode, const void* point1, const void* point2, const r
         return scriptedSelect(*scripted, mode, point1, filter, set);
     State* state = currentState();
     const Mode parsed = parseMode(mode);
-    if (state == nullptr || state->drawing() == nullptr || !parsed.known) return RTERROR;
+    if (state == nullptr || !parsed.known) return RTERROR;
+    if (state->drawing() == nullptr) return state->refusePrompt(PromptRecord::Kind::selection);
     Filter tests;
     std::wstring problem;
     if (!tests.read(filter, problem)) {

@@ -145,7 +145,8 @@ class Session {
 
     // Answers come from `text` first, until it ends; then from the input again. A script that is
     // running already is stopped. All commands of the script are one undo step together, each one
-    // still a step inside of it.
+    // still a step inside of it. Throws CommandFailure when `name` has run already in the chain of
+    // scripts that have started each other: it would never end.
     void runScript(std::wstring text, std::wstring name);
 
     // --- prompts of host commands --------------------------------------------------------------

@@ -46,10 +46,12 @@ class Session::Implementation {
     void print(std::wstring_view text);
     void error(std::wstring_view sentence);
     // Shows the prompt and takes a reply. What is no free text may be an expression or "!symbol".
-    Answer ask(Request request);
+    Answer ask(const Request& request);
     Answer askWord(std::wstring_view prompt, std::vector<std::wstring> completions = {});
     // Notes how a prompt of the running command ended.
     void record(PromptRecord record);
+    // Notes that a prompt could not be shown for want of a drawing; gives RTERROR.
+    int refusePrompt(PromptRecord::Kind kind);
 
     Output& output() { return output_; }
     Session& session() const { return owner_; }
@@ -123,6 +125,7 @@ class Session::Implementation {
     Input& input_;
     Output& output_;
     std::unique_ptr<ScriptInput> script_;
+    std::vector<std::wstring> scriptChain_;  // the running script behind those that led to it
     bool scriptGroupIsOpen_ = false;
     std::unique_ptr<ScriptInput> ahead_;
     std::deque<std::wstring> sent_;

@@ -6,6 +6,7 @@
 #include "host/database/Fault.h"
 #include "host/editor/Drawn.h"
 #include "host/editor/ResultBuffers.h"
+#include "host/editor/Scripted.h"
 #include "host/editor/SessionState.h"
 #include "host/editor/Words.h"
 
@@ -200,6 +201,14 @@ std::vector<std::wstring> Variables::names() const {
     return all;
 }
 
+const VariableValue* variableValue(std::wstring_view name) {
+    const Scripted* scripted = Scripted::current();
+    const VariableValue* value = scripted == nullptr ? nullptr : scripted->variable(name);
+    if (value != nullptr) return value;
+    State* state = currentState();
+    return state == nullptr ? nullptr : state->variables.get(name);
+}
+
 }  // namespace host::editor
 
 using namespace host::editor;
@@ -260,9 +269,8 @@ bool valueOf(const resbuf& given, VariableValue& value) {
 
 int acedGetVar(const ACHAR* name, resbuf* result) {
     HOST_CALL("acedGetVar");
-    Session::Implementation* state = currentState();
-    if (state == nullptr || name == nullptr || result == nullptr) return RTERROR;
-    const VariableValue* value = state->variables.get(name);
+    if (name == nullptr || result == nullptr) return RTERROR;
+    const VariableValue* value = variableValue(name);
     return value != nullptr && fill(*result, *value) ? RTNORM : RTERROR;
 }
 

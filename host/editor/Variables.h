@@ -42,4 +42,8 @@ class Variables {
     std::map<std::wstring, Entry, std::less<>> entries_;
 };
 
+// The value that the interface tells: the test's, if one was given (see Scripted.h), else the
+// session's; null for an unknown name, and without either.
+const VariableValue* variableValue(std::wstring_view name);
+
 }  // namespace host::editor

@@ -1,4 +1,5 @@
-// The examples of docs/using.md, run as they are printed there.
+// The examples of README.md and docs/using.md, run as they are printed there, the table of angles
+// in docs/command.md computed again, and the files that the documents name.
 //
 // A block that opens with ```scr NAME is the content of the file NAME. In a block that opens with
 // ```console a line "$ orlinth ..." is run, "$ cat NAME" shows a file, "$ echo $?" the exit code of
@@ -6,21 +7,30 @@
 // without "$ echo $?" ends with 0.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <optional>
+#include <regex>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "tests/host/console/PlainDrawing.h"
 #include "tests/host/console/Transcript.h"
 
 namespace {
 
 using namespace console_test;
 
-std::filesystem::path document(const char* name) {
-    return exampleDrawing().parent_path().parent_path() / "docs" / name;
+// `name` as seen from the root of the sources.
+std::filesystem::path document(const std::string& name) {
+    return exampleDrawing().parent_path().parent_path() / name;
 }
+
+const std::vector<std::string> documents{"README.md",     "CONTRIBUTING.md",
+                                         "docs/using.md", "docs/command.md",
+                                         "docs/dxf.md",   "docs/architecture.md"};
 
 bool startsWith(const std::string& text, const std::string& start) {
     return text.rfind(start, 0) == 0;
@@ -51,7 +61,8 @@ std::vector<Block> blocksOf(const std::string& text) {
 // Runs the commands of a console block; gives how many there were.
 class Example {
   public:
-    Example(const Block& block, const Folder& folder) : block_(block), folder_(folder) {}
+    Example(const std::string& document, const Block& block, const Folder& folder)
+        : document_(document), block_(block), folder_(folder) {}
 
     int play() {
         int runs = 0;
@@ -83,7 +94,7 @@ class Example {
             return false;
         }
         expectExit(0);
-        place_ = "using.md:" + std::to_string(block_.line) + " " + command;
+        place_ = document_ + ":" + std::to_string(block_.line) + " " + command;
         const std::vector<std::string> words = splitCommandLine(command);
         std::string output;
         if (words.at(1) == "cat") {
@@ -99,26 +110,91 @@ class Example {
         return true;
     }
 
+    const std::string& document_;
     const Block& block_;
     const Folder& folder_;
     std::optional<int> exit_;
     std::string place_;
 };
 
-TEST(Documentation, EveryExampleOfUsingPrintsWhatIsWritten) {
+// Plays the examples of a document; gives how many calls of the program there were.
+int playExamples(const std::string& name) {
     const Folder folder;
     write(folder / "streets.dxf", read(exampleDrawing()));
     int runs = 0;
-    for (const Block& block : blocksOf(read(document("using.md")))) {
+    for (const Block& block : blocksOf(read(document(name)))) {
         if (startsWith(block.heading, "scr ")) {
             std::string content;
             for (const std::string& line : block.lines) content += line + "\n";
             write(folder / std::filesystem::u8path(block.heading.substr(4)), content);
         } else if (block.heading == "console") {
-            runs += Example(block, folder).play();
+            runs += Example(name, block, folder).play();
         }
     }
-    EXPECT_GT(runs, 10);
+    return runs;
+}
+
+TEST(Documentation, EveryExampleOfUsingPrintsWhatIsWritten) {
+    EXPECT_GT(playExamples("docs/using.md"), 10);
+}
+
+TEST(Documentation, EveryExampleOfTheReadmePrintsWhatIsWritten) {
+    EXPECT_GE(playExamples("README.md"), 2);
+}
+
+// The targets of links, and names in backticks that are paths by their looks: a slash or an
+// extension of ours in them, no blank, no wild card and no place holder.
+std::vector<std::string> namedFiles(const std::string& text) {
+    static const std::regex link(R"(\]\(([^)#:]+)\))");
+    static const std::regex name(
+        R"(`([A-Za-z0-9_.]+(?:/[A-Za-z0-9_.]+)*(?:/|\.(?:h|cpp|md|py|sh|dxf)))`)");
+    std::vector<std::string> names;
+    for (const std::regex& pattern : {link, name}) {
+        for (std::sregex_iterator i(text.begin(), text.end(), pattern), none; i != none; ++i)
+            names.push_back((*i)[1]);
+    }
+    return names;
+}
+
+TEST(Documentation, FilesThatAreNamedExist) {
+    // Made by the reader or the build.
+    const std::vector<std::string> made{"run.scr", "town.dxf"};
+    int checked = 0;
+    for (const std::string& name : documents) {
+        const std::filesystem::path folder = document(name).parent_path();
+        for (const std::string& file : namedFiles(read(document(name)))) {
+            if (std::find(made.begin(), made.end(), file) != made.end()) continue;
+            ++checked;
+            EXPECT_TRUE(std::filesystem::exists(folder / file) ||
+                        std::filesystem::exists(document(file)) ||
+                        std::filesystem::exists(document("examples") / file))
+                << name << " names " << file;
+        }
+    }
+    EXPECT_GT(checked, 20);
+}
+
+// The columns: where the segment runs, the text, the symbol, the symbol with "k", in degrees.
+TEST(Documentation, TheTableOfAnglesIsThatOfAPlainCalculation) {
+    static const std::regex row(
+        R"(\| (\d+)(?: \([a-z]+\))? \| (-?[\d.]+) \| (-?[\d.]+) \| (-?[\d.]+) \|)");
+    int rows = 0;
+    for (const std::string& line : lines(read(document("docs/command.md")))) {
+        std::smatch cells;
+        if (!std::regex_match(line, cells, row)) continue;
+        ++rows;
+        const double direction = std::stod(cells[1]) * 3.141592653589793 / 180.0;
+        // Directions along an axis have a zero in them.
+        const auto exact = [](double part) { return std::round(part * 1e12) / 1e12; };
+        const std::vector<Plane> segment{{0, 0},
+                                         {exact(std::cos(direction)), exact(std::sin(direction))}};
+        const Record text{"TEXT", {}};
+        const Record symbol{"INSERT", {}};
+        EXPECT_NEAR(std::stod(cells[2]), expectedRotation(text, segment, false), 1e-5) << line;
+        EXPECT_NEAR(std::stod(cells[3]), expectedRotation(symbol, segment, false), 1e-5) << line;
+        EXPECT_NEAR(std::stod(cells[4]), expectedRotation(symbol, segment, true), 1e-5) << line;
+    }
+    EXPECT_EQ(rows, 8);
 }
 
 }  // namespace

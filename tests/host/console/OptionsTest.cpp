@@ -92,6 +92,11 @@ TEST(Options, ADrawingNamedTwiceIsRefused) {
     EXPECT_TRUE(contains(refusal({"a.dxf", "-i", "b.dxf"}), "twice"));
 }
 
+TEST(Options, BehindTwoDashesOnlyNamesFollow) {
+    EXPECT_EQ(accepted({"-o", "b.dxf", "--", "a.dxf"}).drawing, "a.dxf");
+    EXPECT_TRUE(contains(refusal({"--", "a.dxf", "--verify"}), "--verify"));
+}
+
 TEST(Options, ARefusalTellsWhereToReadOn) {
     EXPECT_TRUE(contains(refusal({"--colour"}), "Try 'orlinth --help'."));
     EXPECT_TRUE(contains(refusal({"align", "--colour"}), "Try 'orlinth align --help'."));

@@ -75,6 +75,16 @@ TEST_F(Program, AScriptWithZeroBytesIsNoScript) {
     EXPECT_EQ(outcome.output, "");
 }
 
+TEST_F(Program, ADwgIsToldApart) {
+    write(folder_ / "town.dwg", std::string("AC1032\0\0\0\0\0\x03", 12));
+    const Outcome outcome = call({"align", "town.dwg", "--line", "handle=2F", "-o", "out.dxf"});
+    EXPECT_EQ(outcome.exit, 3);
+    EXPECT_EQ(outcome.error,
+              "orlinth: town.dwg, line 1: expected a DXF drawing, found a DWG drawing; save it as "
+              "DXF in a "
+              "CAD program\n");
+}
+
 TEST_F(Program, ScriptsInEveryEncodingAreRead) {
     const std::string utf8 = "SAVE \xC3\xB6.dxf\n";
     std::string utf16 = "\xFF\xFE";
@@ -110,6 +120,20 @@ TEST_F(Program, TheLogHoldsEverythingPrintedInItsOrder) {
         "Command: NOSUCHCOMMAND\n"
         "orlinth: run.scr, line 6: there is no command NOSUCHCOMMAND. HELP lists the commands\n"
         "orlinth: out.dxf was not written, because the session did not end well\n");
+}
+
+// Messages stay readable whatever was typed.
+TEST_F(Program, LongLinesAreToldByTheirBeginning) {
+    write(folder_ / "run.scr", std::string(1'000'000, 'A') + "\n");
+    const Outcome command = call({"streets.dxf", "-s", "run.scr"});
+    EXPECT_EQ(command.exit, 5);
+    EXPECT_EQ(command.error, "orlinth: run.scr, line 1: there is no command " +
+                                 std::string(100, 'A') + " .... HELP lists the commands\n");
+    write(folder_ / "run.scr",
+          "ZEPTAlignEntities\n(handent \"2F\")\nALL\n\n" + std::string(1'000'000, 'k') + "\n");
+    EXPECT_EQ(call({"streets.dxf", "-s", "run.scr", "-o", "out.dxf"}).exit, 0);
+    write(folder_ / "run.scr", std::string(1'000'000, '(') + "\n");
+    EXPECT_EQ(call({"streets.dxf", "-s", "run.scr"}).exit, 1);
 }
 
 TEST_F(Program, TheLogIsWrittenAnew) {
@@ -158,6 +182,69 @@ TEST_F(Program, ALogOnAFullDiskIsToldAndTheJobIsDone) {
     EXPECT_EQ(outcome.exit, 0);
     EXPECT_EQ(outcome.error, "orlinth: the log '/dev/full' could not be written to its end\n");
     EXPECT_TRUE(std::filesystem::exists(folder_ / "out.dxf"));
+}
+
+// Natively only: the shell that closes the streams. Their numbers go to files that are opened
+// later, which must not get the words meant for a screen.
+TEST_F(Program, ClosedStreamsNeverLandInAFile) {
+    ASSERT_EQ(
+        call({"align", "streets.dxf", "--line", "handle=2F", "-o", "open.dxf", "--log", "open.txt"})
+            .exit,
+        0);
+    const std::string command =
+        "exec '" + orlinth().string() +
+        "' align streets.dxf --line handle=2F -o shut.dxf --log shut.txt <&- >&- 2>&-";
+    EXPECT_EQ(run({"/bin/sh", {"-c", command}, folder_.path(), {}}).exit, 0);
+    EXPECT_EQ(read(folder_ / "shut.dxf"), read(folder_ / "open.dxf"));
+    std::string log = read(folder_ / "open.txt");
+    log.replace(log.find("open.dxf"), 4, "shut");
+    EXPECT_EQ(read(folder_ / "shut.txt"), log);
+}
+
+// Natively only: the shell's signals. Whether the signal comes before, in or behind the writing is
+// left to chance; what holds in each case is not.
+TEST_F(Program, SavingThatIsInterruptedLeavesTheTargetAndNothingElse) {
+    const std::size_t end = drawing_.rfind("ENDSEC", drawing_.find("OBJECTS"));
+    ASSERT_NE(end, std::string::npos);
+    const std::size_t record = drawing_.rfind('0', end);
+    std::string large = drawing_.substr(0, drawing_.rfind('\n', record) + 1);
+    const std::string eol = drawing_.find("\r\n") == std::string::npos ? "\n" : "\r\n";
+    const std::string point = "  0" + eol + "POINT" + eol + "  8" + eol + "0" + eol + " 10" + eol +
+                              "1.0" + eol + " 20" + eol + "1.0" + eol;
+    while (large.size() < 12'000'000) large += point;
+    large += drawing_.substr(drawing_.rfind('\n', record) + 1);
+    write(folder_ / "large.dxf", large);
+    int interrupted = 0;
+    for (int round = 0; round < 3; ++round) {
+        write(folder_ / "out.dxf", "mine");
+        const std::string command =
+            "'" + orlinth().string() +
+            "' align large.dxf --line handle=30 --select handle=63 -o out.dxf & p=$!; "
+            "while kill -0 $p 2>/dev/null; do for f in orlinth-*.tmp; do "
+            "if [ -e \"$f\" ]; then kill -TERM $p; wait $p; exit $?; fi; done; done; "
+            "wait $p; exit $?";
+        const Outcome outcome = run({"/bin/sh", {"-c", command}, folder_.path(), {}});
+        if (outcome.exit == 4) {
+            ++interrupted;
+            EXPECT_EQ(outcome.error, "orlinth: out.dxf was not written: it was interrupted\n");
+            EXPECT_EQ(read(folder_ / "out.dxf"), "mine");
+        } else {
+            EXPECT_EQ(outcome.exit, 0) << outcome.error;
+            EXPECT_GT(read(folder_ / "out.dxf").size(), large.size());
+        }
+        EXPECT_EQ(fileCount(), 3);
+    }
+    RecordProperty("interrupted", interrupted);
+}
+
+// Natively only: Windows has no such devices.
+TEST_F(Program, DevicesThatNeverEndAreNotRead) {
+    const Outcome drawing = call({"/dev/zero"});
+    EXPECT_EQ(drawing.exit, 3);
+    EXPECT_EQ(drawing.error, "orlinth: /dev/zero: expected a DXF drawing, found a device\n");
+    const Outcome script = call({"streets.dxf", "-s", "/dev/zero"});
+    EXPECT_EQ(script.exit, 3);
+    EXPECT_EQ(script.error, "orlinth: the script '/dev/zero' can't be read: it is a device\n");
 }
 
 // Natively only: the shell that closes the pipe.

@@ -80,7 +80,7 @@ TEST_P(Corpus, TurnsTextsAndBlockReferencesAndNothingElse) {
     const auto after = Document::fromBytes(dxf::apply(*document, changes), "turned.dxf");
     std::size_t differences = 0;
     compare(*document, *after, [&](const Difference& difference) {
-        EXPECT_TRUE(isExpected(difference, *document, changes)) << difference.text();
+        EXPECT_TRUE(isExpected(difference, *document, *after, changes)) << difference.text();
         ++differences;
         return true;
     });

@@ -42,8 +42,7 @@ constexpr Broken kBroken[] = {
      "code 10"},
     {"only_comments", ", line 3: expected a record (group code 0), found the end of the file"},
     {"drawing_of_the_other_kind",
-     ", line 1: expected a DXF drawing, which begins with a group code (a whole number), found "
-     "'AC1015\\x00\\x00\\x00\\x00\\x00\\x00\\x06\\x01'"},
+     ", line 1: expected a DXF drawing, found a DWG drawing; save it as DXF in a CAD program"},
     {"utf16",
      ", line 1: expected a DXF drawing, which begins with a group code (a whole number), found "
      "'\\xFF\\xFE0\\x00'"},

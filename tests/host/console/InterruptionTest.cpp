@@ -1,0 +1,64 @@
+#include "host/console/Interruption.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <vector>
+
+namespace {
+
+using host::console::Interruption;
+
+int heard = 0;
+
+void hear(int) {
+    ++heard;
+}
+
+TEST(Interruption, IsToldAtTheNextStepAndNotWhenAllIsDone) {
+    for (const int signal : {SIGINT, SIGTERM}) {
+        const Interruption interruption;
+        std::vector<double> shown;
+        const auto watching = interruption.watching([&](double part) { shown.push_back(part); });
+        watching(0.25);
+        std::raise(signal);
+        EXPECT_THROW(watching(0.5), Interruption::Happened);
+        watching(1.0);
+        EXPECT_EQ(shown, (std::vector<double>{0.25, 1.0}));
+    }
+}
+
+TEST(Interruption, IsForgottenByTheNextOne) {
+    {
+        const Interruption first;
+        std::raise(SIGINT);
+    }
+    const Interruption second;
+    EXPECT_NO_THROW(second.watching({})(0.5));
+}
+
+TEST(Interruption, GivesTheSignalsBackToWhomeverHadThem) {
+    const auto before = std::signal(SIGTERM, hear);
+    heard = 0;
+    {
+        const Interruption interruption;
+        std::raise(SIGTERM);
+        EXPECT_EQ(heard, 0);
+    }
+    std::raise(SIGTERM);
+    EXPECT_EQ(heard, 1);
+    std::signal(SIGTERM, before);
+}
+
+TEST(Interruption, WhatIsIgnoredStaysIgnored) {
+    const auto before = std::signal(SIGINT, SIG_IGN);
+    {
+        const Interruption interruption;
+        std::raise(SIGINT);
+        EXPECT_NO_THROW(interruption.watching({})(0.5));
+    }
+    std::raise(SIGINT);
+    std::signal(SIGINT, before);
+}
+
+}  // namespace

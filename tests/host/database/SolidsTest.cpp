@@ -1,0 +1,229 @@
+// Regions and solids: the bodies that the host makes, and how they stand in the file.
+#include <dbents.h>
+#include <dbregion.h>
+#include <dbsol3d.h>
+#include <dbsymtb.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <map>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "host/database/Drawing.h"
+#include "host/database/SolidText.h"
+#include "tests/host/support/DrawingText.h"
+#include "tests/host/support/LedgerListener.h"
+
+namespace host::database {
+namespace {
+
+std::unique_ptr<AcDbRegion> discOf(const AcGeVector3d& normal, double radius) {
+    AcDbCircle circle(AcGePoint3d(1, 2, 3), normal, radius);
+    AcDbVoidPtrArray curves, regions;
+    curves.append(&circle);
+    EXPECT_EQ(Acad::eOk, AcDbRegion::createFromCurves(curves, regions));
+    EXPECT_EQ(1, regions.length());
+    return std::unique_ptr<AcDbRegion>(static_cast<AcDbRegion*>(regions[0]));
+}
+
+Acad::ErrorStatus append(AcDbDatabase& database, std::unique_ptr<AcDbEntity> entity) {
+    AcDbBlockTable* table = nullptr;
+    EXPECT_EQ(Acad::eOk, database.getSymbolTable(table, AcDb::kForRead));
+    AcDbBlockTableRecord* space = nullptr;
+    EXPECT_EQ(Acad::eOk, table->getAt(ACDB_MODEL_SPACE, space, AcDb::kForWrite));
+    table->close();
+    const Acad::ErrorStatus status = space->appendAcDbEntity(entity.get());
+    space->close();
+    if (status == Acad::eOk) entity.release()->close();
+    return status;
+}
+
+std::unique_ptr<AcDb3dSolid> cylinder() {
+    auto solid = std::make_unique<AcDb3dSolid>();
+    const AcDbLine path(AcGePoint3d(1, 2, 3), AcGePoint3d(1, 2, 8));
+    EXPECT_EQ(Acad::eOk, solid->extrudeAlongPath(discOf({0, 0, 1}, 2).get(), &path));
+    return solid;
+}
+
+TEST(Regions, AreMadeOfCirclesAndOtherCurvesPassedOver) {
+    AcDbCircle circle(AcGePoint3d(1, 2, 3), AcGeVector3d(0, 0, 1), 2);
+    AcDbCircle none(AcGePoint3d(1, 2, 3), AcGeVector3d(0, 0, 1), 0);
+    AcDbLine line(AcGePoint3d(1, 2, 3), AcGePoint3d(4, 5, 6));
+    AcDbVoidPtrArray curves, regions;
+    for (AcDbCurve* curve : std::vector<AcDbCurve*>{&line, &circle, &none, &circle})
+        curves.append(curve);
+    EXPECT_EQ(Acad::eOk, AcDbRegion::createFromCurves(curves, regions));
+    ASSERT_EQ(2, regions.length());
+    for (int i = 0; i < 2; ++i) {
+        const std::unique_ptr<AcDbRegion> region(static_cast<AcDbRegion*>(regions[i]));
+        EXPECT_FALSE(region->isNull());
+    }
+    EXPECT_TRUE(AcDbRegion().isNull());
+    AcDbVoidPtrArray lines, empty;
+    lines.append(&line);
+    lines.append(&none);
+    EXPECT_EQ(Acad::eInvalidInput, AcDbRegion::createFromCurves(lines, empty));
+    EXPECT_EQ(0, empty.length());
+}
+
+TEST(Solids, TakeADiscAlongALineAcrossIt) {
+    AcDb3dSolid solid;
+    EXPECT_TRUE(solid.isNull());
+    const auto disc = discOf({0, 0, 1}, 2);
+    const AcDbLine across(AcGePoint3d(1, 2, 3), AcGePoint3d(1, 2, 8));
+    const AcDbLine slanted(AcGePoint3d(1, 2, 3), AcGePoint3d(2, 2, 8));
+    const AcDbLine nowhere(AcGePoint3d(1, 2, 3), AcGePoint3d(1, 2, 3));
+    const AcDbCircle circle(AcGePoint3d(1, 2, 3), AcGeVector3d(1, 0, 0), 2);
+    const AcDbRegion empty;
+    EXPECT_EQ(Acad::eNullObjectPointer, solid.extrudeAlongPath(nullptr, &across));
+    EXPECT_EQ(Acad::eNullObjectPointer, solid.extrudeAlongPath(disc.get(), nullptr));
+    EXPECT_EQ(Acad::eInvalidInput, solid.extrudeAlongPath(disc.get(), &slanted));
+    EXPECT_EQ(Acad::eInvalidInput, solid.extrudeAlongPath(disc.get(), &nowhere));
+    EXPECT_EQ(Acad::eInvalidInput, solid.extrudeAlongPath(&empty, &across));
+    EXPECT_EQ(Acad::eInvalidInput, solid.extrudeAlongPath(disc.get(), &across, 0.1));
+    EXPECT_EQ(Acad::eNotImplementedYet, solid.extrudeAlongPath(disc.get(), &circle));
+    EXPECT_TRUE(solid.isNull());
+    EXPECT_EQ(Acad::eOk, solid.extrudeAlongPath(disc.get(), &across));
+    EXPECT_FALSE(solid.isNull());
+}
+
+TEST(Solids, AreWrittenInTheReleasesWhoseFormOfBodiesTheHostKnows) {
+    for (const auto& [release, fits] :
+         std::vector<std::pair<const char*, bool>>{{"AC1009", false},
+                                                   {"AC1012", false},
+                                                   {"AC1014", false},
+                                                   {"AC1015", true},
+                                                   {"AC1018", true},
+                                                   {"AC1021", true},
+                                                   {"AC1024", true},
+                                                   {"AC1027", false},
+                                                   {"AC1032", false}}) {
+        const auto database = test::DrawingText(release).layer("0").database();
+        EXPECT_EQ(fits ? Acad::eOk : Acad::eInvalidDwgVersion, append(*database, cylinder()))
+            << release;
+        EXPECT_EQ(fits ? 1u : 0u, modelSpaceIds(*database).size()) << release;
+    }
+    const auto database = test::DrawingText("AC1015").layer("0").database();
+    EXPECT_EQ(Acad::eInvalidInput, append(*database, std::make_unique<AcDb3dSolid>()));
+}
+
+TEST(Solids, StandInTheFileAsEncodedLines) {
+    for (const char* const release : {"AC1015", "AC1021"}) {
+        const auto database = test::DrawingText(release).layer("0").database();
+        ASSERT_EQ(Acad::eOk, append(*database, cylinder()));
+        const auto document = dxf::Document::fromBytes(test::savedBytes(*database), "saved");
+        std::vector<std::string> solid;
+        for (dxf::RecordIndex record = 0; record < document->size(); ++record) {
+            if (document->type(record) == "3DSOLID") solid = test::groupsOf(*document, record);
+        }
+        std::vector<std::string> markers, lines;
+        for (const std::string& group : solid) {
+            if (group.rfind("100 ", 0) == 0) markers.push_back(group.substr(4));
+            if (group.rfind("1 ", 0) == 0) lines.push_back(group.substr(2));
+        }
+        std::vector<std::string> expected{"AcDbEntity", "AcDbModelerGeometry"};
+        if (release == std::string("AC1021")) expected.emplace_back("AcDb3dSolid");
+        EXPECT_EQ(expected, markers);
+        const auto body = cylinderText({1, 2, 3}, {0, 0, 5}, 2);
+        ASSERT_EQ(body.size(), lines.size());
+        for (std::size_t i = 0; i < body.size(); ++i) EXPECT_EQ(encodedBody(body[i]), lines[i]);
+    }
+}
+
+TEST(SolidText, CodesOfACharacterAndItsImageSumTo159) {
+    EXPECT_EQ("=0;& {rn |", encodedBody("body $-1 #"));
+    EXPECT_EQ("^ ", encodedBody("A"));
+    EXPECT_EQ("  ", encodedBody("  "));
+}
+
+// The records of a body: type and the indexes that it refers to, in their order.
+struct Record {
+    std::string type;
+    std::vector<int> refers;
+    std::vector<std::string> rest;
+};
+std::vector<Record> recordsOf(const std::vector<std::string>& lines) {
+    std::vector<Record> records;
+    for (std::size_t i = 3; i + 1 < lines.size(); ++i) {
+        std::istringstream words(lines[i]);
+        Record record;
+        words >> record.type;
+        for (std::string word; words >> word;) {
+            if (word[0] == '$') {
+                record.refers.push_back(std::stoi(word.substr(1)));
+            } else {
+                record.rest.push_back(word);
+            }
+        }
+        records.push_back(record);
+    }
+    return records;
+}
+
+TEST(SolidText, EveryReferenceLeadsToTheTypeItIsFor) {
+    // attribute first, then what each type refers to; an empty text: nothing.
+    const std::map<std::string, std::vector<std::string>> wanted{
+        {"body", {"", "lump", "", ""}},
+        {"lump", {"", "lump", "shell", "body"}},
+        {"shell", {"", "shell", "", "face", "", "lump"}},
+        {"face", {"", "face", "loop", "shell", "", "surface"}},
+        {"loop", {"", "loop", "coedge", "face"}},
+        {"coedge", {"", "coedge", "coedge", "coedge", "edge", "loop", ""}},
+        {"edge", {"", "vertex", "vertex", "coedge", "curve"}},
+        {"vertex", {"", "edge", "point"}}};
+    const auto records = recordsOf(cylinderText({1, 2, 3}, {3, 4, 0}, 2));
+    ASSERT_EQ(25u, records.size());
+    for (const Record& record : records) {
+        EXPECT_EQ("#", record.rest.back());
+        const auto found = wanted.find(record.type);
+        const auto types = found != wanted.end() ? found->second : std::vector<std::string>{""};
+        ASSERT_EQ(types.size(), record.refers.size()) << record.type;
+        for (std::size_t i = 0; i < types.size(); ++i) {
+            if (record.refers[i] < 0) continue;
+            ASSERT_LT(static_cast<std::size_t>(record.refers[i]), records.size());
+            const std::string& type = records[static_cast<std::size_t>(record.refers[i])].type;
+            EXPECT_FALSE(types[i].empty()) << record.type;
+            EXPECT_NE(std::string::npos, type.find(types[i])) << record.type << " " << type;
+        }
+    }
+    // Partners share an edge and run against each other.
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        if (records[i].type != "coedge") continue;
+        const Record& partner = records[static_cast<std::size_t>(records[i].refers[3])];
+        EXPECT_EQ(static_cast<int>(i), partner.refers[3]);
+        EXPECT_EQ(records[i].refers[4], partner.refers[4]);
+        EXPECT_NE(records[i].rest[0], partner.rest[0]);
+    }
+}
+
+TEST(SolidText, PlacesItsCirclesAtBothEnds) {
+    const auto records = recordsOf(cylinderText({1, 2, 3}, {3, 4, 0}, 2));
+    std::vector<std::vector<double>> circles, points;
+    for (const Record& record : records) {
+        std::vector<double> numbers;
+        for (const std::string& word : record.rest)
+            if (word != "#" && word != "I") numbers.push_back(std::strtod(word.c_str(), nullptr));
+        if (record.type == "ellipse-curve") circles.push_back(numbers);
+        if (record.type == "point") points.push_back(numbers);
+    }
+    ASSERT_EQ(2u, circles.size());
+    ASSERT_EQ(2u, points.size());
+    for (std::size_t i = 0; i < 2; ++i) {
+        const auto& c = circles[i];
+        EXPECT_EQ((std::vector<double>{1.0 + 3.0 * static_cast<double>(i),
+                                       2.0 + 4.0 * static_cast<double>(i), 3.0}),
+                  (std::vector<double>{c[0], c[1], c[2]}));
+        EXPECT_NEAR(0.6, c[3], 1e-15);
+        EXPECT_NEAR(0.8, c[4], 1e-15);
+        EXPECT_NEAR(2.0, std::sqrt(c[6] * c[6] + c[7] * c[7] + c[8] * c[8]), 1e-14);
+        EXPECT_NEAR(0.0, c[3] * c[6] + c[4] * c[7] + c[5] * c[8], 1e-15);
+        for (std::size_t axis = 0; axis < 3; ++axis)
+            EXPECT_NEAR(c[axis] + c[6 + axis], points[i][axis], 1e-14);
+    }
+}
+
+}  // namespace
+}  // namespace host::database
