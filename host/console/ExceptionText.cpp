@@ -54,7 +54,7 @@ std::string describeException() {
     } catch (TamLib::TamExpWinSeException* exception) {
         if (exception == nullptr)
             return "TamLib::TamExpWinSeException without an object, for want of memory";
-        const std::string text = describe(*exception);
+        std::string text = describe(*exception);
         exception->Delete();
         return text;
     } catch (const TamLib::TamExpBase* exception) {

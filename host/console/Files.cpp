@@ -21,8 +21,14 @@ bool isUtf16(const std::string& bytes) {
 std::wstring readScript(const std::filesystem::path& path) {
     const std::string name = "the script '" + utf8(path) + "'";
     std::error_code error;
-    if (std::filesystem::is_directory(path, error))
+    const std::filesystem::file_status kind = std::filesystem::status(path, error);
+    if (kind.type() == std::filesystem::file_type::not_found)
+        throw UnreadableFile(name + " does not exist");
+    if (std::filesystem::is_directory(kind))
         throw UnreadableFile(name + " can't be read: it is a folder");
+    // A device may go on for ever.
+    if (std::filesystem::is_character_file(kind) || std::filesystem::is_block_file(kind))
+        throw UnreadableFile(name + " can't be read: it is a device");
     errno = 0;
     std::ifstream stream(path, std::ios::binary);
     if (!stream)

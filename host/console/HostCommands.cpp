@@ -137,6 +137,9 @@ void script(Session& session, Workplace& workplace) {
         session.runScript(readScript(pathFrom(reply)), reply);
     } catch (const UnreadableFile& error) {
         fail(workplace, Exit::unreadable, error.what());
+    } catch (const CommandFailure&) {  // it has led to itself
+        workplace.verdict.fail(Exit::scriptEnded);
+        throw;
     }
 }
 

@@ -28,7 +28,23 @@ int wmain(int count, wchar_t** arguments) {
 
 #else
 
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+// A stream that the caller has closed leaves its number to the next file that is opened: words for
+// standard output would then land in a drawing.
+void openClosedStreams() {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(stream, F_GETFD) == -1) open("/dev/null", O_RDWR);
+    }
+}
+
+}  // namespace
+
 int main(int count, char** arguments) {
+    openClosedStreams();
     if (count == 0) return host::console::runProgram({});
     return host::console::runProgram({arguments + 1, arguments + count});
 }

@@ -194,28 +194,39 @@ void addCommonOptions(CLI::App& app, Raw& raw, Options& options) {
 }
 
 // An empty value is as good as none: a shell variable that was not set. An option in the place of a
-// file means that the file was forgotten.
+// file means that the file was forgotten. The parser takes -o=FILE for a file named "=FILE".
 void refuseMissingValues(const CLI::App& app) {
     for (const CLI::Option* option : app.get_options()) {
         if (option->get_type_size() == 0) continue;
-        const bool isFile = option->get_name() != "--line" && option->get_name() != "--select";
+        const std::string name = option->get_name();
+        const bool isFile = name != "--line" && name != "--select";
         for (const std::string& value : option->results()) {
-            if (value.empty())
-                throw std::invalid_argument(option->get_name() +
-                                            " needs a value; it was given an empty one");
-            if (isFile && value.front() == '-')
-                throw std::invalid_argument(option->get_name() + " needs a value; '" + value +
-                                            "' is an option (write ./" + value +
-                                            " for a file of that name)");
+            std::string refusal = name;
+            if (value.empty()) {
+                throw std::invalid_argument(
+                    refusal.append(" needs a value; it was given an empty one"));
+            }
+            if (!isFile || (value.front() != '-' && value.front() != '=')) continue;
+            if (value.front() == '-')
+                refusal.append(" needs a value; '").append(value).append("' is an option");
+            else
+                refusal.append(" and its value have a blank between them, no '='");
+            throw std::invalid_argument(
+                refusal.append(" (write ./").append(value).append(" for a file of that name)"));
         }
     }
 }
 
-void refuseStrangers(const CLI::App& app) {
-    for (const std::string& stranger : app.remaining())
-        throw std::invalid_argument(stranger.substr(0, 1) == "-"
-                                        ? "there is no option " + stranger
-                                        : "'" + stranger + "' is one name too many");
+void refuseStranger(const std::string& stranger) {
+    const std::string_view option = std::string_view(stranger).substr(0, stranger.find('='));
+    if (option == "--line" || option == "--select" || option == "--flip")
+        throw std::invalid_argument(std::string(option) +
+                                    " belongs to 'orlinth align DRAWING', a session asks for it");
+    if (stranger == "align")
+        throw std::invalid_argument("align comes first: orlinth align DRAWING --line LINE");
+    throw std::invalid_argument(stranger.substr(0, 1) == "-"
+                                    ? "there is no option " + stranger
+                                    : "'" + stranger + "' is one name too many");
 }
 
 const std::string& drawingOf(const Raw& raw) {
@@ -275,7 +286,9 @@ std::variant<Options, Farewell> parse(std::vector<std::string> arguments, bool a
     }
     std::reverse(arguments.begin(), arguments.end());  // the order in which the parser takes them
     app.parse(std::move(arguments));
-    refuseStrangers(app);
+    // "--" says that only names follow; the parser leaves the mark itself over.
+    for (const std::string& stranger : app.remaining())
+        if (stranger != "--") refuseStranger(stranger);
     if (raw.help) return Farewell{Exit::done, align ? alignHelpText : helpText, {}};
     if (raw.version) return Farewell{Exit::done, versionText, {}};
     refuseMissingValues(app);

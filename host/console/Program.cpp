@@ -47,7 +47,7 @@ class Call {
         : options_(options),
           printer_(printer),
           saver_(options, printer),
-          verdict_(isPerson(options)),
+          verdict_(options, isPerson(options)),
           workplace_{options, printer, saver_, verdict_, {}} {}
 
     Exit run() {
@@ -73,7 +73,10 @@ class Call {
         addHostCommands(session, workplace_);
         session.loadModule(options_.module.empty() ? besideProgram("ZEPTOrlinth.arx")
                                                    : options_.module);
-        if (!options_.drawing.empty()) openDrawing(session, workplace_, options_.drawing);
+        if (!options_.drawing.empty())
+            openDrawing(session, workplace_, options_.drawing);
+        else if (isPerson(options_))
+            printer_.print("No drawing is open. OPEN opens one, HELP lists the commands.\n");
     }
 
     void finish(Session& session) {
@@ -83,8 +86,9 @@ class Call {
         else if (!workplace_.discarded && session.drawing() != nullptr &&
                  saver_.isModified(*session.drawing()))
             printer_.print(Saver::changes(*session.drawing()) + "; not saved: " +
-                           (options_.dryRun ? "this is a dry run.\n"
-                                            : "that takes -o FILE, QSAVE or SAVEAS.\n"));
+                           (options_.readOnly ? "--readonly forbids it.\n"
+                            : options_.dryRun ? "this is a dry run.\n"
+                                              : "that takes -o FILE, QSAVE or SAVEAS.\n"));
         if (options_.verify && !saver_.hasSaved())
             printer_.print("Nothing was saved, so there is nothing to verify.\n");
         if (exit_ == Exit::done && !saver_.proved()) exit_ = Exit::unproved;

@@ -48,7 +48,7 @@ Proof prove(const dxf::Document& before, const dxf::Document& after, const dxf::
     std::set<dxf::RecordIndex> entities;
     for (const dxf::Difference& difference : differences) {
         const bool own =
-            isTurning(difference, before) && dxf::isExpected(difference, before, changes);
+            isTurning(difference, before) && dxf::isExpected(difference, before, after, changes);
         proof.text += (own ? "  " : "! ") + difference.text() + "\n";
         if (!own) ++proof.strangers;
         if (difference.before) entities.insert(*difference.before);

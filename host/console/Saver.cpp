@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <memory>
 #include <string>
+#include <system_error>
 
+#include "host/console/Interruption.h"
 #include "host/console/Meter.h"
 #include "host/console/Proof.h"
 #include "host/dxf/Document.h"
@@ -54,10 +56,20 @@ bool Saver::isModified(const AcDbDatabase& drawing) const {
 }
 
 void Saver::write(AcDbDatabase& drawing, const std::filesystem::path& target) {
+    std::error_code ignored;
+    const std::filesystem::path folder = target.parent_path();
+    if (!folder.empty() && !std::filesystem::exists(folder, ignored))
+        throw NotSaved(utf8(target) + " was not written: there is no folder " + utf8(folder) +
+                       "; make it first");
+    const Interruption interruption;
     try {
-        database::saveDrawing(drawing, target, progressMeter("Writing " + utf8(target.filename())));
+        database::saveDrawing(
+            drawing, target,
+            interruption.watching(progressMeter("Writing " + utf8(target.filename()))));
     } catch (const dxf::WriteError& error) {
         throw NotSaved(error.what());
+    } catch (const Interruption::Happened&) {
+        throw NotSaved(utf8(target) + " was not written: it was interrupted");
     }
 }
 

@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <string>
 
+#include "host/console/Narrowing.h"
 #include "host/database/Drawing.h"
+#include "host/editor/Points.h"
 #include "host/editor/Words.h"
 
 namespace host::console {
@@ -41,30 +43,25 @@ std::wstring place(const CommandResult& result) {
 }
 
 bool isExpression(const std::wstring& reply) {
-    return !reply.empty() && reply.front() == L'(';
+    return !reply.empty() && (reply.front() == L'(' || reply.front() == L'!');
 }
 
-// An expression may go on over lines; a message is one.
-std::wstring firstLine(const std::wstring& expression) {
-    const std::size_t end = expression.find(L'\n');
-    return end == std::wstring::npos ? expression : expression.substr(0, end) + L" ...";
+// What was typed, as a message tells it: an expression may go on over lines, and anything may be
+// long.
+std::wstring shown(const std::wstring& typed) {
+    constexpr std::size_t longest = 100;
+    const std::size_t end = std::min({typed.find(L'\n'), longest, typed.size()});
+    return end == typed.size() ? typed : typed.substr(0, end) + L" ...";
 }
 
-// Why a prompt that ended a command got nothing.
-std::wstring reason(const PromptRecord& prompt) {
-    if (prompt.code == RTCAN) return L"it was cancelled";
-    if (prompt.kind == PromptRecord::Kind::selection)
-        return L"nothing was selected. ALL selects what is not on a frozen or locked layer";
-    if (prompt.kind == PromptRecord::Kind::entity) {
-        if (prompt.reply.empty()) return L"nothing was picked";
-        if (isExpression(prompt.reply))
-            return firstLine(prompt.reply) + L" is no entity of the drawing";
-        return L"there is nothing at the point " + prompt.reply +
-               L". A pick reaches a hundredth of the height of the drawing's view; (handent "
-               L"\"2F\") names an entity"
-               L" by its handle";
-    }
-    return L"it did not get what it asked for";
+// Why a selection got nothing, when `orlinth align` has made it.
+std::wstring nothingPasses(const AlignRequest& request) {
+    const std::wstring onLayers = L"what stands on frozen and locked layers is left out";
+    if (selectsAll(request.filters)) return L"there is nothing to select; " + onLayers;
+    std::wstring filters;
+    for (const Filter& filter : request.filters)
+        filters += L" --select " + editor::fromUtf8(filter.text);
+    return L"no entity passes" + filters + L"; " + onLayers;
 }
 
 // The aligning command asks nothing more when the entity that was picked gives no line.
@@ -84,6 +81,29 @@ std::wstring noLine(const CommandResult& result) {
 
 }  // namespace
 
+// Why a prompt that ended a command got nothing.
+std::wstring Verdict::reason(const Session& session, const PromptRecord& prompt) const {
+    const bool align = options_.align.has_value();
+    if (session.drawing() == nullptr) return L"no drawing is open; OPEN opens one";
+    if (prompt.code == RTCAN) return L"it was cancelled";
+    if (prompt.kind == PromptRecord::Kind::selection)
+        return align ? nothingPasses(*options_.align)
+                     : L"nothing was selected. ALL selects what is not on a frozen or locked layer";
+    if (prompt.kind == PromptRecord::Kind::entity) {
+        if (prompt.reply.empty()) return L"nothing was picked";
+        if (isExpression(prompt.reply))
+            return shown(prompt.reply) + L" is no entity of the drawing";
+        if (!editor::parsePoint(editor::trimmed(prompt.reply), {}))
+            return shown(prompt.reply) +
+                   L" is no point as in 3,4 and no entity as in (handent \"2F\")";
+        return L"there is nothing at the point " + shown(prompt.reply) +
+               L". A pick reaches a hundredth of the height of the drawing's view; " +
+               (align ? L"--line handle=2F" : L"(handent \"2F\")") +
+               L" names an entity by its handle";
+    }
+    return L"it did not get what it asked for";
+}
+
 void Verdict::hear(Session& session, CommandResult& result) {
     using End = CommandResult::End;
     const bool ofModule = !isHostCommand(session, result);
@@ -101,9 +121,9 @@ void Verdict::hear(Session& session, CommandResult& result) {
             }
             break;
         case End::cancelled:
-            if (ofModule && !person_ && !result.prompts.empty())
+            if (ofModule && !result.prompts.empty() && (!person_ || session.drawing() == nullptr))
                 session.error(start + result.name + L" did not finish: " +
-                              reason(result.prompts.back()));
+                              reason(session, result.prompts.back()));
             judge(Exit::cancelled, ofModule);
             break;
         case End::inputEnded:
@@ -117,7 +137,7 @@ void Verdict::hear(Session& session, CommandResult& result) {
             judge(Exit::cancelled, true);
             break;
         case End::unknown:
-            session.error(start + L"there is no command " + result.name +
+            session.error(start + L"there is no command " + shown(result.name) +
                           L". HELP lists the commands");
             judge(Exit::scriptEnded, false);
             break;

@@ -13,8 +13,9 @@ namespace host::console {
 class Verdict {
   public:
     // `person`: somebody sits at a terminal, sees what goes wrong and tries again. Then the last
-    // command that a module offers decides; otherwise the first that went wrong does.
-    explicit Verdict(bool person) : person_(person) {}
+    // command that a module offers decides; otherwise the first that went wrong does. `options`
+    // outlives this object; what is said speaks of what was typed there.
+    Verdict(const Options& options, bool person) : options_(options), person_(person) {}
 
     // Takes note of a command that has ended, says on standard error what it did not say itself,
     // and stops a script whose next answers would be taken for others.
@@ -29,7 +30,9 @@ class Verdict {
 
   private:
     void judge(Exit code, bool decidesForPerson);
+    std::wstring reason(const editor::Session& session, const editor::PromptRecord& prompt) const;
 
+    const Options& options_;
     const bool person_;
     Exit exit_ = Exit::done;
     Exit pending_ = Exit::done;  // of the host's command that is running

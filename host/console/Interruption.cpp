@@ -1,0 +1,49 @@
+#include "host/console/Interruption.h"
+
+#include <array>
+#include <csignal>
+#include <cstddef>
+#include <utility>
+
+namespace host::console {
+
+namespace {
+
+#ifdef SIGHUP
+constexpr std::array<int, 3> watched{SIGINT, SIGTERM, SIGHUP};
+#else
+constexpr std::array<int, 2> watched{SIGINT, SIGTERM};
+#endif
+
+using Handler = void (*)(int);
+
+volatile std::sig_atomic_t interrupted = 0;
+std::array<Handler, watched.size()> earlier{};
+
+void note(int) {
+    interrupted = 1;
+}
+
+}  // namespace
+
+Interruption::Interruption() {
+    interrupted = 0;
+    for (std::size_t i = 0; i < watched.size(); ++i) {
+        earlier[i] = std::signal(watched[i], note);
+        if (earlier[i] == SIG_IGN) std::signal(watched[i], SIG_IGN);
+    }
+}
+
+Interruption::~Interruption() {
+    for (std::size_t i = 0; i < watched.size(); ++i)
+        if (earlier[i] != SIG_ERR) std::signal(watched[i], earlier[i]);
+}
+
+dxf::Progress Interruption::watching(dxf::Progress meter) const {
+    return [meter = std::move(meter)](double fraction) {
+        if (interrupted != 0 && fraction < 1) throw Happened();
+        if (meter) meter(fraction);
+    };
+}
+
+}  // namespace host::console

@@ -1,0 +1,28 @@
+// Ctrl-C, and the requests of the system to end, while a drawing is being saved: the saving is
+// given up, so that no half-written file stays behind. At all other times they end the program at
+// once, as they do by default; nothing is lost on disk then.
+#pragma once
+
+#include "host/dxf/Document.h"
+
+namespace host::console {
+
+class Interruption {
+  public:
+    // Thrown by what `watching` gives, once somebody has interrupted.
+    class Happened {};
+
+    // From here on until the object is gone, SIGINT, SIGTERM and (not under Windows) SIGHUP are
+    // noted. One that the caller of the program has told to be ignored stays ignored. One object at
+    // a time.
+    Interruption();
+    ~Interruption();
+    Interruption(const Interruption&) = delete;
+    Interruption& operator=(const Interruption&) = delete;
+
+    // `meter`, which may be empty, with a look at what was noted before each call of it. What is
+    // complete (1) is no longer interrupted.
+    dxf::Progress watching(dxf::Progress meter) const;
+};
+
+}  // namespace host::console
