@@ -197,9 +197,10 @@ bool Box::RayHit(const Point3d& origin, const Point3d& direction, Point3d* hit) 
     double plane[3] = {}, distance[3] = {-1.0, -1.0, -1.0};
     bool inside = true;
     for (int axis = 0; axis < 3; ++axis) {
-        if (from[axis] >= low[axis] && from[axis] <= high[axis]) continue;
+        const bool below = from[axis] < low[axis];
+        if (!below && !(from[axis] > high[axis])) continue;
         inside = false;
-        plane[axis] = from[axis] < low[axis] ? low[axis] : high[axis];
+        plane[axis] = below ? low[axis] : high[axis];
         if (std::fabs(along[axis]) > 1e-9)
             distance[axis] = (plane[axis] - from[axis]) / along[axis];
     }

@@ -124,6 +124,19 @@ struct Box {
     StringBase<wchar_t> ToString(const wchar_t* format = nullptr) const;
     // "(%f,%f)-(%f,%f)", or `format` when not null, with xMin, yMin, xMax, yMax.
     StringBase<wchar_t> ToString2d(const wchar_t* format = nullptr) const;
+
+    // --- Host output.
+
+    // Draws the four plan edges on the screen, at z = 0.
+    void Draw(int colour) const;
+    // Adds the twelve edges to the drawing as `Line::ToDb` does; `ids`, when given, gets growth 12
+    // and room for at least 12, and the new ids are appended. Returns the first status that is not
+    // 0.
+    int ToDb(int colour, const wchar_t* layer, Array<AcDbObjectId>* ids,
+             AcDbDatabase* database) const;
+    // The same of the four plan edges at z = 0, with room for at least 4.
+    int ToDb2d(int colour, const wchar_t* layer, Array<AcDbObjectId>* ids,
+               AcDbDatabase* database) const;
 };
 
 static_assert(sizeof(Box) == 24, "the size of one point");

@@ -178,11 +178,16 @@ std::uint32_t Line::Checksum() const {
     return sum;
 }
 
-int Line::Compare(const Line* a, const Line* b) {
+int Line::Compare2d(const Line* a, const Line* b) {
     int order = CompareCoordinate(a->x1, b->x1);
     if (order == 0) order = CompareCoordinate(a->x2, b->x2);
     if (order == 0) order = CompareCoordinate(a->y1, b->y1);
     if (order == 0) order = CompareCoordinate(a->y2, b->y2);
+    return order;
+}
+
+int Line::Compare(const Line* a, const Line* b) {
+    int order = Compare2d(a, b);
     if (order == 0) order = CompareCoordinate(a->z1, b->z1);
     if (order == 0) order = CompareCoordinate(a->z2, b->z2);
     return order;

@@ -103,6 +103,8 @@ class Line {
     // The order of lines in sorted arrays: by x1, x2, y1, y2, z1, z2; a difference below 0.0001
     // counts as equal and hands over to the next. -1, 0 or 1.
     static int Compare(const Line* a, const Line* b);
+    // The same in plan: by x1, x2, y1, y2.
+    static int Compare2d(const Line* a, const Line* b);
 
     // --- Distance and projection.
 
@@ -165,8 +167,9 @@ class Line {
     //     (`IsBelow`); it meets the other line at y. A crossing when y lies above the lower end or
     //     within 1e-8 of it. With `touch`: a touch within 0.0001 of either end, or when the upper
     //     end lies on the other line. Intended: when the line asked is the vertical one, an end of
-    //     the other line within 0.0001 of it is a touch as well, and of two vertical lines only the
-    //     upper end of the one asked counts, so that the roles are not alike.
+    //     the other line below its upper end, within 0.0001 of its x, is a touch as well, also one
+    //     that lies below its lower end; and of two vertical lines only the upper end of the one
+    //     asked counts, so that the roles are not alike.
     //   - With `touch`, each end within 0.0001 of the other segment is a touch at that end, tried
     //     ahead of any slope in the order other's start, other's end, start, end.
     //   - Slopes that differ by at least 1e-8 cross where the crossing lies in all four spans,
@@ -194,6 +197,37 @@ class Line {
     // The same on a file of that path, opened in mode "wb" or "rb" and closed; -1 when it can't be.
     int Write(const wchar_t* path) const;
     int Read(const wchar_t* path);
+
+    // --- Host output.
+
+    // Adds an AcDbLine to the model space of `database`, null being the current one, in the colour
+    // of that index and, when `layer` is given, on that layer, which is made if it doesn't exist.
+    // `id`, when given, gets its id. Returns the host's status of adding, 0 when it was added.
+    // Throws `TamExpAcad`, "Allocation of AcDbLine failed", without memory.
+    int ToDb(int colour, const wchar_t* layer, AcDbObjectId* id, AcDbDatabase* database) const;
+    // The same of a solid along the line: a circle of that radius about the start, across the
+    // direction, extruded along it. Returns 150, and adds nothing, when the circle gives no region;
+    // otherwise the status of the extrusion, and the solid is added when that is 0. Intended:
+    // `colour` has no effect.
+    int ToPipe(double radius, int colour, const wchar_t* layer, AcDbObjectId* id,
+               AcDbDatabase* database) const;
+    // Draws the line on the screen. With a `width` other than 0, copies of it shifted by k pixels
+    // across, for k from -n to n with n = width / 2; a pixel is as wide as the first one of the
+    // current window is in drawing units.
+    void Draw(int colour, bool highlight = false, int width = 0) const;
+    // Draws the line longer by `extension` at both ends with highlight, then this line over it.
+    void DrawExtended(int colour, double extension) const;
+    // For diagnosis: `Draw(colour)`, then "Line:  ", `Print` of the start, " - ", `Print` of the
+    // end, ".\n".
+    void Print(int colour) const;
+    // The labels of Point3d at both ends; the ids are appended to `ids`, when given. Returns the
+    // first status that is not 0.
+    int LabelEndsXYZ(int colour, const wchar_t* layer, Array<AcDbObjectId>* ids,
+                     AcDbDatabase* database) const;
+    int LabelEndsZ(int colour, const wchar_t* layer, Array<AcDbObjectId>* ids,
+                   AcDbDatabase* database) const;
+    int LabelEndsXY(int colour, const wchar_t* layer, Array<AcDbObjectId>* ids,
+                    AcDbDatabase* database) const;
 };
 
 static_assert(sizeof(Line) == 64, "arrays of lines and files rely on the layout");

@@ -3,19 +3,11 @@
 #include <windows.h>
 
 #include <initializer_list>
-#include <memory>
 
+#include "GeomEnts/BinaryFile.h"
 #include "GeomEnts/Line.h"
 
 namespace TamLib {
-namespace {
-
-struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
-
-}  // namespace
 
 int Line::Write(std::FILE* file) const {
     for (const double coordinate : {x1, y1, z1, x2, y2, z2})
@@ -34,12 +26,12 @@ int Line::Read(std::FILE* file) {
 }
 
 int Line::Write(const wchar_t* path) const {
-    const File file(_wfopen(path, L"wb"));
+    const BinaryFile file(_wfopen(path, L"wb"));
     return file == nullptr ? -1 : Write(file.get());
 }
 
 int Line::Read(const wchar_t* path) {
-    const File file(_wfopen(path, L"rb"));
+    const BinaryFile file(_wfopen(path, L"rb"));
     return file == nullptr ? -1 : Read(file.get());
 }
 

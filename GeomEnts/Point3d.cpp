@@ -35,13 +35,6 @@ int Point3d::CompareFine(const Point3d* a, const Point3d* b) {
     return AllWithin(*a, *b, 1e-9) ? 0 : ExactOrder(*a, *b);
 }
 
-int Point3d::CompareArray(const Point3d* a, const Point3d* b) {
-    if (!(std::fabs(a->x - b->x) < 1e-6)) return a->x > b->x ? 1 : -1;
-    if (!(std::fabs(a->y - b->y) < 1e-6)) return a->y > b->y ? 1 : -1;
-    if (!(std::fabs(a->z - b->z) < 1e-6)) return a->z > b->z ? 1 : -1;
-    return 0;
-}
-
 int Point3d::CompareExact(const Point3d* a, const Point3d* b) {
     if (a->x > b->x) return 1;
     if (b->x > a->x) return -1;

@@ -13,12 +13,17 @@
 #include <cstddef>
 #include <type_traits>
 
+#include "datastruct/Comparison.h"
+
+class AcDbDatabase;
 class AcDbEntity;
 class AcDbObjectId;
 
 namespace TamLib {
 
 class Line;
+template <class T>
+class Array;
 template <class T>
 class StringBase;
 
@@ -53,7 +58,12 @@ struct Point3d {
     // The order of point arrays: by x unless |dx| is below 1e-6, then by y unless |dy| is below
     // 1e-6, then by z unless |dz| is below 1e-6, which gives 0. Unlike `Compare`, one coordinate
     // decides without the others being looked at.
-    static int CompareArray(const Point3d* a, const Point3d* b);
+    static int CompareArray(const Point3d* a, const Point3d* b) {
+        if (!(std::fabs(a->x - b->x) < 1e-6)) return a->x > b->x ? 1 : -1;
+        if (!(std::fabs(a->y - b->y) < 1e-6)) return a->y > b->y ? 1 : -1;
+        if (!(std::fabs(a->z - b->z) < 1e-6)) return a->z > b->z ? 1 : -1;
+        return 0;
+    }
     // The exact order by x, then y, then z; equal coordinates give 0.
     static int CompareExact(const Point3d* a, const Point3d* b);
     // `Compare` of what two pointers point at, for sorting an array of pointers.
@@ -120,6 +130,31 @@ struct Point3d {
     // the result; after a prompt "\n" is printed. True when the host's result is RTNORM. `flags`
     // has no effect.
     bool GetPoint(const wchar_t* prompt, const Point3d* base, int flags = 0);
+
+    // Adds an AcDbPoint to the model space of `database`, null being the current one, in the colour
+    // of that index and, when `layer` is given, on that layer, which is made if it doesn't exist.
+    // `id`, when given, gets its id. Returns the host's status of adding, 0 when it was added.
+    // Throws `TamExpAcad`, "Allocation of AcDbPoint failed", without memory.
+    int ToDb(int colour, const wchar_t* layer, AcDbObjectId* id, AcDbDatabase* database) const;
+    // The same with a circle of radius `size` around it; a negative `size` stands for the height of
+    // the current view / 140.0. Both ids are appended to `ids`, when given. Returns the status of
+    // the point.
+    int ToDbMarked(int colour, const wchar_t* layer, Array<AcDbObjectId>* ids, double size,
+                   AcDbDatabase* database) const;
+    // Adds an AcDbText at the point: "%.3lf, %.3lf, %.3lf" of x, y and z, "%.3lf" of z, "%.3lf,
+    // %.3lf" of x and y, cut at 39, 19 and 29 characters. Its height is that of the current view /
+    // 120.0. Arguments and result are those of `ToDb`.
+    int LabelXYZ(int colour, const wchar_t* layer, AcDbObjectId* id, AcDbDatabase* database) const;
+    int LabelZ(int colour, const wchar_t* layer, AcDbObjectId* id, AcDbDatabase* database) const;
+    int LabelXY(int colour, const wchar_t* layer, AcDbObjectId* id, AcDbDatabase* database) const;
+
+    // Draws a dot on the screen, a `Line` without length, and with `withCircle` a circle of radius
+    // `size` around it; a negative `size` stands for the height of the current view / 170.0.
+    void DrawMarker(int colour, bool withCircle, double size) const;
+    // For diagnosis: prints "(%f, %f, %f)", shows the same text at the point until the next redraw,
+    // and draws two diagonals of a cube of half-side 0.1 that cross at the point: from (-,-,-) to
+    // (+,+,+) and from (-,+,-) to (+,-,+). The drawing stays as it is.
+    void Print(int colour) const;
 };
 
 static_assert(sizeof(Point3d) == 24 && offsetof(Point3d, y) == 8 && offsetof(Point3d, z) == 16,
@@ -181,5 +216,13 @@ double SlopeAngle(const Point3d& from, const Point3d& to);
 double ElevationDifference(const Point3d& a, const Point3d& b);
 // `centre` + radius * (cos(az) cos(el), sin(az) cos(el), sin(el)).
 Point3d PolarPoint(const Point3d& centre, double radius, double azimuth, double elevation);
+
+/// Arrays of points are sorted by `CompareArray`.
+template <>
+struct UsualComparison<Point3d> {
+    static constexpr bool exists = true;
+    static constexpr std::int32_t (*function)(const Point3d*,
+                                              const Point3d*) = &Point3d::CompareArray;
+};
 
 }  // namespace TamLib

@@ -1,6 +1,6 @@
 #include "GeomEnts/circle.h"
 
-#include "GeomEnts/Line.h"
+#include "GeomEnts/Arc.h"
 
 namespace TamLib {
 namespace {
@@ -32,6 +32,10 @@ Chords ChooseChords(const Point3d& a, const Point3d& b, const Point3d& c) {
 
 Circle::Circle(const Point3d& circleCentre, double circleRadius)
     : centre(circleCentre), radius(circleRadius) {}
+
+Circle::Circle(const Arc& arc) : radius(arc.Radius()) {
+    arc.Centre(centre);
+}
 
 Circle::Circle(const Point3d& a, const Point3d& b)
     : centre(Line(a, b).MidPoint()), radius(Distance2d(a, b) * 0.5) {}

@@ -7,6 +7,7 @@
 
 namespace TamLib {
 
+class Arc;
 template <class T>
 class Point3dArrayBase;
 
@@ -16,6 +17,8 @@ class Circle {
     double radius;
 
     Circle(const Point3d& circleCentre, double circleRadius);
+    // The circle of which an arc is a part: its `Centre` and `Radius`.
+    explicit Circle(const Arc& arc);
     // `a` and `b` are a diameter: the centre is their 3D midpoint, the radius half their plan
     // distance.
     Circle(const Point3d& a, const Point3d& b);
@@ -51,6 +54,19 @@ class Circle {
     // is not told apart: it gives the same point twice, on the line of the centres. Circles about
     // one centre, or of radius 0, divide by zero.
     void Intersect(const Circle& other, Point3dArrayBase<Point3d>& points) const;
+
+    // --- Host output.
+
+    // Adds an AcDbCircle to the drawing. For arguments and result see `Line::ToDb`. Throws
+    // `TamExpAcad`, "Allocation of AcDbCircle failed", without memory.
+    int ToDb(int colour, const wchar_t* layer, AcDbObjectId* id, AcDbDatabase* database) const;
+    // Draws 20 chords on the screen, at the height of the centre. Intended: 21 lines, the first
+    // without length.
+    void Draw(int colour) const;
+    // The labels of Point3d at the centre.
+    int LabelXYZ(int colour, const wchar_t* layer, AcDbObjectId* id, AcDbDatabase* database) const;
+    int LabelZ(int colour, const wchar_t* layer, AcDbObjectId* id, AcDbDatabase* database) const;
+    int LabelXY(int colour, const wchar_t* layer, AcDbObjectId* id, AcDbDatabase* database) const;
 };
 
 }  // namespace TamLib

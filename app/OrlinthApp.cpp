@@ -3,6 +3,7 @@
 #include <aced.h>
 #include <afxwin.h>
 
+#include "ARX/ReportARX.h"
 #include "tam/FrameWindow.h"
 
 namespace {
@@ -18,6 +19,7 @@ AcRx::AppRetCode COrlinthApp::OnInitApp(void* packet) {
     const AcRx::AppRetCode result = AcRxArxApp::OnInitApp(packet);
     static const HWND keptHandle = HostWindow();
     TamLib::frameWindow = CWnd::FromHandle(keptHandle);
+    TamLib::ReportToMessageArea();
     return result;
 }
 

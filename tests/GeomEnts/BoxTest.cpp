@@ -290,8 +290,25 @@ TEST(BoxRayHit, ShortDirectionsCountDownToTheirLimit) {
     EXPECT_FALSE(kBox.RayHit({-1, 5, 4}, {std::nextafter(1e-10, 0), 0, 0}, nullptr));
     EXPECT_TRUE(kBox.RayHit({-1, 5, 4}, {1e-10, 0, 0}, nullptr));
     EXPECT_FALSE(kBox.RayHit({2, 3, 4}, {0, 0, 0}, nullptr));  // not even from inside
-    // A component of the unit direction at or below 1e-9 runs along the plane.
-    EXPECT_FALSE(kBox.RayHit({-1e-9, 3, 4}, {0.9e-9, 1, 0}, nullptr));
+}
+
+TEST(BoxRayHit, ComponentOfUpToABillionthRunsAlongThePlane) {
+    // Long enough for such a ray to come in.
+    const Box wall(0.0, 1.0, -1e9, 1e9, 0.0, 1.0);
+    Point3d hit;
+    EXPECT_FALSE(wall.RayHit({-1e-3, 0, 0.5}, {0.9e-9, 1, 0}, nullptr));
+    EXPECT_FALSE(wall.RayHit({-1e-3, 0, 0.5}, {1e-9, 1, 0}, nullptr));
+    EXPECT_TRUE(wall.RayHit({-1e-3, 0, 0.5}, {std::nextafter(1e-9, 1.0), 1, 0}, &hit));
+    EXPECT_EQ(0.0, hit.x);
+    EXPECT_NEAR(1e6, hit.y, 1.0);
+}
+
+TEST(BoxRayHit, CoordinateThatIsNoNumberLiesNeitherBelowNorAboveIntended) {
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    Point3d hit(9, 9, 9);
+    EXPECT_TRUE(kBox.RayHit({nan, 3, 4}, {1, 0, 0}, &hit));
+    ExpectPoint({9, 9, 9}, hit);
+    EXPECT_FALSE(kBox.RayHit({nan, 1, 4}, {0, 1, 0}, &hit));
 }
 
 TEST(BoxRayHit, LaterAxisWinsOnlyStrictly) {

@@ -82,6 +82,10 @@ TEST_F(EntityReading, LineByIdClosesTwice) {
     host::fault::disarm();
     const Line none(drawing_.Id(0x22));
     EXPECT_EQ(1u, Closes());
+    // What can't be opened is not closed.
+    host::fault::disarm();
+    const Line unopened{AcDbObjectId()};
+    EXPECT_EQ(0u, Closes());
 }
 
 TEST_F(EntityReading, CircleOfACircleEntity) {

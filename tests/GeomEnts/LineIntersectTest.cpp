@@ -202,6 +202,8 @@ const PairCase kPairs[] = {
     {"other's end on the vertical's middle", {0, 0, 0, 10}, {-5, 5, 0, 5}, 1, 2, 1, 1},
     {"other's end at the vertical's top", {0, 0, 0, 10}, {-5, 10, 0, 10}, 0, 2, 0, 2},
     {"other's end at the vertical's foot", {0, 0, 0, 10}, {-5, 0, 0, 0}, 1, 2, 1, 2},
+    {"other's end straight below the vertical", {0, 1, 0, 4}, {0, 0, 1, 3}, 0, 2, 0, 0},
+    {"other passes below the vertical", {0, 1, 0, 4}, {-1, 0, 1, 0}, 0, 0, 0, 0},
     {"near vertical, a slope", {5, -5, 5.00000002, 5}, {0, 0, 10, 2}, 1, 1, 1, 1},
     {"near vertical, within 1e-8", {5, -5, 5.000000009, 5}, {0, 0, 10, 2}, 1, 1, 1, 1},
     // Both vertical: only the top of the first on the second counts, and only with touch.

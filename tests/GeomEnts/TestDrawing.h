@@ -48,6 +48,7 @@ class TestDrawing {
         EXPECT_EQ(Acad::eOk, acdbOpenAcDbEntity(entity, Id(handle), mode));
         return entity;
     }
+    AcDbDatabase& Database() const { return *database_; }
     bool IsErased(std::uint64_t handle) const { return Id(handle).isErased(); }
 
   private:

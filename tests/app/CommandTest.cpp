@@ -437,12 +437,14 @@ INSTANTIATE_TEST_SUITE_P(Entity, Extruded,
 TEST_F(Command, OtherClassesAndDerivedOnesStayAsTheyAre) {
     DrawingText drawing = Street();
     drawing.Insert("B8", {60, -8}, {{70, "2"}, {71, "2"}, {44, "5.0"}, {45, "5.0"}});
+    drawing.Insert("B9", {60, -8}, {{70, "2"}, {44, "5.0"}});
+    drawing.Insert("BA", {60, -8}, {{71, "3"}, {45, "5.0"}});
     drawing.AttributeDefinition("D0", {20, 5});
     drawing.MText("D1", {20, 5});
     drawing.Line("D2", {0, 0}, {1, 1});
     drawing.Circle("D3", {0, 0}, 5);
     Open(drawing);
-    EXPECT_EQ(Run("2F", {"B8", "D0", "D1", "D2", "D3", "2F"}, L"k").end, End::done);
+    EXPECT_EQ(Run("2F", {"B8", "B9", "BA", "D0", "D1", "D2", "D3", "2F"}, L"k").end, End::done);
     EXPECT_EQ(Saved(), original);
 }
 
@@ -533,8 +535,12 @@ TEST_F(Command, EndsSilentlyWhenThePickIsCancelledOrMisses) {
 }
 
 TEST_F(Command, EndsSilentlyWhenThePickCannotBeReadAsALine) {
-    Open(Street());
-    for (const char* handle : {"A0", "B0"}) {
+    DrawingText drawing = Street();
+    drawing.Circle("D3", {0, 0}, 5);
+    drawing.BulgedPolyline("D4", bend);
+    drawing.Polyline2d("E0", 0, {{bend[0], 0, 0.5}, {bend[1]}});
+    Open(drawing);
+    for (const char* handle : {"A0", "B0", "D3", "D4", "E0"}) {
         scripted->forget();
         scripted->pick(Id(handle));
         session.runCommand(L"ZEPTAlignEntities");

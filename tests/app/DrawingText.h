@@ -107,6 +107,66 @@ class DrawingText {
                layer);
     }
 
+    // A light polyline whose first segment bulges.
+    void BulgedPolyline(const std::string& handle, const std::vector<Vertex>& vertices) {
+        Groups groups{{90, std::to_string(vertices.size())}, {70, "0"}};
+        for (std::size_t i = 0; i < vertices.size(); ++i) {
+            groups.push_back({10, Number(vertices[i].x)});
+            groups.push_back({20, Number(vertices[i].y)});
+            if (i == 0) groups.push_back({42, "0.5"});
+        }
+        Entity("LWPOLYLINE", handle, "AcDbPolyline", groups);
+    }
+
+    // A 2D polyline: `flags` is group 70 of the whole, the vertices take the handles `handle` +
+    // "1", "2", ... and their own group 70 and bulge.
+    struct PlaneVertex {
+        Vertex at;
+        int flags = 0;
+        double bulge = 0.0;
+    };
+    void Polyline2d(const std::string& handle, int flags, const std::vector<PlaneVertex>& vertices,
+                    const Groups& more = {}) {
+        Entity("POLYLINE", handle, "AcDb2dPolyline",
+               Join({{66, "1"}}, Join(Point(10, {}), {{70, std::to_string(flags)}}), more));
+        int number = 0;
+        for (const PlaneVertex& vertex : vertices) {
+            Entity("VERTEX", handle + std::to_string(++number), "AcDb2dVertex",
+                   Join(Point(10, vertex.at),
+                        {{42, Number(vertex.bulge)}, {70, std::to_string(vertex.flags)}}));
+        }
+        Entity("SEQEND", handle + std::to_string(++number), "", {});
+    }
+
+    // `major` is the end of the major axis as seen from the centre.
+    void Ellipse(const std::string& handle, Vertex centre, Vertex major, double ratio, double start,
+                 double end, const Groups& more = {}) {
+        Entity("ELLIPSE", handle, "AcDbEllipse",
+               Join(Join(Point(10, centre), Point(11, major), more),
+                    {{40, Number(ratio)}, {41, Number(start)}, {42, Number(end)}}));
+    }
+
+    struct Spline {
+        int flags = 8;
+        int degree = 3;
+        std::vector<double> knots;
+        std::vector<double> weights;  // one for each control point, or none
+        std::vector<Vertex> controls;
+        std::vector<Vertex> fits;
+    };
+    void SplineEntity(const std::string& handle, const Spline& spline) {
+        Groups groups{{70, std::to_string(spline.flags)},
+                      {71, std::to_string(spline.degree)},
+                      {72, std::to_string(spline.knots.size())},
+                      {73, std::to_string(spline.controls.size())},
+                      {74, std::to_string(spline.fits.size())}};
+        for (const double knot : spline.knots) groups.push_back({40, Number(knot)});
+        for (const double weight : spline.weights) groups.push_back({41, Number(weight)});
+        for (const Vertex& vertex : spline.controls) groups = Join(groups, Point(10, vertex));
+        for (const Vertex& vertex : spline.fits) groups = Join(groups, Point(11, vertex));
+        Entity("SPLINE", handle, "AcDbSpline", groups);
+    }
+
     std::string Bytes() const {
         std::string text;
         text += Section("HEADER", "  9\n$ACADVER\n  1\nAC1015\n  9\n$HANDSEED\n  5\nFFFF\n");

@@ -8,6 +8,7 @@
 #include "app/OrlinthApp.h"
 #include "platform/mfc/ExtensionRecord.h"
 #include "tam/FrameWindow.h"
+#include "tam/TamExceptions.h"
 
 namespace {
 
@@ -102,8 +103,14 @@ TEST_F(ModuleLife, TheHostWindowIsReadOnceAndItsObjectLookedUpAtEveryInit) {
     EXPECT_EQ(TamLib::frameWindow->m_hWnd, window);
     EXPECT_EQ(TamLib::frameWindow, CWnd::FromHandle(window));
 
+    // Reports of exceptions go to the command line from now on.
+    Journal().clear();
+    TamLib::TamExpUser(L"no line", 7, L"app/AlignCommand").Report();
+    EXPECT_EQ(Journal(), Calls{"acutPrintf \nno line Error at line 7 in file app/AlignCommand.\n"});
+
     EXPECT_EQ(app.Dispatch(AcRx::kUnloadAppMsg, Packet(1)), AcRx::kRetOK);
     TamLib::frameWindow = nullptr;
+    TamLib::reportFunction = nullptr;
     substitute::frame = &other;
     Journal().clear();
     COrlinthApp().Dispatch(AcRx::kInitAppMsg, Packet(2));
@@ -111,6 +118,7 @@ TEST_F(ModuleLife, TheHostWindowIsReadOnceAndItsObjectLookedUpAtEveryInit) {
     EXPECT_EQ(TamLib::frameWindow, CWnd::FromHandle(window));
 
     TamLib::frameWindow = nullptr;
+    TamLib::reportFunction = nullptr;
     first.m_hWnd = nullptr;  // invented handles: nothing to destroy
     other.m_hWnd = nullptr;
 }

@@ -1,6 +1,9 @@
 #include "SubstituteHost.h"
 
+#include <acutads.h>
 #include <afxwin.h>
+
+#include <cstdarg>
 
 namespace substitute {
 
@@ -224,6 +227,16 @@ int acedRegFunc(int (*function)(), int code) {
 int acedGetFunCode() {
     Note("acedGetFunCode");
     return substitute::functionCode;
+}
+
+// The command line.
+
+int acutPrintf(const ACHAR* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    Note("acutPrintf " + substitute::Narrow(va_arg(arguments, const ACHAR*)));
+    va_end(arguments);
+    return RTNORM;
 }
 
 // The window and the interface library.
