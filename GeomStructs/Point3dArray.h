@@ -55,6 +55,12 @@ class Point3dArrayBase : public Array<T> {
     // ones keep their order. The array is not `sorted` afterwards.
     void SortByDistance(const T& point);
 
+    // A new `AcGePoint3dArray` of copies of the points, owned by the caller. Throws `TamExpAcad`,
+    // "Allocation of AcGePoint3dArray failed", without memory. Defined in
+    // GeomStructs/Point3dArrayARX.h, which its callers include: the host's array is a name for a
+    // template that can't be declared here.
+    auto ToAcGePoint3dArray() const;
+
   private:
     int FindSorted(const T& point) const;
     int FindNearest(const T& point) const;

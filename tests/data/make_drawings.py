@@ -7,7 +7,9 @@
 releases/  one drawing in the clothes of each release, in different spellings of lines and numbers
 odd/       drawings with something wrong in them that are read and kept as they are
 broken/    files that must be refused
+contours/  contour lines, for what is tried on real drawings otherwise
 """
+import math
 import os
 import struct
 import sys
@@ -492,7 +494,54 @@ def broken():
     yield "binary_first_group_no_record", whole[:22] + whole[22 + 10:]
 
 
+def contours():
+    """Contour lines of a made-up hill country, open at the border and closed around tops and hollows."""
+    cells, width, step = 40, 5.0, 1.5
+
+    def height(i, j):
+        x, y = i / cells * 7, j / cells * 7
+        return 12 * math.sin(x) * math.cos(0.8 * y) + 5 * math.sin(2.1 * x + 1) * math.sin(1.7 * y) + 0.7 * x
+
+    def crossing(level, a, b):
+        """Where the side of the grid from a to b is at that level; told by its own name, so that neighbours agree."""
+        a, b = min(a, b), max(a, b)
+        t = (level - height(*a)) / (height(*b) - height(*a))
+        return ("%.3f" % (EAST + (a[0] + t * (b[0] - a[0])) * width),
+                "%.3f" % (NORTH + (a[1] + t * (b[1] - a[1])) * width))
+
+    lines = []
+    for level in [0.25 + step * k for k in range(-9, 12)]:
+        follows = {}
+        for i in range(cells):
+            for j in range(cells):
+                for corners in (((i, j), (i + 1, j), (i + 1, j + 1)), ((i, j), (i + 1, j + 1), (i, j + 1))):
+                    above = [height(*c) > level for c in corners]
+                    ends = [None, None]  # into and out of the triangle, higher ground on the left
+                    for k in range(3):
+                        if above[k] != above[(k + 1) % 3]:
+                            ends[above[k]] = crossing(level, corners[k], corners[(k + 1) % 3])
+                    if ends[0] is not None and ends[0] != ends[1]:
+                        follows[ends[0]] = ends[1]
+        while follows:
+            starts = sorted(set(follows) - set(follows.values())) or sorted(follows)
+            line = [starts[0]]
+            while line[-1] in follows:
+                line.append(follows.pop(line[-1]))
+            if len(line) > 3:
+                lines.append((level, line))
+
+    text = ["9\n$ACADVER\n1\nAC1015\n0\nENDSEC\n0\nSECTION\n2\nENTITIES"]
+    for number, (level, line) in enumerate(lines):
+        closed = line[0] == line[-1]
+        line = line[:-1] if closed else line
+        text.append("0\nLWPOLYLINE\n5\n%X\n100\nAcDbEntity\n8\ncontours\n100\nAcDbPolyline\n90\n%d\n70\n%d\n38\n%.2f"
+                    % (0x100 + number, len(line), 1 if closed else 0, level))
+        text.extend("10\n%s\n20\n%s" % point for point in line)
+    return "0\nSECTION\n2\nHEADER\n" + "\n".join(text) + "\n0\nENDSEC\n0\nEOF\n"
+
+
 def drawings():
+    yield "contours/contours.dxf", contours().encode()
     for release in RELEASES:
         drawing = Drawing(release)
         yield ("releases/%s.dxf" % release,

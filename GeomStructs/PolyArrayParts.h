@@ -1,0 +1,35 @@
+// What the sources of PolyArray share: making objects for it, and its order.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <new>
+#include <utility>
+
+#include "GeomStructs/PolyLine.h"
+#include "tam/TamExceptions.h"
+
+namespace TamLib::detail {
+
+/// The source lines that TamExpNoMem tells.
+constexpr std::int32_t copyLine = 120;
+constexpr std::int32_t selectionLine = 200;
+constexpr std::int32_t readLine = 300;
+constexpr std::int32_t linkClosedLine = 470;
+constexpr std::int32_t linkOpenLine = 510;
+constexpr std::int32_t linkLastLine = 543;
+constexpr std::int32_t closeGapsLine = 615;
+
+/// A new object from the arguments of a constructor. TamExpNoMem, with an empty message, from
+/// L"GeomStructs/PolyArray" and `line`, without memory for it; that for its elements is Array's.
+template <class T, class... Arguments>
+std::unique_ptr<T> MakeNew(std::int32_t line, Arguments&&... arguments) {
+    std::unique_ptr<T> made(new (std::nothrow) T(std::forward<Arguments>(arguments)...));
+    if (made == nullptr) throw TamExpNoMem(L"", line, L"GeomStructs/PolyArray");
+    return made;
+}
+
+/// Orders polylines as PolyArray::Sort does.
+void SortPolyLines(Array<PolyLine*>& lines);
+
+}  // namespace TamLib::detail

@@ -1,0 +1,131 @@
+// Where a PolyLine meets lines and other polylines.
+#include <algorithm>
+#include <memory>
+
+#include "GeomStructs/IntersectionWalk.h"
+#include "GeomStructs/SegmentIndex.h"
+
+namespace TamLib {
+namespace {
+
+// Below this many pairs of segments an index costs more than it saves.
+constexpr std::uint64_t kPairsWorthAnIndex = 256;
+
+// `line.Intersections(segment, ...)` for one segment after another, by an index when that pays.
+class Noding {
+  public:
+    Noding(const PolyLine& line, std::uint32_t questions) : line_(line) {
+        if (std::uint64_t{line.count} * questions >= kPairsWorthAnIndex)
+            index_ = std::make_unique<SegmentIndex>(line);
+    }
+    PolyLine Points(const Line& segment, Array<int>* segments, bool touchFirstEnd,
+                    int zMode) const {
+        if (index_ != nullptr)
+            return index_->Intersections(segment, segments, touchFirstEnd, zMode);
+        return line_.Intersections(segment, segments, touchFirstEnd, zMode);
+    }
+
+  private:
+    const PolyLine& line_;
+    std::unique_ptr<SegmentIndex> index_;
+};
+
+}  // namespace
+
+int PolyLine::Crosses(const Line& line) const {
+    Point3d point;
+    return FirstIntersection(line, &point, /*lineFirst=*/true, nullptr);
+}
+
+int PolyLine::FirstIntersection(const Line& line, Point3d* result, bool lineFirst,
+                                int* index) const {
+    if (IsBeyondBounds(line)) return 0;
+    const SegmentReach reach(line, lineFirst);
+    Point3d touch;
+    int touched = -1;
+    const int segments = static_cast<int>(count) - 1;
+    for (int i = index != nullptr ? std::max(*index, 0) : 0; i < segments; ++i) {
+        if (reach.Misses(data + i)) continue;
+        const Line segment(data[i], data[i + 1]);
+        Point3d point;
+        const int code = lineFirst ? line.Intersect3d(segment, point, 0, true)
+                                   : segment.Intersect3d(line, point, 0, true);
+        if (code == 0) continue;
+        touch = point;
+        touched = i;
+        if (code != 1) continue;
+        *result = point;
+        if (index != nullptr) *index = i;
+        return 1;
+    }
+    if (touched < 0) return 0;
+    *result = touch;
+    if (index != nullptr) *index = touched;
+    return 2;
+}
+
+PolyLine PolyLine::Intersections(const Line& line, Array<int>* segments, bool touchFirstEnd,
+                                 int zMode) const {
+    PolyLine points;
+    IntersectionWalk walk(line, data, touchFirstEnd, zMode, points, segments);
+    if (!IsBeyondBounds(line)) {
+        const SegmentReach reach(line);
+        for (int i = 0; i + 1 < static_cast<int>(count); ++i)
+            if (!reach.Misses(data + i)) walk.Look(i);
+    }
+    walk.Finish();
+    return points;
+}
+
+PolyLine PolyLine::Intersections(const PolyLine& line, Array<int>* segments) const {
+    PolyLine points;
+    const Noding noding(line, count);
+    for (std::uint32_t i = 0; i + 1 < count; ++i)
+        points.Append(noding.Points(Line(data[i], data[i + 1]), segments, false, 0), 2);
+    return points;
+}
+
+PolyLine PolyLine::WithIntersections(const PolyLine& other, Array<int>* segments,
+                                     bool touchFirstEnd, int zMode) const {
+    if (count < 2 || other.count < 2) return *this;
+    PolyLine noded(std::max(20, static_cast<int>(other.count)));
+    const Noding noding(other, count);
+    for (std::uint32_t i = 0; i + 1 < count; ++i) {
+        const Point3d &start = data[i], &end = data[i + 1];
+        PolyLine points = noding.Points(Line(start, end), nullptr, touchFirstEnd, zMode);
+        points.SortByDistance(start);
+        noded.Append(start);
+        for (const Point3d& point : points) {
+            if (Equals(point, start) || Equals(point, end)) continue;
+            const int vertex = noded.Append(point);
+            if (segments != nullptr) segments->Append(vertex);
+        }
+    }
+    noded.Append(data[count - 1]);
+    return noded;
+}
+
+PolyLine PolyLine::InsideParts(const PolyLine& polygon) const {
+    PolyLine parts;
+    const auto add = [&](const Point3d& vertex) {
+        PolyLine one(1);
+        one.Append(vertex);
+        parts.Append(one, 2);
+    };
+    const auto isInside = [&](const Point3d& vertex) {
+        return polygon.Inside(vertex, /*useBox=*/false, /*touch=*/true) != 0;
+    };
+    bool within = false;
+    for (std::uint32_t i = 0; i + 1 < count; ++i) {
+        const Point3d &start = data[i], &end = data[i + 1];
+        if (!within && isInside(start)) add(start);
+        PolyLine points = polygon.Intersections(Line(start, end));
+        points.SortByDistance(start);
+        parts.Append(points, 2);
+        within = isInside(end);
+        if (within) add(end);
+    }
+    return parts;
+}
+
+}  // namespace TamLib

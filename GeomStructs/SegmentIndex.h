@@ -1,0 +1,96 @@
+// SegmentIndex: many questions to one polyline, each answered as PolyLine would, to the bit, in
+// time that grows with the logarithm of the vertices and with what lies near.
+//
+// A tree of plan boxes over runs of neighbouring segments: eight segments make a run, eight runs
+// the next one, and so on. It fits figures whose neighbouring segments lie near each other, as they
+// do in outlines and contour lines; a scribble is answered correctly, but slowly. Building takes
+// linear time. The polyline is not copied: it has to outlive the index and must not change
+// meanwhile. Coordinates beyond 1e100, or none, make every answer a scan.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <vector>
+
+#include "GeomStructs/PolyLine.h"
+#include "GeomStructs/SegmentReach.h"
+#include "GeomStructs/WindingCount.h"
+
+namespace TamLib {
+
+class SegmentIndex {
+  public:
+    explicit SegmentIndex(const PolyLine& line);
+
+    // `PolyLine::Inside(point, false, touch)`.
+    int Inside(const Point3d& point, bool touch) const;
+    // `PolyLine::MidPointInside`.
+    int MidPointInside(const Point3d& a, const Point3d& b) const;
+    // `PolyLine::Crosses`.
+    int Crosses(const Line& line) const;
+    // `PolyLine::Intersections` of a line.
+    PolyLine Intersections(const Line& line, Array<int>* segments, bool touchFirstEnd,
+                           int zMode) const;
+    // The lowest index of a vertex that is `Equals` to `point`, -1 without one.
+    int FindVertex(const Point3d& point) const;
+
+    // Calls `visit(i)` for the segments that a line may meet, in ascending order, until that gives
+    // true. For those left out `line.Intersect(segment)` gives 0.
+    template <class Visit>
+    void ForEachNear(const Line& line, const Visit& visit) const {
+        const SegmentReach reach(line);
+        const auto misses = [&](const PlanBox& box) { return reach.Misses(box); };
+        const auto look = [&](int i) { return !reach.Misses(vertices_ + i) && visit(i); };
+        Search(misses, look);
+    }
+
+  private:
+    struct Run {
+        PlanBox box;
+        double leastRise;  // the smallest difference of y of its segments that isn't 0
+    };
+    using Level = std::vector<Run>;
+
+    static constexpr std::size_t kFan = 8;
+
+    std::size_t RunLength(std::size_t level) const;
+    void Build();
+    bool AddInside(std::size_t level, std::size_t run, WindingCount& count) const;
+
+    // Calls `look(i)` for the segments of runs whose box `misses` does not rule out, until it gives
+    // true.
+    template <class Misses, class Look>
+    void Search(const Misses& misses, const Look& look) const {
+        if (levels_.empty()) {
+            for (int i = 0; i < segments_ && !look(i);) ++i;
+            return;
+        }
+        const std::size_t top = levels_.size() - 1;
+        for (std::size_t run = 0; run < levels_[top].size(); ++run)
+            if (SearchRun(top, run, misses, look)) return;
+    }
+    template <class Misses, class Look>
+    bool SearchRun(std::size_t level, std::size_t run, const Misses& misses,
+                   const Look& look) const {
+        if (misses(levels_[level][run].box)) return false;
+        const std::size_t first = run * kFan;
+        if (level == 0) {
+            const std::size_t end = std::min(first + kFan, static_cast<std::size_t>(segments_));
+            for (std::size_t i = first; i < end; ++i)
+                if (look(static_cast<int>(i))) return true;
+            return false;
+        }
+        const std::size_t end = std::min(first + kFan, levels_[level - 1].size());
+        for (std::size_t i = first; i < end; ++i)
+            if (SearchRun(level - 1, i, misses, look)) return true;
+        return false;
+    }
+
+    const PolyLine& line_;
+    const Point3d* vertices_;
+    int segments_;  // count - 1, or 0
+    bool closed_;
+    std::vector<Level> levels_;  // the runs of eight first; empty when every answer is a scan
+};
+
+}  // namespace TamLib

@@ -1,0 +1,169 @@
+// PolyArray written to the drawing: as polylines, closed, as points, as regions.
+#include <gtest/gtest.h>
+
+#include <dbpl.h>
+#include <dbregion.h>
+
+#include "tam/TamExceptions.h"
+#include "tests/GeomEnts/DrawnEntities.h"
+#include "tests/GeomStructs/PolyArrayShapes.h"
+
+namespace TamLib {
+namespace {
+
+const Points kSquare = {{0, 0, 5}, {4, 0, 5}, {4, 4, 5}, {0, 4, 5}, {0, 0, 5}};
+const Points kOverlapping = {{2, 2, 5}, {6, 2, 5}, {6, 6, 5}, {2, 6, 5}, {2, 2, 5}};
+const Points kApart = {{10, 0, 5}, {12, 0, 5}, {12, 3, 5}, {10, 0, 5}};
+const Points kHigher = {{0, 0, 9}, {4, 0, 9}, {4, 4, 9}, {0, 0, 9}};
+const Points kOpen = {{0, 0, 5}, {4, 0, 5}, {4, 4, 5}};
+
+std::vector<std::uint64_t> Handles(const std::vector<AcDbObjectId>& ids) {
+    std::vector<std::uint64_t> handles;
+    for (const AcDbObjectId id : ids) handles.push_back(id.asOldId());
+    return handles;
+}
+std::vector<std::uint64_t> Handles(const Array<AcDbObjectId>& ids) {
+    return Handles(std::vector<AcDbObjectId>(ids.begin(), ids.end()));
+}
+
+TEST(PolyArrayOutput, EachPolylineIsDrawnAndItsIdKept) {
+    const TestDrawing drawing{};
+    PolyArray array = MakeArray({kSquare, {}, kOpen});
+    array[2]->offset = {100, 0, 0};
+    Array<AcDbObjectId> ids;
+    EXPECT_EQ(0, array.Draw(3, L"rings", &ids, nullptr, 3));
+    ASSERT_EQ(2u, ids.count);  // an empty one has none
+    EXPECT_EQ(Handles(Entities(drawing)), Handles(ids));
+    EXPECT_EQ((Look{L"AcDb3dPolyline", L"rings", 3}), LookOf(ids[0]));
+    EXPECT_TRUE(ReadAs<AcDb3dPolyline>(ids[0])->isClosed());
+    EXPECT_EQ("100,0,5 104,0,5 104,4,5", Text(PolyLine(ids[1])));
+}
+
+TEST(PolyArrayOutput, TheKindChoosesTheClass) {
+    const TestDrawing drawing{};
+    const PolyArray array = MakeArray({kOpen});
+    Array<AcDbObjectId> ids;
+    EXPECT_EQ(0, array.Draw(1, nullptr, &ids, nullptr, 1));
+    EXPECT_EQ(0, array.Draw(1, nullptr, &ids, nullptr, 2));
+    EXPECT_EQ(0, array.Draw(1, nullptr, nullptr, nullptr, 1));
+    EXPECT_EQ(L"AcDbPolyline", LookOf(ids[0]).className);
+    EXPECT_EQ(L"AcDb2dPolyline", LookOf(ids[1]).className);
+    EXPECT_EQ(3u, Entities(drawing).size());
+}
+
+TEST(PolyArrayOutput, ClosedCopiesAreDrawnOfOpenOnes) {
+    const TestDrawing drawing{};
+    const PolyArray array = MakeArray({kOpen});
+    Array<AcDbObjectId> ids;
+    EXPECT_EQ(0, array.DrawClosed(1, nullptr, &ids, nullptr, 3));
+    ASSERT_EQ(1u, ids.count);
+    EXPECT_TRUE(ReadAs<AcDb3dPolyline>(ids[0])->isClosed());
+    EXPECT_EQ("0,0,5 4,0,5 4,4,5 0,0,5", Text(PolyLine(ids[0])));
+    EXPECT_EQ(Text(kOpen), Text(*array[0]));
+}
+
+TEST(PolyArrayOutput, VerticesAreDrawnAsPoints) {
+    const TestDrawing drawing{};
+    PolyArray array = MakeArray({kOpen, {{7, 8, 9}}});
+    array[1]->offset = {1, 1, 1};
+    Array<AcDbObjectId> ids;
+    EXPECT_EQ(0, array.DrawAsPoints(2, L"points", &ids, nullptr));
+    ASSERT_EQ(4u, ids.count);
+    EXPECT_EQ((Look{L"AcDbPoint", L"points", 2}), LookOf(ids[3]));
+    ExpectPoint({8, 9, 10}, ReadAs<AcDbPoint>(ids[3])->position());
+    ExpectPoint({4, 0, 5}, ReadAs<AcDbPoint>(ids[1])->position());
+}
+
+TEST(PolyArrayOutput, ARefusedPolylineIsToldAndTheOthersAreDrawn) {
+    const TestDrawing drawing{};
+    Array<AcDbObjectId> ids;
+    host::fault::arm("AcDbBlockTableRecord::appendAcDbEntity", 1, Acad::eOutOfDisk);
+    EXPECT_EQ(Acad::eOutOfDisk, MakeArray({kOpen, kSquare}).Draw(1, nullptr, &ids, nullptr, 3));
+    host::fault::disarm();
+    EXPECT_EQ(1u, ids.count);
+    EXPECT_EQ(1u, Entities(drawing).size());
+}
+
+// --- Regions.
+
+TEST(PolyArrayRegions, EachClosedPolylineGivesARegionAndNoPolylineStays) {
+    const TestDrawing drawing{};
+    Array<AcDbObjectId> ids;
+    const PolyArray array = MakeArray({kSquare, kOverlapping, kOpen, kApart});
+    EXPECT_EQ(0, array.MakeRegions(4, L"areas", false, &ids, nullptr));
+    ASSERT_EQ(3u, ids.count);
+    EXPECT_EQ(Handles(Entities(drawing)), Handles(ids));
+    for (const AcDbObjectId id : ids) EXPECT_EQ((Look{L"AcDbRegion", L"areas", 4}), LookOf(id));
+}
+
+TEST(PolyArrayRegions, MergedTheOnesThatOverlapInAPlaneBecomeOne) {
+    const TestDrawing drawing{};
+    Array<AcDbObjectId> ids;
+    const PolyArray array = MakeArray({kSquare, kHigher, kOverlapping, kApart});
+    EXPECT_EQ(0, array.MakeRegions(4, nullptr, true, &ids, nullptr));
+    ASSERT_EQ(3u, ids.count);  // the host keeps apart what lies apart
+    EXPECT_EQ(3u, Entities(drawing).size());
+}
+
+TEST(PolyArrayRegions, WithoutACurveTheStatusIsToldAndNothingStays) {
+    const TestDrawing drawing{};
+    Array<AcDbObjectId> ids;
+    EXPECT_EQ(Acad::eInvalidInput, MakeArray({kOpen}).MakeRegions(4, nullptr, true, &ids, nullptr));
+    EXPECT_EQ(Acad::eInvalidInput, PolyArray().MakeRegions(4, nullptr, true, nullptr, nullptr));
+    EXPECT_EQ(0u, ids.count);
+    EXPECT_TRUE(Entities(drawing).empty());
+}
+
+TEST(PolyArrayRegions, AnyCallRefusedLeavesNeitherPolylinesNorAnythingOpen) {
+    std::size_t tried = 0;
+    for (const FailedWrite& outcome : WriteWithEachCallFailing([](const TestDrawing&) {
+             try {
+                 return MakeArray({kSquare, kOverlapping})
+                     .MakeRegions(4, L"areas", true, nullptr, nullptr);
+             } catch (const TamExpAcad&) {
+                 return static_cast<int>(Acad::eOutOfDisk);
+             } catch (const TamExpNoMem&) {
+                 return static_cast<int>(Acad::eOutOfDisk);
+             }
+         })) {
+        EXPECT_TRUE(outcome.leaks.empty()) << outcome.call << ": " << outcome.leaks.front();
+        ++tried;
+    }
+    EXPECT_GT(tried, 20u);
+}
+
+// --- What the host makes of curves.
+
+std::unique_ptr<AcDbRegion> RegionOf(const Points& points) {
+    AcDbPolyline polyline;
+    for (const Point3d& p : points)
+        polyline.addVertexAt(polyline.numVerts(), AcGePoint2d(p.x, p.y));
+    AcDbVoidPtrArray curves, regions;
+    curves.append(static_cast<AcDbCurve*>(&polyline));
+    if (AcDbRegion::createFromCurves(curves, regions) != Acad::eOk) return nullptr;
+    return std::unique_ptr<AcDbRegion>(static_cast<AcDbRegion*>(regions[0]));
+}
+
+TEST(HostRegions, OnlyClosedFiguresBoundOne) {
+    EXPECT_NE(nullptr, RegionOf(kSquare));
+    EXPECT_EQ(nullptr, RegionOf(kOpen));
+    EXPECT_EQ(nullptr, RegionOf({{0, 0, 0}, {4, 0, 0}, {0, 0, 0}}));
+    EXPECT_EQ(nullptr, RegionOf({}));
+}
+
+TEST(HostRegions, UnitingLeavesTheOtherOneEmpty) {
+    const auto a = RegionOf(kSquare), b = RegionOf(kOverlapping);
+    EXPECT_EQ(Acad::eOk, a->booleanOper(AcDb::kBoolUnite, b.get()));
+    EXPECT_FALSE(a->isNull());
+    EXPECT_TRUE(b->isNull());
+    EXPECT_EQ(Acad::eInvalidInput, a->booleanOper(AcDb::kBoolUnite, b.get()));
+    EXPECT_EQ(Acad::eInvalidInput, a->booleanOper(AcDb::kBoolUnite, a.get()));
+    EXPECT_EQ(Acad::eInvalidInput, a->booleanOper(AcDb::kBoolUnite, nullptr));
+    const auto c = RegionOf(kApart);
+    EXPECT_EQ(Acad::eNotImplementedYet, a->booleanOper(AcDb::kBoolSubtract, c.get()));
+    EXPECT_EQ(Acad::eNotImplementedYet, a->booleanOper(AcDb::kBoolUnite, c.get()));
+    EXPECT_FALSE(c->isNull());
+}
+
+}  // namespace
+}  // namespace TamLib
