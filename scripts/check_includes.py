@@ -47,7 +47,7 @@ INTERFACE_HEADERS = set("""
     geextents.h gept3dar.h gearc3d.h gecurv3d.h gecint3d.h gelent3d.h gelnsg3d.h
     rxdefs.h rxobject.h rxclass.h rxboiler.h rxregsvc.h rxdlinkr.h rxditer.h rxdict.h rxnames.h rxevent.h
     windows.h tchar.h mmsystem.h winver.h shellapi.h
-    afxwin.h afxext.h afxdllx.h afxcmn.h afxdtctl.h afxtempl.h afxstr.h afxres.h atlstr.h afx.h
+    afxwin.h afxext.h afxdllx.h afxcmn.h afxdtctl.h afxtempl.h afxstr.h afxres.h atlstr.h atltypes.h afx.h
     dbghelp.h winternl.h io.h direct.h share.h sys/stat.h sys/types.h sys/utime.h process.h eh.h
 """.split())
 
@@ -104,7 +104,9 @@ def library_problem(relative, folder, angled, quoted):
             return None
         if angled not in INTERFACE_HEADERS:
             return f"<{angled}> is neither standard nor a header of the real interfaces"
-        geometry = folder in ("GeomEnts", "GeomStructs") and relative.suffix == ".h"
+        # Headers <Class>ARX.h are for sources that use the host anyway.
+        geometry = (folder in ("GeomEnts", "GeomStructs") and relative.suffix == ".h"
+                    and not relative.stem.endswith("ARX"))
         if geometry and angled not in ("windows.h", "tchar.h"):
             return f"a geometry header pulls in the interface header <{angled}>"
         return None
