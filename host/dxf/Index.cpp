@@ -61,7 +61,7 @@ namespace {
 
 // Drawings in the other format of their kind: the release's mark and bytes that no text has.
 bool isDwg(std::string_view bytes) {
-    return bytes.substr(0, 2) == "AC" && bytes.substr(6, 1) == std::string_view("\0", 1);
+    return bytes.size() > 6 && bytes.substr(0, 2) == "AC" && bytes[6] == '\0';
 }
 
 }  // namespace

@@ -470,6 +470,8 @@ def broken():
     yield "numbers", b"10\n20\n30\n40\n"
     yield "only_comments", b"999\nnothing else\n"
     yield "drawing_of_the_other_kind", b"AC1015\0\0\0\0\0\0\x06\x01"
+    yield "release_mark_alone", b"AC"
+    yield "release_mark_cut", b"AC1015"
     yield "utf16", SMALL.encode("utf-16")
     yield "code_not_a_number", replaced("40\n2.5", "4O\n2.5").encode()
     yield "code_with_comma", replaced("40\n2.5", "40,0\n2.5").encode()

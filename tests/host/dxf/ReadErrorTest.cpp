@@ -43,6 +43,12 @@ constexpr Broken kBroken[] = {
     {"only_comments", ", line 3: expected a record (group code 0), found the end of the file"},
     {"drawing_of_the_other_kind",
      ", line 1: expected a DXF drawing, found a DWG drawing; save it as DXF in a CAD program"},
+    {"release_mark_alone",
+     ", line 1: expected a DXF drawing, which begins with a group code (a whole number), found "
+     "'AC'"},
+    {"release_mark_cut",
+     ", line 1: expected a DXF drawing, which begins with a group code (a whole number), found "
+     "'AC1015'"},
     {"utf16",
      ", line 1: expected a DXF drawing, which begins with a group code (a whole number), found "
      "'\\xFF\\xFE0\\x00'"},
