@@ -183,6 +183,7 @@ void openDrawing(Session& session, Workplace& workplace, const std::filesystem::
         database::readDrawing(path, progressMeter("Reading " + utf8(path.filename()))));
     tellFindings(session, path, database::document(*session.drawing()));
     workplace.saver.forget();
+    workplace.account.forget();
     workplace.drawing = path;
 }
 

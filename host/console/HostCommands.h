@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <functional>
 
+#include "host/console/Account.h"
 #include "host/console/Saver.h"
 #include "host/console/Verdict.h"
 #include "host/editor/Session.h"
@@ -16,6 +17,7 @@ struct Workplace {
     Printer& printer;
     Saver& saver;
     Verdict& verdict;
+    Account& account;
     std::filesystem::path
         drawing;  // where the open drawing came from, or was last saved as; empty: no drawing
     bool discarded = false;  // QUIT was told to drop the changes

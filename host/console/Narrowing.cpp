@@ -60,7 +60,7 @@ std::string described(const std::vector<Filter>& filters) {
 
 std::vector<AcDbObjectId> selected(const AcDbDatabase& drawing,
                                    const std::vector<Filter>& filters) {
-    std::size_t locked = 0;
+    std::vector<AcDbObjectId> locked;
     std::vector<AcDbObjectId> entities = editor::Drawn(drawing).selectable(locked);
     for (const Filter& filter : filters)
         entities.erase(std::remove_if(entities.begin(), entities.end(),

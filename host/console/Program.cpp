@@ -6,6 +6,7 @@
 #include <string>
 #include <variant>
 
+#include "host/console/Account.h"
 #include "host/console/AlignAnswers.h"
 #include "host/console/ExceptionText.h"
 #include "host/console/Files.h"
@@ -48,7 +49,7 @@ class Call {
           printer_(printer),
           saver_(options, printer),
           verdict_(options, isPerson(options)),
-          workplace_{options, printer, saver_, verdict_, {}} {}
+          workplace_{options, printer, saver_, verdict_, account_, {}} {}
 
     Exit run() {
         SessionOutput output(printer_);
@@ -68,8 +69,10 @@ class Call {
   private:
     void prepare(Session& session) {
         session.setExceptionReporter([] { return editor::fromUtf8(describeException()); });
-        session.onCommandEnded(
-            [this, &session](editor::CommandResult& result) { verdict_.hear(session, result); });
+        session.onCommandEnded([this, &session](editor::CommandResult& result) {
+            verdict_.hear(session, result);
+            account_.hear(session, result);
+        });
         addHostCommands(session, workplace_);
         session.loadModule(options_.module.empty() ? besideProgram("ZEPTOrlinth.arx")
                                                    : options_.module);
@@ -115,6 +118,7 @@ class Call {
     Printer& printer_;
     Saver saver_;
     Verdict verdict_;
+    Account account_;
     Workplace workplace_;
     Exit exit_ = Exit::done;
 };

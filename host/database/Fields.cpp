@@ -28,6 +28,17 @@ double& axisOf(const FieldSpec& spec, Fields& fields, int axis) {
     return static_cast<double*>(spec.place(fields))[axis];
 }
 
+bool sameValue(const FieldSpec& spec, Fields& a, Fields& b) {
+    if (spec.kind == FieldKind::integer)
+        return *static_cast<int*>(spec.place(a)) == *static_cast<int*>(spec.place(b));
+    if (spec.kind == FieldKind::text)
+        return *static_cast<std::wstring*>(spec.place(a)) ==
+               *static_cast<std::wstring*>(spec.place(b));
+    for (int axis = 0; axis < axisCount(spec.kind); ++axis)
+        if (axisOf(spec, a, axis) != axisOf(spec, b, axis)) return false;
+    return true;
+}
+
 // Groups of the object's own, by their index in the record.
 class OwnGroups {
   public:
@@ -191,6 +202,15 @@ bool Fields::isFinite() const {
         }
     }
     return true;
+}
+
+bool sameApartFrom(int code, const Fields& a, const Fields& b) {
+    const std::unique_ptr<Fields> first = a.clone();
+    const std::unique_ptr<Fields> second = b.clone();
+    const FieldTable& table = a.table();
+    return std::all_of(table.begin(), table.end(), [&](const FieldSpec& spec) {
+        return spec.code == code || sameValue(spec, *first, *second);
+    });
 }
 
 void readFields(const dxf::Document& document, dxf::RecordIndex record, Fields& fields) {

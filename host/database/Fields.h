@@ -148,6 +148,9 @@ FieldSpec angle(int code) {
 // (from 101 on) and extended data (1000 and above) are none of the object's own.
 void readFields(const dxf::Document& document, dxf::RecordIndex record, Fields& fields);
 
+// Whether both, of one class, say the same, their entry for `code` left aside.
+bool sameApartFrom(int code, const Fields& a, const Fields& b);
+
 // The edits that bring the record from what it says to `fields`.
 std::vector<dxf::GroupEdit> editsFor(const dxf::Document& document, dxf::RecordIndex record,
                                      const Fields& fields);

@@ -1,6 +1,7 @@
 #include "host/database/Undo.h"
 
 #include <algorithm>
+#include <unordered_set>
 #include <utility>
 
 #include "host/database/DatabaseImp.h"
@@ -21,11 +22,12 @@ void UndoLog::closeLoose() {
     if (!done_.empty()) done_.back().closed = true;
 }
 
-void UndoLog::beginGroup(std::wstring name) {
+std::uint64_t UndoLog::beginGroup(std::wstring name) {
     closeLoose();
     open_.emplace_back();
     open_.back().name = std::move(name);
     open_.back().serial = ++lastSerial_;
+    return lastSerial_;
 }
 
 void UndoLog::endGroup() {
@@ -121,8 +123,49 @@ void UndoLog::aboutToChange(AcDbObject& object) {
     group.steps.push_back(std::move(step));
 }
 
-void beginGroup(AcDbDatabase& database, std::wstring name) {
-    undoLog(database).beginGroup(std::move(name));
+const UndoLog::Step* UndoLog::findGroup(const std::vector<Step>& steps, std::uint64_t group) {
+    for (const Step& step : steps) {
+        if (step.fields != nullptr) continue;
+        if (step.serial == group) return &step;
+        if (const Step* inner = findGroup(step.steps, group)) return inner;
+    }
+    return nullptr;
+}
+
+const UndoLog::Step* UndoLog::findGroup(std::uint64_t group) const {
+    const Step* ended = findGroup(done_, group);
+    return ended != nullptr ? ended : findGroup(open_, group);
+}
+
+bool UndoLog::stands(std::uint64_t group) const {
+    return findGroup(group) != nullptr;
+}
+
+void UndoLog::collect(const Step& group, std::vector<Former>& former) {
+    for (const Step& step : group.steps) {
+        if (step.fields != nullptr)
+            former.push_back({step.object, step.fields.get(), step.erased});
+        else
+            collect(step, former);
+    }
+}
+
+std::vector<UndoLog::Former> UndoLog::formerOf(std::uint64_t group) const {
+    std::vector<Former> former;
+    const Step* const found = findGroup(group);
+    if (found == nullptr) return former;
+    collect(*found, former);
+    // A group inside another notes an object anew; what it was first counts.
+    std::unordered_set<std::uint32_t> seen;
+    former.erase(
+        std::remove_if(former.begin(), former.end(),
+                       [&](const Former& each) { return !seen.insert(each.object).second; }),
+        former.end());
+    return former;
+}
+
+std::uint64_t beginGroup(AcDbDatabase& database, std::wstring name) {
+    return undoLog(database).beginGroup(std::move(name));
 }
 
 void endGroup(AcDbDatabase& database) {

@@ -22,7 +22,8 @@ class UndoLog {
   public:
     explicit UndoLog(AcDbImpDatabase& database) : database_(database) {}
 
-    void beginGroup(std::wstring name);
+    // Gives the group's number, which no other group of the log ever has; never 0.
+    std::uint64_t beginGroup(std::wstring name);
     void endGroup();
     // Takes the innermost open group back and drops it.
     void rollback();
@@ -42,6 +43,17 @@ class UndoLog {
     // Notes an object as it is before a change; once for each group is enough.
     void aboutToChange(AcDbObject& object);
 
+    // Whether the group's changes are in the drawing: neither undone nor rolled back.
+    bool stands(std::uint64_t group) const;
+    // What each object was that the group, or a group inside it, has changed, in the order of the
+    // first changes; nothing when the group does not stand. Holds until the log changes.
+    struct Former {
+        std::uint32_t object;
+        const Fields* fields;
+        bool erased;
+    };
+    std::vector<Former> formerOf(std::uint64_t group) const;
+
   private:
     // An object as it was, or a whole group that ended inside another.
     struct Step {
@@ -57,6 +69,9 @@ class UndoLog {
     std::vector<Step>& level();
     const std::vector<Step>& level() const;
     Step& currentGroup();
+    static const Step* findGroup(const std::vector<Step>& steps, std::uint64_t group);
+    const Step* findGroup(std::uint64_t group) const;
+    static void collect(const Step& group, std::vector<Former>& former);
     void exchange(Step& step, bool backwards);
     void closeLoose();
 
@@ -68,7 +83,7 @@ class UndoLog {
 };
 
 // The same for whom the database is no more than an AcDbDatabase.
-void beginGroup(AcDbDatabase& database, std::wstring name);
+std::uint64_t beginGroup(AcDbDatabase& database, std::wstring name);
 void endGroup(AcDbDatabase& database);
 void rollback(AcDbDatabase& database);
 bool undo(AcDbDatabase& database);

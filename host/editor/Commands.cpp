@@ -111,7 +111,7 @@ std::optional<State::Callable> State::variableCommand(std::wstring_view name) co
 // the group rolled back.
 void State::call(const Callable& command, CommandResult& result) {
     AcDbDatabase* drawing = command.undoable ? drawing_.get() : nullptr;
-    if (drawing != nullptr) database::beginGroup(*drawing, command.name);
+    if (drawing != nullptr) result.undoGroup = database::beginGroup(*drawing, command.name);
     const auto endGroup = [&](bool keep) {
         if (drawing == nullptr || drawing != drawing_.get()) return;
         keep ? database::endGroup(*drawing) : database::rollback(*drawing);

@@ -17,12 +17,12 @@ Ids Drawn::entities() const {
     return database::modelSpaceIds(drawing_);
 }
 
-Ids Drawn::selectable(std::size_t& locked) const {
-    locked = 0;
+Ids Drawn::selectable(Ids& locked) const {
+    locked.clear();
     Ids free;
     for (const AcDbObjectId id : entities()) {
         const database::LayerState layer = database::layerState(id);
-        if (layer.locked && !layer.frozen) ++locked;
+        if (layer.locked && !layer.frozen) locked.push_back(id);
         if (!layer.locked && !layer.frozen) free.push_back(id);
     }
     return free;

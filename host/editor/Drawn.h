@@ -21,9 +21,9 @@ class Drawn {
     // All entities in the drawing's order, erased ones left out.
     std::vector<AcDbObjectId> entities() const;
 
-    // All that are on no frozen and no locked layer; `locked` counts those on a locked layer that
+    // All that are on no frozen and no locked layer; `locked` gets those on a locked layer that
     // isn't frozen.
-    std::vector<AcDbObjectId> selectable(std::size_t& locked) const;
+    std::vector<AcDbObjectId> selectable(std::vector<AcDbObjectId>& locked) const;
 
     // Visible entities that pass a test of their figure, in the drawing's order. Entities whose
     // boxes lie apart from `reach` are passed over at once.

@@ -242,6 +242,7 @@ int acedEntSel(const ACHAR* prompt, ads_name entity, ads_point point) {
     record.reply = answer.text;
     if (pick.code == RTNORM) {
         record.entities.push_back(pick.entity);
+        if (pick.hasPoint) record.point = pick.point;
         ads_name name;
         if (acdbGetAdsName(name, pick.entity) != Acad::eOk)
             record.code = RTERROR;

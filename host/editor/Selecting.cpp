@@ -130,7 +130,7 @@ Ids find(State& state, const Mode& mode, const void* first, const void* second) 
     if (mode.method == L"F") return byFence(drawn, first);
     if (mode.method == L"P") return state.previousSelection;
     if (mode.method == L"L") return orNone(drawn.last());
-    std::size_t locked = 0;
+    Ids locked;
     return mode.method == L"A" ? drawn.selectable(locked) : Ids();
 }
 
@@ -160,6 +160,7 @@ int ask(State& state, const Mode& mode, const void* prompts, const Filter& filte
     record.kind = PromptRecord::Kind::selection;
     record.code = code;
     record.entities = ids;
+    record.lockedOut = dialogue.lockedOut();
     state.record(record);
     return code;
 }

@@ -176,9 +176,9 @@ SelectionPrompt::Step SelectionPrompt::takeValue(const lisp::Value& value) {
 }
 
 SelectionPrompt::Step SelectionPrompt::selectAll() {
-    std::size_t locked = 0;
+    Ids locked;
     const Ids all = drawn_.selectable(locked);
-    return apply(all, locked);
+    return apply(all, std::move(locked));
 }
 
 std::optional<AcGePoint3d> SelectionPrompt::askPoint(std::wstring_view prompt, Step& ended) {
@@ -293,7 +293,7 @@ SelectionPrompt::Step SelectionPrompt::takeBack() {
 }
 
 SelectionPrompt::Ids SelectionPrompt::filtered(const Ids& found, std::size_t& filteredOut,
-                                               std::size_t& locked) const {
+                                               Ids& locked) const {
     Ids passing;
     for (const AcDbObjectId id : found) {
         if (!filter_.passes(id)) {
@@ -301,7 +301,7 @@ SelectionPrompt::Ids SelectionPrompt::filtered(const Ids& found, std::size_t& fi
             continue;
         }
         if (options_.refuseLocked && database::layerState(id).locked)
-            ++locked;
+            locked.push_back(id);
         else
             passing.push_back(id);
     }
@@ -333,9 +333,16 @@ std::wstring SelectionPrompt::remove(const Ids& ids) {
            count(members_.size(), L" total");
 }
 
-SelectionPrompt::Step SelectionPrompt::apply(const Ids& found, std::size_t lockedLeftOut) {
+std::vector<AcDbObjectId> SelectionPrompt::lockedOut() const {
+    Ids left;
+    std::unordered_set<AcDbObjectId> told(known_);
+    std::copy_if(locked_.begin(), locked_.end(), std::back_inserter(left),
+                 [&](AcDbObjectId id) { return told.insert(id).second; });
+    return left;
+}
+
+SelectionPrompt::Step SelectionPrompt::apply(const Ids& found, Ids locked) {
     std::size_t filteredOut = 0;
-    std::size_t locked = lockedLeftOut;
     const Ids ids = filtered(found, filteredOut, locked);
     Ids before = members_;
     const std::wstring text = removing_ ? remove(ids) : add(ids);
@@ -344,9 +351,10 @@ SelectionPrompt::Step SelectionPrompt::apply(const Ids& found, std::size_t locke
     if (filteredOut != 0)
         state_.print(L"\n" + count(filteredOut, filteredOut == 1 ? L" was" : L" were") +
                      L" filtered out.");
-    if (locked != 0)
-        state_.print(L"\n" + count(locked, locked == 1 ? L" was" : L" were") +
+    if (!locked.empty())
+        state_.print(L"\n" + count(locked.size(), locked.size() == 1 ? L" was" : L" were") +
                      L" on a locked layer.");
+    if (!removing_) locked_.insert(locked_.end(), locked.begin(), locked.end());
     return options_.single && !ids.empty() ? Step::done : Step::goOn;
 }
 

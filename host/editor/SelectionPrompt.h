@@ -30,6 +30,8 @@ class SelectionPrompt {
     // RTNORM with at least one member, RTCAN, otherwise RTERROR.
     int run();
     const std::vector<AcDbObjectId>& members() const { return members_; }
+    // What was found and left out for its locked layer, and is no member all the same.
+    std::vector<AcDbObjectId> lockedOut() const;
 
   private:
     enum class Step { goOn, done, cancelled };
@@ -55,8 +57,8 @@ class SelectionPrompt {
                                                   Step& ended);
 
     // Adds or removes what was found and says so.
-    Step apply(const Ids& found, std::size_t lockedLeftOut = 0);
-    Ids filtered(const Ids& found, std::size_t& filteredOut, std::size_t& locked) const;
+    Step apply(const Ids& found, Ids locked = {});
+    Ids filtered(const Ids& found, std::size_t& filteredOut, Ids& locked) const;
     std::wstring add(const Ids& ids);
     std::wstring remove(const Ids& ids);
     Ids under(const AcGePoint3d& point);
@@ -68,6 +70,7 @@ class SelectionPrompt {
     Ids members_;
     std::unordered_set<AcDbObjectId> known_;
     std::vector<Ids> earlier_;  // the members before each change
+    Ids locked_;                // left out so far, some perhaps repeatedly
     bool removing_ = false;
     bool automatic_ = false;  // a point that misses opens a window
 };

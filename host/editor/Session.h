@@ -5,10 +5,13 @@
 #pragma once
 
 #include <dbid.h>
+#include <gepnt3d.h>
 
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -27,6 +30,9 @@ struct PromptRecord {
     int code = 0;                        // RTNORM, RTCAN, RTNONE, RTERROR ...
     std::wstring reply;                  // the text given; for a selection nothing
     std::vector<AcDbObjectId> entities;  // the picked entity, or the selection
+    std::optional<AcGePoint3d> point;    // where an entity was picked, when a point picked it
+    // What a selection found and left out because it is on a locked layer.
+    std::vector<AcDbObjectId> lockedOut;
 };
 
 // How a command went.
@@ -44,6 +50,7 @@ struct CommandResult {
     std::wstring where;      // where a script called it; empty for a person
     std::wstring exception;  // class, message, line and source name, as the reporter tells them
     std::vector<PromptRecord> prompts;
+    std::uint64_t undoGroup = 0;     // the group of the drawing's undo log that it was; 0: none
     std::vector<std::string> leaks;  // what the command left open
     // Whether the input is stopped (Input::stop) because its next answers would be out of step.
     // Preset for inputs that want it, with every end but done and exceptionLeft; a listener may

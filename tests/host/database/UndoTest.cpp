@@ -5,6 +5,8 @@
 #include <random>
 
 #include "host/database/Drawing.h"
+#include "host/database/Fields.h"
+#include "host/database/Turning.h"
 #include "host/database/Undo.h"
 #include "tests/host/support/DrawingText.h"
 #include "tests/host/support/LedgerListener.h"
@@ -275,4 +277,72 @@ TEST_F(Undo, AnySequenceAgreesWithKeptStates) {
             ASSERT_EQ(bytes(), past.back());
         }
     }
+}
+
+// --- what a group did ----------------------------------------------------------------------------
+
+TEST_F(Undo, a_group_stands_until_it_or_what_holds_it_is_taken_back) {
+    const auto outer = beginGroup(*database, L"SCRIPT");
+    const auto inner = beginGroup(*database, L"TURN");
+    turn(0, 1.0);
+    EXPECT_TRUE(stands(*database, inner));  // while it is open
+    endGroup(*database);
+    EXPECT_TRUE(stands(*database, inner));
+    endGroup(*database);
+    EXPECT_TRUE(stands(*database, outer));
+    EXPECT_NE(outer, inner);
+    EXPECT_TRUE(undo(*database));
+    EXPECT_FALSE(stands(*database, outer));
+    EXPECT_FALSE(stands(*database, inner));
+    EXPECT_TRUE(redo(*database));
+    EXPECT_TRUE(stands(*database, inner));
+    const auto given = beginGroup(*database, L"TURN");
+    turn(0, 2.0);
+    rollback(*database);
+    EXPECT_FALSE(stands(*database, given));
+    EXPECT_FALSE(stands(*database, 0));
+}
+
+TEST_F(Undo, a_group_tells_what_it_turned_from_its_first_state_to_the_last) {
+    const auto outer = beginGroup(*database, L"OUTER");
+    turn(0, 1.0);
+    beginGroup(*database, L"INNER");
+    turn(0, 2.0);
+    turn(1, 3.0);
+    endGroup(*database);
+    turn(0, 0.5);
+    erase(L"102");
+    endGroup(*database);
+    const GroupChanges changes = changesOf(*database, outer);
+    ASSERT_EQ(changes.turned.size(), 2U);
+    EXPECT_EQ(handleText(changes.turned[0].entity), L"100");
+    EXPECT_EQ(changes.turned[0].before.degrees, 0.0);
+    EXPECT_EQ(changes.turned[0].after.degrees, toDegrees(0.5));
+    EXPECT_NE(changes.turned[0].after.insertion.x, 1.0);
+    EXPECT_EQ(changes.turned[1].after.degrees, toDegrees(3.0));
+    ASSERT_EQ(changes.others.size(), 1U);
+    EXPECT_EQ(handleText(changes.others[0]), L"102");
+    undo(*database);
+    EXPECT_TRUE(changesOf(*database, outer).turned.empty());
+    EXPECT_TRUE(changesOf(*database, outer).others.empty());
+}
+
+TEST_F(Undo, a_text_that_was_changed_otherwise_was_not_turned) {
+    const auto group = beginGroup(*database, L"WRITE");
+    turn(0, 1.0);
+    AcDbText* text = nullptr;
+    ASSERT_EQ(acdbOpenObject(text, idFromHandle(*database, L"100"), AcDb::kForWrite), Acad::eOk);
+    EXPECT_EQ(text->setTextString(L"b"), Acad::eOk);
+    text->close();
+    endGroup(*database);
+    EXPECT_TRUE(changesOf(*database, group).turned.empty());
+    EXPECT_EQ(changesOf(*database, group).others.size(), 1U);
+}
+
+TEST_F(Undo, a_text_that_was_set_to_its_own_angle_was_turned) {
+    const auto group = beginGroup(*database, L"TURN");
+    turn(0, 0.0);
+    endGroup(*database);
+    ASSERT_EQ(changesOf(*database, group).turned.size(), 1U);
+    EXPECT_EQ(changesOf(*database, group).turned[0].after.degrees, 0.0);
 }

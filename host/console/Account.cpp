@@ -1,0 +1,274 @@
+#include "host/console/Account.h"
+
+#include <acdbads.h>
+#include <adscodes.h>
+#include <dbents.h>
+#include <dbmain.h>
+
+#include <algorithm>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+
+#include "GeomStructs/PolyLine.h"
+#include "host/database/Drawing.h"
+#include "host/database/Fault.h"
+#include "host/editor/CommandStack.h"
+#include "host/editor/Words.h"
+
+namespace host::console {
+
+namespace {
+
+using editor::CommandResult;
+using editor::PromptRecord;
+using editor::toUtf8;
+
+EntityNote noteOf(AcDbObjectId id) {
+    EntityNote note;
+    note.id = id;
+    note.handle = toUtf8(database::handleText(id));
+    note.className = toUtf8(database::className(id));
+    note.type = toUtf8(database::recordName(id));
+    note.layer = toUtf8(database::layerState(id).name);
+    note.wording = toUtf8(database::wording(id));
+    return note;
+}
+
+// The line as a pick reads it; without vertices when it can't be read as one.
+TamLib::PolyLine read(AcDbObjectId id) {
+    const fault::Quiet quiet;
+    TamLib::PolyLine line(0);
+    AcDbEntity* entity = nullptr;
+    if (acdbOpenAcDbEntity(entity, id, AcDb::kForRead) != Acad::eOk) return line;
+    constexpr double step = 0.05;  // the same as that of the pick
+    constexpr int closing = 1;
+    if (TamLib::PolyLine::IsAcceptedEntity(entity, true, true, false))
+        line.FromCurve(entity, closing, step, true);
+    else
+        entity->close();
+    return line;
+}
+
+const PromptRecord* last(const CommandResult& result, PromptRecord::Kind kind) {
+    const auto found = std::find_if(
+        result.prompts.rbegin(), result.prompts.rend(),
+        [&](const PromptRecord& prompt) { return prompt.kind == kind && prompt.code == RTNORM; });
+    return found == result.prompts.rend() ? nullptr : &*found;
+}
+
+bool isTurnedClass(const AcRxClass* type) {
+    return type == AcDbText::desc() || type == AcDbBlockReference::desc();
+}
+
+LeftEntity leftOf(AcDbObjectId id) {
+    LeftEntity left;
+    static_cast<EntityNote&>(left) = noteOf(id);
+    const AcRxClass* const type = id.objectClass();
+    if (id.isErased()) {
+        left.reason = Reason::erased;
+    } else if (type == AcDbMInsertBlock::desc()) {
+        left.reason = Reason::arrayInsert;
+    } else if (type == AcDbAttributeDefinition::desc()) {
+        left.reason = Reason::attributeDefinition;
+    } else if (!isTurnedClass(type)) {
+        left.reason = Reason::classNotTurned;
+    } else {
+        left.detail = toUtf8(database::unreadableReason(id));
+        const bool locked = left.detail.empty() && database::layerState(id).locked;
+        left.reason = locked ? Reason::lockedLayer : Reason::notOpened;
+    }
+    return left;
+}
+
+// Turned entities and left ones of one run.
+class Sorting {
+  public:
+    Sorting(CommandRun& run, const TamLib::PolyLine& line, database::GroupChanges changes)
+        : run_(run), line_(line), changes_(std::move(changes)) {
+        for (const database::Turned& turned : changes_.turned) turned_[turned.entity] = &turned;
+        run_.otherChanges = changes_.others.size();
+    }
+
+    void sort(const PromptRecord& selection) {
+        run_.selected = selection.entities.size();
+        for (const AcDbObjectId id : selection.entities) take(id);
+        for (const AcDbObjectId id : selection.lockedOut) {
+            if (!told_.insert(id).second) continue;
+            LeftEntity left = leftOf(id);
+            left.reason = Reason::lockedLayer;
+            left.detail.clear();
+            left.selected = false;
+            run_.left.push_back(std::move(left));
+        }
+    }
+
+    // Those that were turned without having been selected.
+    void sortTheRest() {
+        for (const database::Turned& turned : changes_.turned)
+            if (told_.insert(turned.entity).second) add(turned);
+    }
+
+  private:
+    void take(AcDbObjectId id) {
+        if (!told_.insert(id).second) return;
+        const auto turned = turned_.find(id);
+        if (turned == turned_.end())
+            run_.left.push_back(leftOf(id));
+        else
+            add(*turned->second);
+    }
+
+    void add(const database::Turned& turned) {
+        TurnedEntity entity;
+        static_cast<EntityNote&>(entity) = noteOf(turned.entity);
+        entity.before = turned.before;
+        entity.after = turned.after;
+        entity.hangsAt = database::hangingPoint(turned.entity);
+        if (line_.count != 0) {
+            const TamLib::Point3d point(entity.hangsAt.x, entity.hangsAt.y, entity.hangsAt.z);
+            entity.segment = line_.NearestSegment(point, &entity.distance, nullptr);
+        }
+        run_.turned.push_back(std::move(entity));
+    }
+
+    CommandRun& run_;
+    const TamLib::PolyLine& line_;
+    const database::GroupChanges changes_;
+    std::unordered_map<AcDbObjectId, const database::Turned*> turned_;
+    std::unordered_set<AcDbObjectId> told_;
+};
+
+void takeLine(const PromptRecord& pick, const TamLib::PolyLine& read, CommandRun& run) {
+    PickedLine line;
+    static_cast<EntityNote&>(line) = noteOf(pick.entities.front());
+    line.point = pick.point;
+    for (std::uint32_t i = 0; i < read.count; ++i)
+        line.vertices.emplace_back(read.data[i].x, read.data[i].y, read.data[i].z);
+    run.line = std::move(line);
+}
+
+const char* nameOf(dxf::Release release) {
+    using dxf::Release;
+    switch (release) {
+        case Release::R9:
+            return "R9";
+        case Release::R10:
+            return "R10";
+        case Release::R12:
+            return "R12";
+        case Release::R13:
+            return "R13";
+        case Release::R14:
+            return "R14";
+        case Release::R2000:
+            return "R2000";
+        case Release::R2004:
+            return "R2004";
+        case Release::R2007:
+            return "R2007";
+        case Release::R2010:
+            return "R2010";
+        case Release::R2013:
+            return "R2013";
+        case Release::R2018:
+            return "R2018";
+        case Release::unknown:
+            break;
+    }
+    return "";
+}
+
+// A sum over the runs that stand.
+template <class Count>
+std::size_t sum(const std::vector<CommandRun>& runs, const Count& count) {
+    std::size_t total = 0;
+    for (const CommandRun& run : runs)
+        if (!run.takenBack) total += count(run);
+    return total;
+}
+
+}  // namespace
+
+std::size_t Record::selected() const {
+    return sum(runs, [](const CommandRun& run) { return run.selected; });
+}
+
+std::size_t Record::turned() const {
+    return sum(runs, [](const CommandRun& run) { return run.turned.size(); });
+}
+
+std::size_t Record::unchanged() const {
+    return sum(runs, [](const CommandRun& run) {
+        return static_cast<std::size_t>(
+            std::count_if(run.turned.begin(), run.turned.end(), [](const TurnedEntity& entity) {
+                return entity.before.degrees == entity.after.degrees;
+            }));
+    });
+}
+
+std::size_t Record::left() const {
+    return sum(runs, [](const CommandRun& run) { return run.left.size(); });
+}
+
+void Account::hear(const editor::Session& session, const CommandResult& result) {
+    const AcDbDatabase* const drawing = session.drawing();
+    const bool ofModule = editor::CommandStack::instance().find(result.name) != nullptr;
+    if (drawing == nullptr || !ofModule) return;
+    CommandRun run;
+    run.command = toUtf8(result.name);
+    run.where = toUtf8(result.where);
+    run.end = result.end;
+    run.exception = toUtf8(result.exception);
+    run.undoGroup = result.undoGroup;
+    if (const PromptRecord* reply = last(result, PromptRecord::Kind::text))
+        run.reply = toUtf8(reply->reply);
+    TamLib::PolyLine line(0);
+    if (const PromptRecord* pick = last(result, PromptRecord::Kind::entity)) {
+        line = read(pick->entities.front());
+        takeLine(*pick, line, run);
+    }
+    Sorting sorting(run, line, database::changesOf(*drawing, run.undoGroup));
+    if (const PromptRecord* selection = last(result, PromptRecord::Kind::selection))
+        sorting.sort(*selection);
+    sorting.sortTheRest();
+    runs_.push_back(std::move(run));
+}
+
+Record Account::record(const AcDbDatabase& drawing) const {
+    const dxf::Document& document = database::document(drawing);
+    Record record;
+    record.drawing = document.name();
+    record.release = nameOf(document.release());
+    if (const auto version = document.headerVariable("$ACADVER").find(1))
+        record.version = toUtf8(document.decode(version->bytes()));
+    record.runs = runs_;
+    for (CommandRun& run : record.runs) {
+        run.takenBack = run.undoGroup != 0 && !database::stands(drawing, run.undoGroup);
+        if (!run.takenBack) continue;
+        run.turned.clear();
+        run.left.clear();
+        run.otherChanges = 0;
+    }
+    return record;
+}
+
+std::string described(Reason reason) {
+    switch (reason) {
+        case Reason::lockedLayer:
+            return "locked layer";
+        case Reason::classNotTurned:
+            return "class not turned";
+        case Reason::arrayInsert:
+            return "array insert";
+        case Reason::attributeDefinition:
+            return "attribute definition";
+        case Reason::notOpened:
+            return "could not be opened";
+        case Reason::erased:
+            break;
+    }
+    return "erased";
+}
+
+}  // namespace host::console

@@ -1,0 +1,96 @@
+#include "host/database/Turning.h"
+
+#include <dbents.h>
+
+#include "host/database/DatabaseImp.h"
+#include "host/database/Drawing.h"
+#include "host/database/ObjectFields.h"
+#include "host/database/ObjectImp.h"
+#include "host/database/Setting.h"
+
+namespace host::database {
+namespace {
+
+constexpr int kRotation = 50;
+
+// The angle as it stands in the drawing where that means the same, so that no digit of it is lost
+// on the way to radians and back.
+double degreesOf(AcDbObjectId entity, double radians) {
+    if (const auto record = recordOf(entity)) {
+        const auto group = document(*entity.database()).groups(*record).find(kRotation);
+        const auto degrees = group ? group->real() : std::nullopt;
+        if (degrees && toRadians(*degrees) == radians) return *degrees;
+    }
+    return toDegrees(radians);
+}
+
+Stance stanceOf(AcDbObjectId entity, const Fields& fields) {
+    if (const auto* text = dynamic_cast<const TextFields*>(&fields))
+        return {degreesOf(entity, text->rotation), text->turnedPosition()};
+    const auto& insert = static_cast<const InsertFields&>(fields);
+    return {degreesOf(entity, insert.rotation), insert.position};
+}
+
+bool canBeTurned(const AcDbObject& object) {
+    return object.isA() == AcDbText::desc() || object.isA() == AcDbBlockReference::desc();
+}
+
+const AcDbImpObject* impOf(AcDbObjectId entity) {
+    AcDbImpDatabase* const database = entity.isNull() ? nullptr : AcDbImpDatabase::of(entity);
+    AcDbObject* const object =
+        database == nullptr ? nullptr : database->object(AcDbImpDatabase::numberOf(entity));
+    return object == nullptr ? nullptr : object->impl();
+}
+
+template <class F>
+const F* fieldsAs(const AcDbImpObject* object) {
+    return object == nullptr ? nullptr : dynamic_cast<const F*>(&object->fields());
+}
+
+bool standsAtInsertion(const TextFields& text) {
+    const bool betweenPoints = text.horizontal == 3 || text.horizontal == 5;
+    return text.vertical == 0 && (text.horizontal == 0 || betweenPoints);
+}
+
+}  // namespace
+
+GroupChanges changesOf(const AcDbDatabase& database, std::uint64_t group) {
+    AcDbImpDatabase& imp = *database.impl();
+    GroupChanges changes;
+    for (const UndoLog::Former& former : imp.undoLog().formerOf(group)) {
+        const AcDbObjectId id = imp.idOf(former.object);
+        const AcDbObject& object = *imp.object(former.object);
+        const Fields& now = object.impl()->fields();
+        const bool lived = !isNew(id) && !former.erased && !object.impl()->isErased();
+        if (lived && canBeTurned(object) && sameApartFrom(kRotation, *former.fields, now))
+            changes.turned.push_back({id, stanceOf(id, *former.fields), stanceOf(id, now)});
+        else
+            changes.others.push_back(id);
+    }
+    return changes;
+}
+
+bool stands(const AcDbDatabase& database, std::uint64_t group) {
+    return database.impl()->undoLog().stands(group);
+}
+
+AcGePoint3d hangingPoint(AcDbObjectId entity) {
+    const AcDbImpObject* const object = impOf(entity);
+    if (const auto* text = fieldsAs<TextFields>(object))
+        return inWorld(text->normal,
+                       standsAtInsertion(*text) ? text->turnedPosition() : text->alignment);
+    if (const auto* insert = fieldsAs<InsertFields>(object))
+        return inWorld(insert->normal, insert->position);
+    return {};
+}
+
+std::wstring wording(AcDbObjectId entity) {
+    const AcDbImpObject* const object = impOf(entity);
+    if (const auto* attribute = fieldsAs<AttributeFields>(object)) return attribute->tag;
+    if (const auto* text = fieldsAs<TextFields>(object)) return text->text;
+    if (const auto* text = fieldsAs<MTextFields>(object)) return text->contents;
+    if (const auto* insert = fieldsAs<InsertFields>(object)) return insert->block;
+    return {};
+}
+
+}  // namespace host::database
