@@ -2,6 +2,7 @@
 #include <adscodes.h>
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 #include "host/database/Undo.h"
@@ -116,6 +117,9 @@ Answer State::evaluated(const Reply& reply) {
         error(L"LISP: " + failure.sentence() + L" (" + file + L"line " +
               std::to_wstring(failure.where().line) + L", column " +
               std::to_wstring(failure.where().column) + L")");
+        answer.kind = Answer::Kind::failed;
+    } catch (const std::bad_alloc&) {
+        error(L"LISP: there is not enough memory for " + reply.text.substr(0, 100));
         answer.kind = Answer::Kind::failed;
     }
     return answer;

@@ -19,6 +19,9 @@ constexpr int operatorCode = -4;
 // Reals of a filter are rarely typed to the last digit.
 constexpr double equalWithin = 1e-6;
 
+// Groups are read, tried and given up one inside the other.
+constexpr int deepestGroups = 200;
+
 bool compare(const std::wstring& relation, double a, double b) {
     const bool equal = std::fabs(a - b) <= equalWithin * std::max(1.0, std::fabs(b));
     if (relation == L"=") return equal;
@@ -114,7 +117,7 @@ class Filter::Reader {
     Reader(const resbuf* chain, std::wstring& problem) : at_(chain), problem_(problem) {}
 
     std::optional<std::vector<std::shared_ptr<const Node>>> all() {
-        auto nodes = until(L"");
+        auto nodes = untilEnd();
         if (nodes && at_ != nullptr) {
             problem_ = std::wstring(L"a filter ends a group that it has not begun: ") +
                        at_->resval.rstring;
@@ -130,15 +133,14 @@ class Filter::Reader {
         return at_->restype == operatorCode && at_->resval.rstring != nullptr;
     }
 
-    // The nodes up to the operator `end` ("AND>"), which is left standing, or to the end of the
-    // chain.
-    std::optional<Nodes> until(const std::wstring& end) {
+    // The nodes up to an operator that ends a group ("AND>"), which is left standing, or to the end
+    // of the chain.
+    std::optional<Nodes> untilEnd() {
         Nodes nodes;
         while (at_ != nullptr) {
             if (isOperator()) {
                 const std::wstring name = upperCase(at_->resval.rstring);
-                if (name == end || (!name.empty() && name.back() == L'>' && name.size() > 2))
-                    return nodes;
+                if (name.size() > 2 && name.back() == L'>') return nodes;
                 const auto node =
                     name.size() > 2 && name.front() == L'<' ? group(name) : relation(name);
                 if (!node) return std::nullopt;
@@ -165,9 +167,15 @@ class Filter::Reader {
             node->kind = Node::Kind::none;
         else
             return fail(L"a filter has no operator " + begin);
+        if (depth_ == deepestGroups) {
+            return fail(L"the groups of a filter are nested more than " +
+                        std::to_wstring(deepestGroups) + L" deep");
+        }
         at_ = at_->rbnext;
         const std::wstring end = name + L">";
-        auto parts = until(end);
+        ++depth_;
+        auto parts = untilEnd();
+        --depth_;
         if (!parts) return nullptr;
         if (at_ == nullptr || upperCase(at_->resval.rstring) != end) {
             return fail(L"the group " + begin + L" of a filter has no end " + end);
@@ -183,6 +191,7 @@ class Filter::Reader {
     }
 
     std::shared_ptr<const Node> relation(const std::wstring& name) {
+        if (name.empty()) return fail(L"an operator of a filter is empty");
         std::vector<std::wstring> relations = split(name, L',');
         const bool known =
             isBitTest(name) || std::all_of(relations.begin(), relations.end(), isRelation);
@@ -231,6 +240,7 @@ class Filter::Reader {
 
     const resbuf* at_;
     std::wstring& problem_;
+    int depth_ = 0;  // of the groups that have begun
 };
 
 Filter::Filter() = default;

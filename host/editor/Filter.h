@@ -15,8 +15,8 @@ class Filter {
     // Everything passes.
     Filter();
     // Reads a chain as acedads.h tells it; a null chain lets everything pass. False, with a
-    // sentence in `problem`, for operators that don't match up, an operator without a value, and
-    // codes that entities are not tested by (-3, -2, -1).
+    // sentence in `problem`, for operators that don't match up, an operator without a value, groups
+    // nested more than 200 deep, and codes that entities are not tested by (-3, -2, -1).
     bool read(const resbuf* chain, std::wstring& problem);
 
     bool passes(AcDbObjectId entity) const;

@@ -76,10 +76,28 @@ Interpreter::Interpreter(std::function<void(const std::wstring&)> print)
     defineListFunctions(*this);
 }
 
+class Interpreter::Inside {
+  public:
+    Inside(Interpreter& interpreter, Position start) : depth_(interpreter.depth_) {
+        if (depth_ == deepestAnswers) {
+            throw Error(L"expressions answer each other's prompts more than " +
+                            std::to_wstring(deepestAnswers) + L" deep",
+                        start);
+        }
+        if (depth_++ == 0) interpreter.steps_ = 0;
+    }
+    ~Inside() { --depth_; }
+    Inside(const Inside&) = delete;
+    Inside& operator=(const Inside&) = delete;
+
+  private:
+    int& depth_;
+};
+
 Value Interpreter::evaluate(std::wstring_view text, Position start) {
     const fault::Quiet quiet;
     const std::vector<Value> expressions = read(text, start);
-    steps_ = 0;
+    const Inside inside(*this, start);
     Value value;
     for (const Value& expression : expressions) value = evaluateForm(expression, start);
     return value;
@@ -88,10 +106,6 @@ Value Interpreter::evaluate(std::wstring_view text, Position start) {
 Value Interpreter::variable(std::wstring_view name) const {
     const auto found = variables_.find(upperCase(name));
     return found == variables_.end() ? Value(Nil{}) : found->second;
-}
-
-void Interpreter::setVariable(std::wstring_view name, Value value) {
-    variables_[upperCase(name)] = std::move(value);
 }
 
 void Interpreter::define(std::wstring_view name, Function function) {

@@ -48,12 +48,12 @@ class Interpreter {
 
     // Evaluates all expressions of a text and gives the value of the last, nil for none. Throws
     // Error for what can't be read, and then nothing was evaluated; for what can't be evaluated;
-    // and after 100000 steps.
+    // and after 100000 steps. An expression may ask, and be answered by an expression, which is
+    // evaluated inside of it: the steps count together, and more than 20 of them are an Error.
     Value evaluate(std::wstring_view text, Position start = {});
 
     // nil for a symbol without a value. Names in any case.
     Value variable(std::wstring_view name) const;
-    void setVariable(std::wstring_view name, Value value);
     // Forgets the values, as a drawing that is closed takes its names along.
     void clear() { variables_.clear(); }
 
@@ -62,6 +62,9 @@ class Interpreter {
 
   private:
     static constexpr int mostSteps = 100000;
+    static constexpr int deepestAnswers = 20;
+
+    class Inside;  // one call of evaluate
 
     Value evaluateForm(const Value& expression, Position where);
     Value evaluateList(const Pair& form);
@@ -71,6 +74,7 @@ class Interpreter {
     std::map<std::wstring, Function, std::less<>> functions_;
     std::function<void(const std::wstring&)> print_;
     int steps_ = 0;
+    int depth_ = 0;  // of evaluate inside evaluate
 };
 
 // The functions that work on values alone: list, cons, car, cdr, princ.

@@ -9,8 +9,10 @@
 
 #include "host/database/Drawing.h"
 #include "host/editor/Drawn.h"
+#include "host/editor/Filter.h"
 #include "host/editor/Lisp.h"
 #include "host/editor/ResultBuffers.h"
+#include "host/editor/SelectionMode.h"
 #include "host/editor/Words.h"
 
 namespace host::editor::lisp {
@@ -160,50 +162,102 @@ Value entlast(Call& call) {
 
 // --- selection sets ----------------------------------------------------------------------------
 
-bool takesPointList(const std::wstring& mode) {
-    const std::wstring name = upperCase(mode);
-    return name == L"WP" || name == L"CP" || name == L"F" || name == L"_WP" || name == L"_CP" ||
-           name == L"_F";
+// What a selection is given besides its mode and filter.
+struct SelectionArguments {
+    ads_point corners[2] = {};
+    Chain points;
+    std::wstring texts[2];
+    const ACHAR* prompts[2] = {};
+    const void* given[2] = {nullptr, nullptr};  // for acedSSGet; into this object
+};
+
+void takeCorner(const AcGePoint3d& point, int index, SelectionArguments& into) {
+    for (unsigned axis = 0; axis < 3; ++axis) into.corners[index][axis] = point[axis];
+    into.given[index] = into.corners[index];
 }
 
-Chain pointChain(const Call& call, const Value& points) {
-    Chain chain;
-    for (const Value& value : members(points)) {
-        const auto point = pointOf(value);
-        if (!point) call.fail(L"a list of points is needed, not " + text(points, true));
-        resbuf& element = chain.append(RT3DPOINT);
-        for (unsigned i = 0; i < 3; ++i) element.resval.rpoint[i] = (*point)[i];
+void takeCorners(const Call& call, std::size_t first, SelectionArguments& into) {
+    for (int i = 0; i < 2; ++i) {
+        const auto point = pointOf(call.any(first + static_cast<std::size_t>(i)));
+        if (!point) {
+            call.fail(L"ssget \"" + call.text(0) + L"\" takes two points, not " +
+                      text(call.any(first + static_cast<std::size_t>(i)), true));
+        }
+        takeCorner(*point, i, into);
     }
-    return chain;
 }
 
-// (ssget [mode] [point [point] | points] [filter])
+void takePoints(const Call& call, const Value& points, SelectionArguments& into) {
+    Value dotted;
+    const std::vector<Value> all = members(points, &dotted);
+    bool good = !all.empty() && isNil(dotted);
+    for (std::size_t i = 0; good && i < all.size(); ++i) {
+        const auto point = pointOf(all[i]);
+        good = point.has_value();
+        if (!good) break;
+        resbuf& element = into.points.append(RT3DPOINT);
+        for (unsigned axis = 0; axis < 3; ++axis) element.resval.rpoint[axis] = (*point)[axis];
+    }
+    if (!good) call.fail(L"a list of points is needed, not " + text(points, true));
+    into.given[0] = into.points.get();
+}
+
+void takePrompts(const Call& call, const Value& prompts, SelectionArguments& into) {
+    const std::vector<Value> all = members(prompts);
+    for (std::size_t i = 0; i < 2; ++i) {
+        const auto* plain = all.size() == 2 ? std::get_if<std::wstring>(&all[i]) : nullptr;
+        if (plain == nullptr)
+            call.fail(L"a list of two texts to ask with is needed, not " + text(prompts, true));
+        into.texts[i] = *plain;
+        into.prompts[i] = into.texts[i].c_str();
+    }
+    into.given[0] = into.prompts;
+}
+
+// Takes what the mode has to be told from the arguments behind it; gives the index of what follows.
+std::size_t takeArguments(const Call& call, const SelectionMode& mode, std::size_t next,
+                          SelectionArguments& into) {
+    using Takes = SelectionMode::Takes;
+    switch (mode.takes) {
+        case Takes::unknown:
+            call.fail(L"ssget has no mode \"" + call.text(0) + L"\"");
+        case Takes::corners:
+            takeCorners(call, next, into);
+            return next + 2;
+        case Takes::points:
+            takePoints(call, call.any(next), into);
+            return next + 1;
+        case Takes::prompts:
+            takePrompts(call, call.any(next), into);
+            return next + 1;
+        case Takes::point:
+            if (const auto at = call.has(next) ? pointOf(call.any(next)) : std::nullopt) {
+                takeCorner(*at, 0, into);
+                return next + 1;
+            }
+            return next;
+        case Takes::nothing:
+            break;
+    }
+    return next;
+}
+
+// (ssget [mode] [point [point] | points | prompts] [filter])
 Value ssget(Call& call) {
     drawing(call);
-    std::size_t next = 0;
     const auto* mode = call.has(0) ? std::get_if<std::wstring>(&call.arguments[0]) : nullptr;
-    if (mode != nullptr) ++next;
-    ads_point corners[2] = {};
-    const void* given[2] = {nullptr, nullptr};
-    Chain points;
-    if (mode != nullptr && takesPointList(*mode) && call.has(next)) {
-        points = pointChain(call, call.arguments[next++]);
-        given[0] = points.get();
-    }
-    for (std::size_t i = 0; i < 2 && points.get() == nullptr && call.has(next); ++i) {
-        const auto point = pointOf(call.arguments[next]);
-        if (!point) break;
-        for (unsigned axis = 0; axis < 3; ++axis) corners[i][axis] = (*point)[axis];
-        given[i] = corners[i];
-        ++next;
-    }
+    SelectionArguments arguments;
+    std::size_t next = takeArguments(call, parseSelectionMode(mode == nullptr ? L"" : *mode),
+                                     mode == nullptr ? 0 : 1, arguments);
     Chain filter;
     if (call.has(next)) filter = filterChain(call, call.arguments[next++]);
     if (call.has(next))
         call.fail(L"ssget does not take " + text(call.arguments[next], true) + L" there");
+    std::wstring problem;
+    if (!Filter().read(filter.get(), problem)) call.fail(problem);
     ads_name set;
-    const int code =
-        acedSSGet(mode == nullptr ? nullptr : mode->c_str(), given[0], given[1], filter.get(), set);
+    const int code = acedSSGet(mode == nullptr ? nullptr : mode->c_str(), arguments.given[0],
+                               arguments.given[1], filter.get(), set);
     if (code != RTNORM) return Nil{};
     return std::make_shared<const HeldSet>(set[0], set[1]);
 }

@@ -22,6 +22,17 @@ int nesting(const Value& first, const Value& rest) {
                     next == nullptr ? 1 : (*next)->depth);
 }
 
+std::size_t sizeOf(const Value& value) {
+    if (const PairPtr* pair = pairOf(value)) return (*pair)->size;
+    const auto* plain = std::get_if<std::wstring>(&value);
+    return plain == nullptr ? 1 : 1 + plain->size() / 64;
+}
+
+// The nil that ends a list is none of its values.
+std::size_t sizeOf(const Value& first, const Value& rest) {
+    return sizeOf(first) + (isNil(rest) ? 0 : sizeOf(rest));
+}
+
 std::wstring quotedText(const std::wstring& plain) {
     std::wstring quoted = L"\"";
     for (const wchar_t c : plain) {
@@ -80,7 +91,11 @@ HeldSet::~HeldSet() {
 }
 
 Pair::Pair(Value first, Value rest, Position position)
-    : car(std::move(first)), cdr(std::move(rest)), where(position), depth(nesting(car, cdr)) {}
+    : car(std::move(first)),
+      cdr(std::move(rest)),
+      where(position),
+      depth(nesting(car, cdr)),
+      size(sizeOf(car, cdr)) {}
 
 Pair::~Pair() {
     auto* next = std::get_if<PairPtr>(&cdr);
@@ -97,7 +112,11 @@ Value cons(Value first, Value rest, Position where) {
         throw Error(L"lists are nested more than " + std::to_wstring(deepestNesting) + L" deep",
                     where);
     }
-    return std::make_shared<const Pair>(std::move(first), std::move(rest), where);
+    if (sizeOf(first, rest) > largestSize) {
+        throw Error(L"a list holds more than " + std::to_wstring(largestSize) + L" values", where);
+    }
+    // Not made const: a pair takes down those behind it.
+    return std::make_shared<Pair>(std::move(first), std::move(rest), where);
 }
 
 Value list(std::vector<Value> values, Position where, Value tail) {

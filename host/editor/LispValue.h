@@ -2,8 +2,8 @@
 // names, selection sets and pairs.
 //
 // Values are immutable and shared. Lists are chains of pairs ended by nil; a pair whose rest is
-// neither nil nor a pair is a dotted one. Nesting is bounded, so that no value is too deep to be
-// printed or destroyed.
+// neither nil nor a pair is a dotted one. Nesting and size are bounded, so that no value is too
+// deep to be printed or destroyed, nor too long to be printed, however often its parts are shared.
 #pragma once
 
 #include <dbid.h>
@@ -72,17 +72,20 @@ struct Pair {
 
     Value car;
     Value cdr;
-    Position where;  // of the opening parenthesis, for messages
-    int depth;       // of nesting; 1 for a flat list
+    Position where;    // of the opening parenthesis, for messages
+    int depth;         // of nesting; 1 for a flat list
+    std::size_t size;  // values in it, counted as often as they would be printed
 };
 
 constexpr int deepestNesting = 200;
+constexpr std::size_t largestSize = 1000000;
 
 inline bool isNil(const Value& value) {
     return std::holds_alternative<Nil>(value);
 }
 
-// A pair. Throws Error when it would nest too deeply.
+// A pair. Throws Error when it would nest too deeply or hold too many values, 64 characters of a
+// text counting as one.
 Value cons(Value first, Value rest, Position where = {});
 
 // A list of the values, ended by `tail`.

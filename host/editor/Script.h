@@ -10,7 +10,6 @@
 
 #include <cstddef>
 #include <functional>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -46,7 +45,6 @@ class ReplyReader {
     void drop() { haveLine_ = false; }
 
   private:
-    std::optional<Reply> fetch(const Request& request);
     Reply takeWord();
     Reply takeText();
     Reply takeExpression();

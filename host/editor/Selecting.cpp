@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/database/Drawing.h"
@@ -10,6 +11,7 @@
 #include "host/editor/Drawn.h"
 #include "host/editor/Filter.h"
 #include "host/editor/Scripted.h"
+#include "host/editor/SelectionMode.h"
 #include "host/editor/SelectionPrompt.h"
 #include "host/editor/SelectionSets.h"
 #include "host/editor/Words.h"
@@ -20,44 +22,10 @@ namespace {
 
 using State = Session::Implementation;
 using Ids = std::vector<AcDbObjectId>;
+using Mode = SelectionMode;
 
-// "_CP:$L" taken apart.
-struct Mode {
-    std::wstring method;  // upper case, empty for a prompt or a pick
-    bool prompts = false;
-    bool single = false;
-    bool refuseLocked = false;
-    bool known = true;
-};
-
-Mode parseMode(const ACHAR* text) {
-    Mode mode;
-    std::wstring_view rest = text == nullptr ? L"" : text;
-    if (!rest.empty() && rest.front() == L'_') rest.remove_prefix(1);
-    const std::size_t colon = rest.find(L':');
-    mode.method = upperCase(rest.substr(0, colon));
-    for (const wchar_t flag :
-         colon == std::wstring_view::npos ? std::wstring_view() : rest.substr(colon + 1)) {
-        switch (flag) {
-            case L':':
-                break;
-            case L'$':
-                mode.prompts = true;
-                break;
-            case L'S':
-            case L's':
-                mode.single = true;
-                break;
-            case L'L':
-            case L'l':
-                mode.refuseLocked = true;
-                break;
-            default:
-                mode.known = false;
-                break;
-        }
-    }
-    return mode;
+std::wstring_view orEmpty(const ACHAR* text) {
+    return text == nullptr ? std::wstring_view() : text;
 }
 
 PlanPoint planOf(const void* point) {
@@ -118,7 +86,7 @@ Ids orNone(AcDbObjectId id) {
     return id.isNull() ? Ids() : Ids{id};
 }
 
-// What a method finds without asking anybody; none for an unknown method.
+// What a method finds without asking anybody; none for "I", as nothing is ever selected beforehand.
 Ids find(State& state, const Mode& mode, const void* first, const void* second) {
     const Drawn drawn(*state.drawing());
     if (mode.method.empty()) return orNone(drawn.topmostAt(planOf(first), state.pickReach()));
@@ -198,8 +166,8 @@ int acedSSGet(const ACHAR* mode, const void* point1, const void* point2, const r
     if (Scripted* scripted = Scripted::current())
         return scriptedSelect(*scripted, mode, point1, filter, set);
     State* state = currentState();
-    const Mode parsed = parseMode(mode);
-    if (state == nullptr || !parsed.known) return RTERROR;
+    const Mode parsed = parseSelectionMode(orEmpty(mode));
+    if (state == nullptr || parsed.takes == Mode::Takes::unknown) return RTERROR;
     if (state->drawing() == nullptr) return state->refusePrompt(PromptRecord::Kind::selection);
     Filter tests;
     std::wstring problem;

@@ -185,10 +185,70 @@ TEST(Lisp, DeepNestingIsRefused) {
     EXPECT_EQ(stopped, L"lists are nested more than 200 deep @1:9");
 }
 
+TEST(Lisp, ListsThatShareTheirPartsAreMeasuredAsTheyArePrinted) {
+    lisp::Interpreter interpreter;
+    interpreter.evaluate(L"(setq a (list 1))");
+    for (int doubled = 0; doubled < 19; ++doubled) interpreter.evaluate(L"(setq a (list a a))");
+    EXPECT_EQ(value(interpreter, L"a").size(), 3 * 524288u + 3 * 524287u)
+        << "each (1), and around each two of them parentheses and a blank";
+    EXPECT_EQ(failure(interpreter, L"(setq a (list a a))"),
+              L"a list holds more than 1000000 values @1:9");
+    EXPECT_EQ(failure(interpreter, L"(setq b (cons a a))"),
+              L"a list holds more than 1000000 values @1:9");
+}
+
+TEST(Lisp, AListHoldsAMillionValues) {
+    lisp::Value million;
+    for (int i = 0; i < 1000000; ++i) million = lisp::cons(i, std::move(million));
+    EXPECT_EQ(lisp::members(million).size(), 1000000u);
+    EXPECT_THROW(lisp::cons(0, million), lisp::Error);
+    EXPECT_THROW(lisp::list({0, 0}, {}, std::get<lisp::PairPtr>(million)->cdr), lisp::Error);
+    EXPECT_NO_THROW(lisp::list({0}, {}, std::get<lisp::PairPtr>(million)->cdr));
+}
+
+TEST(Lisp, TextsCountByTheirLength) {
+    const std::vector<lisp::Value> hundred(100, std::wstring(64 * 9999 + 63, L'x'));
+    const lisp::Value all = lisp::list(hundred);
+    EXPECT_THROW(lisp::cons(1, all), lisp::Error);
+    EXPECT_THROW(lisp::list(std::vector<lisp::Value>(100, std::wstring(64 * 10000, L'x'))),
+                 lisp::Error);
+}
+
 TEST(Lisp, ARunawayIsStopped) {
     std::wstring many = L"(list";
     for (int i = 0; i < 100001; ++i) many += L" 1";
     EXPECT_EQ(failure(many + L")"), L"stopped after 100000 steps @1:1");
+}
+
+TEST(Lisp, StepsCountTogetherWithThoseOfAnExpressionInside) {
+    lisp::Interpreter interpreter;
+    int inner = 0;
+    interpreter.define(L"inside", {0, 0, [&inner](lisp::Call& call) {
+                                       ++inner;
+                                       return call.interpreter.evaluate(L"(list 1 2 3 4)");
+                                   }});
+    std::wstring many = L"(list";
+    for (int i = 0; i < 30000; ++i) many += L" (inside)";
+    EXPECT_EQ(failure(interpreter, many + L")"), L"stopped after 100000 steps @1:1");
+    EXPECT_EQ(inner, 16667) << "six steps each";
+    EXPECT_EQ(value(interpreter, L"(inside)"), L"(1 2 3 4)") << "the next one starts afresh";
+}
+
+TEST(Lisp, ExpressionsInsideOfEachOtherAreTwentyAtMost) {
+    lisp::Interpreter interpreter;
+    int depth = 0;
+    int most = 20;
+    interpreter.define(L"down", {0, 0, [&](lisp::Call& call) {
+                                     return ++depth == most ? lisp::Value(depth)
+                                                            : call.interpreter.evaluate(L"(down)");
+                                 }});
+    EXPECT_EQ(value(interpreter, L"(down)"), L"20");
+    depth = 0;
+    most = 21;
+    EXPECT_EQ(failure(interpreter, L"(down)"),
+              L"expressions answer each other's prompts more than 20 deep @1:1");
+    depth = 20;
+    EXPECT_EQ(value(interpreter, L"(down)"), L"21") << "a failure leaves no depth behind";
 }
 
 TEST(Lisp, LongListsAreTakenDownWithoutRecursion) {
@@ -228,6 +288,62 @@ TEST_F(LispDrawing, OtherWaysOfSelecting) {
     EXPECT_EQ(value(L"(sslength (ssget \"CP\" '((30 10) (70 10) (70 60))))"), L"2");
     EXPECT_EQ(value(L"(sslength (ssget \"F\" '((50 -5) (50 60))))"), L"3");
     EXPECT_EQ(value(L"(sslength (ssget \"L\"))"), L"1");
+}
+
+TEST_F(LispDrawing, EachWayOfSelectingTakesItsOwnArguments) {
+    EXPECT_EQ(value(L"(sslength (ssget \"CP:S\" '((30 10) (70 10) (70 60))))"), L"2");
+    EXPECT_EQ(value(L"(sslength (ssget \"._wp:L\" '((-9 -9) (109 -9) (109 99) (-9 99))))"), L"5");
+    EXPECT_EQ(value(L"(sslength (ssget \"f:s\" '((50 -5 1) (50 60 1)) '((0 . \"LINE\"))))"), L"2");
+    EXPECT_EQ(value(L"(sslength (ssget \"_W:L\" '(-1 -1) '(101 60)))"), L"5");
+    EXPECT_EQ(value(L"(sslength (ssget \":S\" '(30 0)))"), L"1");
+    EXPECT_EQ(value(L"(sslength (ssget \"A:L\"))"), L"6");
+    EXPECT_EQ(value(L"(ssget \"I\")"), L"nil") << "nothing is ever selected beforehand";
+    EXPECT_EQ(value(L"(ssget \"P\")"), L"nil");
+    EXPECT_EQ(value(L"(ssget nil)"), L"nil") << "asks, and there is nobody to answer";
+}
+
+TEST_F(LispDrawing, ArgumentsOfAnotherWayOfSelectingAreRefused) {
+    const wchar_t* const lists[] = {L"CP:S", L"WP", L"F:L", L"_cp", L".F", L"CP:$"};
+    for (const std::wstring mode : lists) {
+        EXPECT_EQ(failure(L"(ssget \"" + mode + L"\" (list 1.0 2.0000000000022213))"),
+                  L"a list of points is needed, not (1.0 2.0000000000022213) @1:1");
+        EXPECT_EQ(failure(L"(ssget \"" + mode + L"\" '((1 2) . 3))"),
+                  L"a list of points is needed, not ((1 2) . 3) @1:1");
+        EXPECT_EQ(failure(L"(ssget \"" + mode + L"\" nil)"),
+                  L"a list of points is needed, not nil @1:1");
+        EXPECT_EQ(failure(L"(ssget \"" + mode + L"\")"), L"SSGET lacks its second argument @1:1");
+    }
+    for (const std::wstring mode : {L"W", L"C:S", L"_c", L".W:$"}) {
+        EXPECT_EQ(failure(L"(ssget \"" + mode + L"\" '((0 0) (1 1)))"),
+                  L"ssget \"" + mode + L"\" takes two points, not ((0 0) (1 1)) @1:1");
+        EXPECT_EQ(failure(L"(ssget \"" + mode + L"\" '(0 0) '((0 . \"TEXT\")))"),
+                  L"ssget \"" + mode + L"\" takes two points, not ((0 . \"TEXT\")) @1:1");
+        EXPECT_EQ(failure(L"(ssget \"" + mode + L"\" '(0 0))"),
+                  L"SSGET lacks its third argument @1:1");
+    }
+    for (const std::wstring mode : {L"X", L"A:S", L"_L", L".P:L", L"I"}) {
+        EXPECT_EQ(failure(L"(ssget \"" + mode + L"\" '(1 2))"),
+                  L"a filter consists of pairs like (0 . \"TEXT\"), not 1 @1:1");
+    }
+    for (const std::wstring mode : {L":$", L"_:$S", L":L$"}) {
+        EXPECT_EQ(failure(L"(ssget \"" + mode + L"\" '(1 2))"),
+                  L"a list of two texts to ask with is needed, not (1 2) @1:1");
+        EXPECT_EQ(failure(L"(ssget \"" + mode + L"\" '(\"a\"))"),
+                  L"a list of two texts to ask with is needed, not (\"a\") @1:1");
+        EXPECT_EQ(failure(L"(ssget \"" + mode + L"\")"), L"SSGET lacks its second argument @1:1");
+    }
+    for (const std::wstring mode : {L"NOSUCH", L"X:Q", L":E", L"XX", L"WC"}) {
+        EXPECT_EQ(failure(L"(ssget \"" + mode + L"\" '(1 2) '(3 4))"),
+                  L"ssget has no mode \"" + mode + L"\" @1:1");
+    }
+}
+
+TEST_F(LispDrawing, AFilterThatCantBeIsAnError) {
+    EXPECT_EQ(failure(L"(ssget \"X\" '((-4 . \"<OR\") (0 . \"TEXT\")))"),
+              L"the group <OR of a filter has no end OR> @1:1");
+    EXPECT_EQ(failure(L"(ssget \"X\" '((-4 . \"\") (0 . \"TEXT\")))"),
+              L"an operator of a filter is empty @1:1");
+    EXPECT_TRUE(harness_.output().errors.empty()) << "said once, by the expression";
 }
 
 TEST_F(LispDrawing, WrongFiltersAndArgumentsAreNamed) {

@@ -102,6 +102,7 @@ TEST_F(Selecting, EverythingIncludesFrozenLockedAndOff) {
     EXPECT_EQ(found(L"_x", nullptr, nullptr, nullptr), L"10 11 12 20 21 22 23 24");
     EXPECT_EQ(found(L"A", nullptr, nullptr, nullptr), L"10 11 12 20 21 24");
     EXPECT_EQ(found(L"X:L", nullptr, nullptr, nullptr), L"10 11 12 20 21 23 24");
+    EXPECT_EQ(found(L"._X", nullptr, nullptr, nullptr), L"10 11 12 20 21 22 23 24");
 }
 
 TEST_F(Selecting, ByWindowAndCrossing) {
@@ -315,6 +316,27 @@ TEST_F(Filtering, RelationsAndGroups) {
         L"A2");
 }
 
+TEST_F(Filtering, GroupsAreNestedTwoHundredDeepAtMost) {
+    const auto nested = [](int depth) {
+        resbuf* chain = acutBuildList(RTDXF0, L"TEXT", RTNONE);
+        resbuf* last = chain;
+        for (int i = 0; i < depth; ++i) {
+            resbuf* begin = acutBuildList(-4, L"<NOT", RTNONE);
+            begin->rbnext = chain;
+            chain = begin;
+            last = last->rbnext = acutBuildList(-4, L"NOT>", RTNONE);
+        }
+        return chain;
+    };
+    EXPECT_EQ(filtered(Chain(nested(199))), L"B1 C1 D1");
+    EXPECT_EQ(filtered(Chain(nested(200))), L"A1 A2");
+    EXPECT_TRUE(harness_.output().errors.empty());
+    EXPECT_EQ(filtered(Chain(nested(201))), error);
+    EXPECT_EQ(filtered(Chain(nested(20000))), error);
+    const std::wstring sentence = L"the groups of a filter are nested more than 200 deep";
+    EXPECT_EQ(harness_.output().errors, (std::vector<std::wstring>{sentence, sentence}));
+}
+
 TEST_F(Filtering, WhatAFilterCantBeIsSaid) {
     const ads_name name = {1, 0};
     const auto problem = [](resbuf* chain) {
@@ -332,6 +354,7 @@ TEST_F(Filtering, WhatAFilterCantBeIsSaid) {
     EXPECT_EQ(problem(acutBuildList(-4, L"<NOT", RTDXF0, L"A", RTDXF0, L"B", -4, L"NOT>", RTNONE)),
               L"the group <NOT of a filter has 2 parts");
     EXPECT_EQ(problem(acutBuildList(-4, L"=>", 62, 1, RTNONE)), L"a filter has no operator =>");
+    EXPECT_EQ(problem(acutBuildList(-4, L"", 62, 1, RTNONE)), L"an operator of a filter is empty");
     EXPECT_EQ(problem(acutBuildList(-4, L">", RTNONE)), L"the operator > of a filter has no value");
     EXPECT_EQ(problem(acutBuildList(-4, L"<NOR", RTNONE)), L"a filter has no operator <NOR");
     EXPECT_EQ(problem(acutBuildList(-1, name, RTNONE)), L"a filter can't test group -1");

@@ -6,8 +6,11 @@
 #include <dbents.h>
 #include <gtest/gtest.h>
 
+#include <new>
+
 #include "host/database/Drawing.h"
 #include "host/database/Ledger.h"
+#include "host/editor/SessionState.h"
 #include "tests/host/editor/Harness.h"
 
 using namespace host;
@@ -381,6 +384,27 @@ TEST(Session, AnotherDrawingForgetsNamesOfTheOld) {
     harness.session().addHostCommand(command);
     harness.run();
     EXPECT_EQ(harness.results().back().end, End::cancelled) << "e is nil now";
+}
+
+TEST(Session, ExpressionsThatAskAndAreAnsweredByThemselvesComeToAnEnd) {
+    Harness harness(smallTown(), std::vector<std::wstring>(5000, L"(ssget)"));
+    harness.run();
+    ASSERT_FALSE(harness.output().errors.empty());
+    EXPECT_EQ(harness.output().errors.front(),
+              L"LISP: expressions answer each other's prompts more than 20 deep (RUN.scr, line 21, "
+              L"column 1)");
+}
+
+TEST(Session, ALackOfMemoryInsideAnExpressionIsSaid) {
+    Harness harness(smallTown(), {L"SELECT", L"(exhaust)", L"30,0", L"", L"NOTHING"},
+                    Harness::By::person);
+    harness.session().implementation().lisp.define(
+        L"exhaust", {0, 0, [](lisp::Call&) -> lisp::Value { throw std::bad_alloc(); }});
+    harness.run();
+    EXPECT_EQ(harness.output().errors,
+              std::vector<std::wstring>{L"LISP: there is not enough memory for (exhaust)"});
+    EXPECT_EQ(harness.results().size(), 2u);
+    EXPECT_EQ(harness.results().front().end, End::done);
 }
 
 TEST(Session, TheStatusBarsMeterGoesToTheOutput) {
