@@ -6,7 +6,7 @@
 #include <new>
 #include <utility>
 
-#include "GeomStructs/PolyLine.h"
+#include "GeomStructs/PolyArray.h"
 #include "tam/TamExceptions.h"
 
 namespace TamLib::detail {
@@ -27,6 +27,31 @@ std::unique_ptr<T> MakeNew(std::int32_t line, Arguments&&... arguments) {
     std::unique_ptr<T> made(new (std::nothrow) T(std::forward<Arguments>(arguments)...));
     if (made == nullptr) throw TamExpNoMem(L"", line, L"GeomStructs/PolyArray");
     return made;
+}
+
+/// Moves the polylines of `from` behind those of `to`.
+inline void MoveAll(Array<PolyLine*>& from, Array<PolyLine*>& to) {
+    if (to.capacity - to.count < from.count) to.Resize(to.count + from.count);
+    for (PolyLine* const line : from) to.Append(line);
+    Array<PolyLine*> none;
+    from.SwapBlocks(none);
+}
+
+/// An array of a copy of `line`.
+inline PolyArray ArrayOf(const PolyLine& line) {
+    PolyArray array;
+    array.Add(MakeNew<PolyLine>(copyLine, line).release());
+    return array;
+}
+
+/// Deletes the polylines of which `drop(line)` is true; the others keep their order. Without a loss
+/// when `drop` raises.
+template <class Drop>
+void DropIf(Array<PolyLine*>& lines, const Drop& drop) {
+    std::uint32_t kept = 0;
+    for (std::uint32_t i = 0; i < lines.count; ++i)
+        if (!drop(*lines.data[i])) std::swap(lines.data[kept++], lines.data[i]);
+    while (lines.count > kept) delete lines.data[--lines.count];
 }
 
 /// Orders polylines as PolyArray::Sort does.

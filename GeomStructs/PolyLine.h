@@ -355,8 +355,8 @@ class PolyLine : public Point3dArrayBase<Point3d> {
     // this line, last. This line is left with the remainder. TamExpNoMem from
     // L"GeomStructs/PolyLine" without memory; this line is unchanged then.
     PolyArray SplitLoops();
-    // `SplitLoops` of this line with vertices where it crosses or touches itself. The loops are
-    // appended to `result`.
+    // `SplitLoops` of this line with vertices where it crosses itself, those of
+    // `WithIntersections(*this, null, false, 0)`. The loops are appended to `result`.
     void SplitSelfCrossings(PolyArray& result) const;
     // Keeps the vertices of the first of the loops of `SplitSelfCrossings`.
     void RemoveLoops();
@@ -365,6 +365,84 @@ class PolyLine : public Point3dArrayBase<Point3d> {
     // continues the last one and stands there, last. Without a cut the whole line is the one part.
     // Intended: a vertex of this line that lies on `cutter` already is no cut.
     void SplitAt(PolyArray& result, const PolyLine& cutter) const;
+
+    // --- Polygon Booleans, in plan. This polyline is the first operand. Neither one changes.
+    //
+    // By classification of edges: each ring is given vertices where the other one, as it was, meets
+    // it, by `WithIntersections(..., null, false, 0)`; each piece between two vertices is kept by
+    // where its middle, in 3D, lies in the other ring, by `Inside` with `touch` and without the
+    // stored box:
+    //                    pieces of this one    pieces of `other`
+    //     Union          outside, on           outside, on
+    //     Difference     outside, on           inside
+    //     Intersection   inside, on            inside, on
+    // Pieces kept, those of this ring first, are lines built with `order`. Of those that coincide
+    // one is left, by `Tidy(false, true, false)` of LineArray, and `PolyArray(lines, false, 0.001)`
+    // links the rest into the result. An empty result means that nothing is left.
+    // Intended, since that is all that is done:
+    //   - a hole is a ring like any other: nesting and turning sense are not told,
+    //   - an edge that both share is kept once and not cancelled. Squares side by side unite to one
+    //     open polyline that runs along all seven edges; two equal rings give that ring, for
+    //     `Difference` too,
+    //   - what does not link into a ring stays as an open polyline: no slivers are filtered out,
+    //   - where the other ring's vertex 0 lies on an edge, that edge is not divided (see
+    //     `Intersections`), and chains stay open there,
+    //   - shared pieces within rounding of upright may come to be built the one upwards, the other
+    //     downwards; both stay then.
+    // Heights are those of the edge that is divided. Time grows with n log n for outlines (see
+    // GeomStructs/SegmentIndex.h). TamExpNoMem of Array and of PolyArray.
+
+    // What lies in this polygon or in `other`. With `other` not closed a copy of this polyline, or
+    // nothing when it has no vertices; otherwise, when this one is not closed, a copy of `other`.
+    PolyArray Union(const PolyLine& other) const;
+    // What lies in this polygon and not in `other`. With one of them not closed a copy of this
+    // polyline, or nothing when it has no vertices.
+    PolyArray Difference(const PolyLine& other) const;
+    // What lies in both. Nothing with one of them not closed.
+    PolyArray Intersection(const PolyLine& other) const;
+
+    // --- Offsets, in plan; heights stay. `result` is emptied first, `ribs` added to; a failed
+    // operation leaves `result` as it was. Near duplicates (1e-7) of this polyline are passed over.
+    // Intended: vertices farther apart than that, but `Equals`, have no direction between them, and
+    // the constant of `Angle` takes its place, so that corners there point anywhere. TamExpNoMem of
+    // Array, PolyArray and `SplitLoops`.
+
+    // The parallel at `distance`: to the right of the way with a positive one, to the left with a
+    // negative one; of a closed polyline outward or inward, whatever its turning sense. Each vertex
+    // moves along the bisector of its corner as far as keeps the distance from both segments, but
+    // no farther than 25 distances, so that spikes are cut off; the ends of an open line move
+    // across it. A closed result repeats its first vertex. With |distance| below 0.0001 the result
+    // is a copy, which is not cleaned.
+    // With `clean` the result is taken apart by `SplitSelfCrossings`. Of several loops those that
+    // are closed and turn the wrong way are left out: the other way than a closed polyline does;
+    // of an open one counter-clockwise at a positive distance, clockwise at a negative one. A
+    // single loop is the result, unless it comes of a closed polyline and turns the wrong way, or
+    // each of its sides runs against the one it came from: then it is the inverted inside of a
+    // polygon that the distance has used up, and nothing is left.
+    void Offset(PolyArray* result, double distance, bool clean) const;
+
+    // The outline of the band from `left` to `right` of the way, as closed polygons: of an open
+    // line one ring, the left side and back along the right one; of a closed line two, the left
+    // side, then the right one backwards. A negative `right` means as wide as `left`; the sign of
+    // `left` is without effect, as are the `flags`. Without vertices nothing.
+    // At each corner both sides move along the bisector as far as keeps their width, but not
+    // farther than the larger of the width and the shorter segment at the corner. Where that is at
+    // most 1.7 widths on both sides, at the ends of an open line and at hairpins below 0.2 degrees
+    // the two points are one pair, and `ribs`, when given, gets a polyline from the left to the
+    // right one. Other corners get a bevel: two points on the outer side, at the width across each
+    // segment, and on the inner side the one on the bisector; no rib.
+    // Intended: the pair is placed by the mean of both directions as `Angle` tells them, and
+    // exchanged, lengths included, when the left point comes to lie right. So at such corners, and
+    // at both ends of an open line, the left side has the right width and the right side the left
+    // one.
+    // Small loops are cut out of each ring then: from each segment on the last one is looked for
+    // that crosses it, by `Line::Intersect` without touches; the crossing, at the height of the
+    // first of them, takes the place of the vertices between. The last segment does not count for
+    // the first one, and a ring of 6 vertices or fewer is not cut any more.
+    // With `clean` each ring is taken apart by `SplitSelfCrossings`; kept are the loops that turn
+    // as its last one does, and those whose `Relation` to the ring is not 0.
+    void OffsetBand(PolyArray* result, double left, double right, PolyArray* ribs, bool clean,
+                    int flags = 0) const;
 
     // --- Drawing.
 

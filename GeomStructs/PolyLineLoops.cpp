@@ -5,6 +5,7 @@
 
 #include "GeomStructs/PointGrid.h"
 #include "GeomStructs/PolyArray.h"
+#include "GeomStructs/PolyArrayParts.h"
 #include "GeomStructs/PolyLine.h"
 #include "tam/TamExceptions.h"
 
@@ -85,14 +86,6 @@ class LoopSplitter {
     Array<Stretch> stretches_;
 };
 
-// Moves the polylines of `from` behind those of `to`.
-void MoveAll(PolyArray& from, PolyArray& to) {
-    if (to.capacity - to.count < from.count) to.Resize(to.count + from.count);
-    for (PolyLine* const line : from) to.Append(line);
-    Array<PolyLine*> none;
-    from.SwapBlocks(none);
-}
-
 }  // namespace
 
 PolyArray PolyLine::SplitLoops() {
@@ -115,8 +108,8 @@ PolyArray PolyLine::SplitLoops() {
 }
 
 void PolyLine::SplitSelfCrossings(PolyArray& result) const {
-    PolyArray loops = WithIntersections(*this, nullptr, true, 0).SplitLoops();
-    MoveAll(loops, result);
+    PolyArray loops = WithIntersections(*this, nullptr, false, 0).SplitLoops();
+    detail::MoveAll(loops, result);
 }
 
 void PolyLine::RemoveLoops() {
@@ -149,7 +142,7 @@ void PolyLine::SplitAt(PolyArray& result, const PolyLine& cutter) const {
             parts.Remove(0, 1);
         }
     }
-    MoveAll(parts, result);
+    detail::MoveAll(parts, result);
 }
 
 }  // namespace TamLib

@@ -168,14 +168,18 @@ TEST(PolyLineSelfCrossings, LoopsAreAddedToTheResult) {
     EXPECT_EQ(Told({{kE}, {kO, kA, kB}}), Text(loops));
 }
 
-TEST(PolyLineSelfCrossings, AVertexOnAnotherSideIsATouchThatSplits) {
-    // The ring comes back to its first side at (2,0).
-    const PolyLine line =
-        MakeLine({{0, 0, 0}, {4, 0, 0}, {4, 3, 0}, {2, 0, 0}, {0, 3, 0}, {0, 0, 0}});
+TEST(PolyLineSelfCrossings, AVertexOnAnotherSideSplitsOnlyWhereTheLineGoesThrough) {
+    // The ring comes back to its first side at (2,0) and stays above it.
+    const Points touching = {{0, 0, 0}, {4, 0, 0}, {4, 3, 0}, {2, 0, 0}, {0, 3, 0}, {0, 0, 0}};
     PolyArray loops;
-    line.SplitSelfCrossings(loops);
+    MakeLine(touching).SplitSelfCrossings(loops);
+    EXPECT_EQ(Told({touching}), Text(loops));
+    // Now it goes on below.
+    loops.Clear();
+    MakeLine({{0, 0, 0}, {4, 0, 0}, {4, 3, 0}, {2, 0, 0}, {0, -3, 0}, {0, 0, 0}})
+        .SplitSelfCrossings(loops);
     EXPECT_EQ(Told({{{2, 0, 0}, {4, 0, 0}, {4, 3, 0}, {2, 0, 0}},
-                    {{0, 0, 0}, {2, 0, 0}, {0, 3, 0}, {0, 0, 0}}}),
+                    {{0, 0, 0}, {2, 0, 0}, {0, -3, 0}, {0, 0, 0}}}),
               Text(loops));
 }
 
