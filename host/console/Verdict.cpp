@@ -114,7 +114,7 @@ void Verdict::hear(Session& session, CommandResult& result) {
         case End::done:
             if (pickWasNoLine(result)) {
                 session.error(start + result.name + L" did nothing: " + noLine(result));
-                result.stopInput = !person_;
+                result.stopInput = true;
                 judge(Exit::cancelled, true);
             } else if (ofModule) {
                 judge(Exit::done, true);
@@ -142,6 +142,9 @@ void Verdict::hear(Session& session, CommandResult& result) {
             judge(Exit::scriptEnded, false);
             break;
         case End::failed:
+            if (result.expressionFailed && ofModule && result.name != L"LISP")
+                session.error(start + result.name +
+                              L" did not finish: an expression could not be evaluated");
             judge(pending_ == Exit::done ? Exit::cancelled : pending_, false);
             break;
     }

@@ -16,9 +16,10 @@ using State = Session::Implementation;
 
 namespace {
 
-// "!name" stands for the value of a LISP symbol.
+// "!name" stands for the value of a LISP symbol, unless it stood in quotes.
 bool isSymbolReply(const Reply& reply) {
-    return reply.kind == Reply::Kind::text && reply.text.size() > 1 && reply.text.front() == L'!';
+    return reply.kind == Reply::Kind::text && !reply.quoted && reply.text.size() > 1 &&
+           reply.text.front() == L'!';
 }
 
 }  // namespace
@@ -50,11 +51,12 @@ Input& State::source() {
 
 // A person answers what stands on the screen. For other inputs the prompt is shown together with
 // the reply, so that none is left hanging where a script ends.
-Reply State::fetch(const Request& request) {
+Reply State::fetch(const Request& request, bool& stops) {
     bool shown = false;
     while (true) {
         Input& from = source();
-        if (!shown && !from.stopsWhenOutOfStep()) {
+        stops = from.stopsWhenOutOfStep();
+        if (!shown && !stops) {
             showPrompt(request.prompt);
             shown = true;
         }
@@ -73,55 +75,74 @@ Reply State::fetch(const Request& request) {
 
 Answer State::ask(const Request& request) {
     if (inputEnded_) return {};
-    const Reply reply = fetch(request);
+    bool stops = false;
+    const Reply reply = fetch(request, stops);
     freshLine_ = true;
     if (reply.kind == Reply::Kind::end) {
         inputEnded_ = true;
         return {};
     }
     output_.reply(reply);
-    if (reply.kind == Reply::Kind::cancel) return {Answer::Kind::cancel, {}, {}, {}};
+    if (reply.kind == Reply::Kind::cancel) return {Answer::Kind::cancel, {}, {}, {}, stops};
     if (request.kind != Request::Kind::text &&
         (reply.kind == Reply::Kind::lisp || isSymbolReply(reply))) {
-        return evaluated(reply);
+        return evaluated(reply, stops);
     }
     if (reply.kind == Reply::Kind::entities) {
         ads_name set;
         SelectionSets::instance().make(reply.entities, set);
         return {Answer::Kind::value, reply.text,
-                std::make_shared<const lisp::HeldSet>(set[0], set[1]), reply.where};
+                std::make_shared<const lisp::HeldSet>(set[0], set[1]), reply.where, stops};
     }
-    return {Answer::Kind::text, reply.text, {}, reply.where};
+    return {Answer::Kind::text, reply.text, {}, reply.where, stops};
 }
 
 Answer State::askWord(std::wstring_view prompt, std::vector<std::wstring> completions) {
     return ask({Request::Kind::word, std::wstring(prompt), std::move(completions)});
 }
 
-Answer State::evaluated(const Reply& reply) {
-    Answer answer{Answer::Kind::value, reply.text, {}, reply.where};
+lisp::Value State::evaluate(const Reply& reply) {
+    if (reply.kind != Reply::Kind::lisp) return lisp.variable(reply.text.substr(1));
+    // What a person types counts for itself.
+    const bool typed = reply.where.empty();
+    const lisp::Position start{typed ? 1 : reply.line, typed ? 1 : reply.column};
+    return lisp.evaluate(reply.text, start);
+}
+
+void State::tellLisp(const lisp::Error& failure, const Reply& reply) {
+    // "RUN.scr, line 3" is where the expression begins; the place told is inside of it.
+    const std::size_t comma = reply.where.rfind(L", line ");
+    const std::wstring file =
+        comma == std::wstring::npos ? L"" : reply.where.substr(0, comma) + L", ";
+    error(L"LISP: " + failure.sentence() + L" (" + file + L"line " +
+          std::to_wstring(failure.where().line) + L", column " +
+          std::to_wstring(failure.where().column) + L")");
+}
+
+Answer State::evaluated(const Reply& reply, bool stops) {
+    Answer answer{Answer::Kind::value, reply.text, {}, reply.where, stops};
+    // What the expression asks is not asked by the running command.
+    CommandResult* const running = std::exchange(running_, nullptr);
+    const bool failedBefore = std::exchange(expressionFailed_, false);
     try {
-        if (reply.kind == Reply::Kind::lisp) {
-            // What a person types counts for itself.
-            const bool typed = reply.where.empty();
-            const lisp::Position start{typed ? 1 : reply.line, typed ? 1 : reply.column};
-            answer.value = lisp.evaluate(reply.text, start);
-        } else {
-            answer.value = lisp.variable(reply.text.substr(1));
-        }
+        answer.value = evaluate(reply);
+        // An expression that was answered wrongly has a value, but not the one that was meant.
+        if (expressionFailed_) answer.kind = Answer::Kind::failed;
     } catch (const lisp::Error& failure) {
-        // "RUN.scr, line 3" is where the expression begins; the place told is inside of it.
-        const std::size_t comma = reply.where.rfind(L", line ");
-        const std::wstring file =
-            comma == std::wstring::npos ? L"" : reply.where.substr(0, comma) + L", ";
-        error(L"LISP: " + failure.sentence() + L" (" + file + L"line " +
-              std::to_wstring(failure.where().line) + L", column " +
-              std::to_wstring(failure.where().column) + L")");
+        tellLisp(failure, reply);
         answer.kind = Answer::Kind::failed;
     } catch (const std::bad_alloc&) {
         error(L"LISP: there is not enough memory for " + reply.text.substr(0, 100));
         answer.kind = Answer::Kind::failed;
+    } catch (...) {
+        running_ = running;
+        expressionFailed_ = failedBefore;
+        throw;
     }
+    running_ = running;
+    const bool failed = answer.kind == Answer::Kind::failed && stops;
+    expressionFailed_ = failedBefore || failed;
+    if (failed && running_ != nullptr) running_->expressionFailed = true;
     return answer;
 }
 
@@ -153,6 +174,7 @@ void State::startScript(std::wstring text, std::wstring name) {
                              L"' was not run: it has led to itself and would never end");
     scriptChain_.push_back(name);
     endScript();
+    if (input_.isScript()) input_.stop();
     script_ = std::make_unique<ScriptInput>(std::move(text), std::move(name));
     if (drawing_ != nullptr) {
         database::beginGroup(*drawing_, L"SCRIPT");

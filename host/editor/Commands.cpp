@@ -171,23 +171,28 @@ CommandResult State::runCommand(std::wstring_view typed, std::wstring where) {
 
 void State::judge(CommandResult& result) const {
     using End = CommandResult::End;
-    if (result.end == End::done) {
-        const auto& prompts = result.prompts;
-        if (std::any_of(prompts.begin(), prompts.end(), gotNothing)) result.end = End::cancelled;
-        if (result.end == End::cancelled && inputEnded_) result.end = End::inputEnded;
-    }
+    if (result.end != End::done) return;
+    const auto& prompts = result.prompts;
+    if (std::any_of(prompts.begin(), prompts.end(), gotNothing)) result.end = End::cancelled;
+    if (result.end == End::cancelled && inputEnded_) result.end = End::inputEnded;
+    if (result.expressionFailed) result.end = End::failed;
 }
 
-void State::conclude(CommandResult& result) {
+void State::conclude(CommandResult& result, const Answer& given) {
     using End = CommandResult::End;
-    Input& given = source();
-    result.stopInput =
-        given.stopsWhenOutOfStep() && result.end != End::done && result.end != End::exceptionLeft;
+    result.stopInput = given.stops && result.end != End::done && result.end != End::exceptionLeft;
     if (listener)
         listener(result);
     else
         sayWhatHappened(result);
-    if (result.stopInput) given.stop();
+    if (result.stopInput) stopInputs();
+}
+
+// The input that gave a command and those that have led to it.
+void State::stopInputs() {
+    if (ahead_ != nullptr) ahead_->stop();
+    if (script_ != nullptr) script_->stop();
+    if (input_.stopsWhenOutOfStep()) input_.stop();
 }
 
 void State::sayWhatHappened(const CommandResult& result) {
@@ -235,20 +240,23 @@ void State::repeatOrRun(const Answer& answer) {
     CommandResult result =
         runCommand(typed.empty() ? std::wstring_view(lastCommand_) : typed, answer.where);
     if (result.end != CommandResult::End::unknown) lastCommand_ = result.name;
-    conclude(result);
+    conclude(result, answer);
 }
 
 void State::evaluateAtCommandPrompt(const Answer& answer) {
-    if (answer.kind == Answer::Kind::value) {
+    CommandResult result;
+    result.name = L"LISP";
+    result.where = answer.where;
+    if (answer.kind == Answer::Kind::failed) {
+        result.end = CommandResult::End::failed;
+    } else if (inputEnded_) {
+        result.end = CommandResult::End::inputEnded;
+    } else {
         const std::wstring shown = lisp::text(answer.value, true);
         if (!shown.empty()) print(L"\n" + shown);
         return;
     }
-    CommandResult result;
-    result.end = CommandResult::End::failed;
-    result.name = L"LISP";
-    result.where = answer.where;
-    conclude(result);
+    conclude(result, answer);
 }
 
 }  // namespace host::editor

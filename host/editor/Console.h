@@ -33,6 +33,7 @@ struct Reply {
     std::size_t line = 0;    // of the reply's first character in what was read, from 1
     std::size_t column = 0;  // from 1
     std::vector<AcDbObjectId> entities = {};
+    bool quoted = false;  // it stood in double quotes, and means what it says
 };
 
 // Replies. Never waits when nobody can answer: that is `end`.
@@ -47,6 +48,8 @@ class Input {
     virtual bool stopsWhenOutOfStep() const = 0;
     // True when `next` would answer without asking anybody.
     virtual bool pending() const = 0;
+    // True for a script: another script takes its place.
+    virtual bool isScript() const { return false; }
 };
 
 // A running meter; `from` .. `to` with the position between.

@@ -187,9 +187,7 @@ int getText(int withBlanks, const ACHAR* prompt, ACHAR* result, std::size_t size
                   : answer.kind == Answer::Kind::failed ? RTERROR
                                                         : RTNORM;
     if (record.code == RTNORM) {
-        const bool evaluated = answer.kind == Answer::Kind::value;
-        record.code =
-            copyOut(evaluated ? lisp::text(answer.value, false) : answer.text, result, size);
+        record.code = copyOut(answer.word(), result, size);
     }
     state->record(record);
     return record.code;
@@ -200,8 +198,8 @@ int getText(int withBlanks, const ACHAR* prompt, ACHAR* result, std::size_t size
 // One reply to a point prompt; nothing when it is to be asked again.
 std::optional<int> takePoint(State& state, const Expected& expected, const Answer& answer,
                              AcGePoint3d& result) {
-    if (answer.isCancel()) return RTCAN;
-    if (answer.kind == Answer::Kind::failed) return RTERROR;
+    if (answer.givesUp()) return RTCAN;
+    if (answer.kind == Answer::Kind::failed) return std::nullopt;
     if (answer.isEmpty()) {
         if ((expected.bits & RSG_NONULL) == 0) return RTNONE;
         state.print(L"\nA point is needed, as in 3,4.");
@@ -216,7 +214,7 @@ std::optional<int> takePoint(State& state, const Expected& expected, const Answe
         if ((expected.bits & RSG_2D) != 0) result.z = 0.0;
         return RTNORM;
     }
-    if (takeKeyword(state, expected, answer.text) == RTKWORD) return RTKWORD;
+    if (takeKeyword(state, expected, answer.word()) == RTKWORD) return RTKWORD;
     state.print(L"\nInvalid point.");
     return std::nullopt;
 }
@@ -308,11 +306,13 @@ int acedGetKword(const ACHAR* prompt, ACHAR* result) {
         const Answer answer = state->askWord(orDefault(prompt, L"\nEnter an option: "),
                                              split(expected.keywords, L' '));
         record.reply = answer.text;
-        if (answer.isCancel())
+        if (answer.givesUp())
             code = RTCAN;
+        else if (answer.kind == Answer::Kind::failed)
+            continue;
         else if (answer.isEmpty() && (expected.bits & RSG_NONULL) == 0)
             code = RTNONE;
-        else if (!answer.isEmpty() && takeKeyword(*state, expected, answer.text) == RTKWORD)
+        else if (!answer.isEmpty() && takeKeyword(*state, expected, answer.word()) == RTKWORD)
             code = RTNORM;
         else
             state->print(L"\nInvalid option keyword.");

@@ -125,13 +125,14 @@ void ReplyReader::endReply(std::size_t position) {
 Reply ReplyReader::takeWord() {
     std::wstring word;
     std::size_t i = position_;
-    if (i < lineText_.size() && lineText_[i] == L'"') {
+    const bool quoted = i < lineText_.size() && lineText_[i] == L'"';
+    if (quoted) {
         for (++i; i < lineText_.size() && lineText_[i] != L'"'; ++i) word += lineText_[i];
         if (i < lineText_.size()) ++i;
     }
     for (; i < lineText_.size() && !isBlank(lineText_[i]); ++i) word += lineText_[i];
     endReply(i);
-    return {Reply::Kind::text, std::move(word), {}, 0, 0};
+    return {Reply::Kind::text, std::move(word), {}, 0, 0, {}, quoted};
 }
 
 Reply ReplyReader::takeText() {

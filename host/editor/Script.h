@@ -3,9 +3,10 @@
 // A line is cut into replies: a blank or tab ends one, and so does the line's end, each counting as
 // Enter. An empty line is an empty reply, and every blank of a run but the first is one as well. A
 // line that begins with ";" is a comment and no reply. Text in double quotes keeps its blanks and
-// loses the quotes. A "(" at the start of a reply begins an expression that runs until it balances,
-// over lines, texts in quotes and comments observed; the one blank or line end behind it belongs to
-// it. Where a prompt takes free text, the rest of the line is one reply as it stands.
+// loses the quotes; such a reply is never an expression nor a "!symbol". A "(" at the start of a
+// reply begins an expression that runs until it balances, over lines, texts in quotes and comments
+// observed; the one blank or line end behind it belongs to it. Where a prompt takes free text, the
+// rest of the line is one reply as it stands.
 #pragma once
 
 #include <cstddef>
@@ -68,6 +69,7 @@ class ScriptInput : public Input {
     void stop() override;
     bool stopsWhenOutOfStep() const override { return true; }
     bool pending() const override;
+    bool isScript() const override { return true; }
 
   private:
     ReplyReader::Line nextLine();

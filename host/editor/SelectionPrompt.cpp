@@ -99,7 +99,7 @@ int SelectionPrompt::run() {
 }
 
 SelectionPrompt::Step SelectionPrompt::take(const Answer& answer) {
-    if (answer.isCancel()) return Step::cancelled;
+    if (answer.givesUp()) return Step::cancelled;
     if (answer.kind == Answer::Kind::failed) return Step::goOn;
     if (answer.kind == Answer::Kind::value) return takeValue(answer.value);
     const std::wstring_view word = trimmed(answer.text);
@@ -185,7 +185,7 @@ std::optional<AcGePoint3d> SelectionPrompt::askPoint(std::wstring_view prompt, S
     ended = Step::goOn;
     while (true) {
         const Answer answer = state_.askWord(prompt);
-        if (answer.isCancel()) {
+        if (answer.givesUp()) {
             ended = Step::cancelled;
             return std::nullopt;
         }
@@ -227,8 +227,9 @@ std::optional<std::vector<PlanPoint>> SelectionPrompt::askLine(std::wstring_view
         const wchar_t* next = closed ? L"\nSpecify endpoint of line or [Undo]: "
                                      : L"\nSpecify next fence point or [Undo]: ";
         const Answer answer = state_.askWord(points.empty() ? first : next, {L"Undo"});
-        ended = answer.isCancel() ? Step::cancelled : Step::goOn;
-        if (answer.isCancel()) return std::nullopt;
+        ended = answer.givesUp() ? Step::cancelled : Step::goOn;
+        if (answer.givesUp()) return std::nullopt;
+        if (answer.kind == Answer::Kind::failed) continue;
         if (answer.isEmpty()) break;
         const auto point = answer.kind == Answer::Kind::value
                                ? lisp::pointOf(answer.value)

@@ -23,6 +23,12 @@ std::wstring wide(const std::exception& error) {
     return fromUtf8(error.what());
 }
 
+// What an expression may give where a word is asked for.
+bool isWord(const lisp::Value& value) {
+    return std::holds_alternative<std::wstring>(value) || std::holds_alternative<double>(value) ||
+           std::holds_alternative<std::int32_t>(value);
+}
+
 }  // namespace
 
 CommandFailure::CommandFailure(std::wstring sentence)
@@ -150,7 +156,11 @@ std::wstring Session::askWord(std::wstring_view prompt, std::vector<std::wstring
     record.code = answer.isCancel() || answer.kind == Answer::Kind::failed ? RTCAN : RTNORM;
     implementation_->record(record);
     if (record.code == RTCAN) throw Cancelled();
-    return answer.kind == Answer::Kind::value ? lisp::text(answer.value, false) : answer.text;
+    if (answer.kind == Answer::Kind::value && !isWord(answer.value)) {
+        throw CommandFailure(answer.text + L" gives " + lisp::text(answer.value, true) +
+                             L"; a text or a number is needed");
+    }
+    return answer.word();
 }
 
 std::wstring Session::askText(std::wstring_view prompt) {

@@ -43,7 +43,8 @@ struct CommandResult {
         inputEnded,     // returned after the input ended inside one of its prompts
         exceptionLeft,  // an exception left it; what it changed was rolled back
         unknown,        // there is no such command
-        failed,         // a command of the host could not do it, and said so
+        failed,         // a command of the host could not do it, or an expression that a script
+                        // answered with could not be evaluated; which was said
     };
     End end = End::done;
     std::wstring name;       // the global name, or what was typed when there is no such command
@@ -55,7 +56,12 @@ struct CommandResult {
     // Whether the input is stopped (Input::stop) because its next answers would be out of step.
     // Preset for inputs that want it, with every end but done and exceptionLeft; a listener may
     // change it.
+    // What is stopped is the script that gave the command with all that have led to it; a person is
+    // asked on.
     bool stopInput = false;
+    // An expression that answered one of its prompts could not be evaluated, and there was nobody
+    // to answer again.
+    bool expressionFailed = false;
 };
 
 // A module that can't be loaded; what() (UTF-8) says which file and why.
@@ -151,15 +157,17 @@ class Session {
     void setExceptionReporter(std::function<std::wstring()> reporter);
 
     // Answers come from `text` first, until it ends; then from the input again. A script that is
-    // running already is stopped. All commands of the script are one undo step together, each one
-    // still a step inside of it. Throws CommandFailure when `name` has run already in the chain of
-    // scripts that have started each other: it would never end.
+    // running already is stopped, be it the input itself (Input::isScript). All commands of the
+    // script are one undo step together, each one still a step inside of it. Throws CommandFailure
+    // when `name` has run already in the chain of scripts that have started each other: it would
+    // never end.
     void runScript(std::wstring text, std::wstring name);
 
     // --- prompts of host commands --------------------------------------------------------------
 
     // One reply; throws Cancelled when it is cancelled or the input has ended, which a command lets
-    // pass. `text` replies may hold blanks.
+    // pass. `text` replies may hold blanks; a word may be the text or number that an expression
+    // gives, any other value throws CommandFailure.
     class Cancelled {};
     std::wstring askWord(std::wstring_view prompt, std::vector<std::wstring> completions = {});
     std::wstring askText(std::wstring_view prompt);

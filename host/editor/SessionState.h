@@ -31,9 +31,16 @@ struct Answer {
     std::wstring text;  // as it was given, expressions too
     lisp::Value value;
     std::wstring where;
+    // Whether the input that gave it is stopped when its answers are out of step.
+    bool stops = false;
 
     bool isEmpty() const { return kind == Kind::text && text.empty(); }
     bool isCancel() const { return kind == Kind::cancel || kind == Kind::end; }
+    // What ends a prompt that asks again: a person sees why an expression failed, and answers; the
+    // next line of a script is the answer to another prompt.
+    bool givesUp() const { return isCancel() || (kind == Kind::failed && stops); }
+    // As a prompt for a word takes it: the text, or the value of an expression as it is printed.
+    std::wstring word() const { return kind == Kind::value ? lisp::text(value, false) : text; }
 };
 
 class Session::Implementation {
@@ -111,14 +118,17 @@ class Session::Implementation {
     std::optional<Callable> variableCommand(std::wstring_view name) const;
     void call(const Callable& command, CommandResult& result);
     void judge(CommandResult& result) const;
-    void conclude(CommandResult& result);
+    void conclude(CommandResult& result, const Answer& given);
+    void stopInputs();
     void sayWhatHappened(const CommandResult& result);
     void repeatOrRun(const Answer& answer);
     void evaluateAtCommandPrompt(const Answer& answer);
     void endScript();
     Input& source();
-    Reply fetch(const Request& request);
-    Answer evaluated(const Reply& reply);
+    Reply fetch(const Request& request, bool& stops);
+    Answer evaluated(const Reply& reply, bool stops);
+    lisp::Value evaluate(const Reply& reply);
+    void tellLisp(const lisp::Error& failure, const Reply& reply);
     void showPrompt(std::wstring_view prompt);
 
     Session& owner_;
@@ -134,6 +144,7 @@ class Session::Implementation {
     bool inputEnded_ = false;
     int depth_ = 0;
     CommandResult* running_ = nullptr;
+    bool expressionFailed_ = false;  // since the innermost evaluation began, in an input that stops
     std::wstring commandName_;
     std::wstring lastCommand_;
     std::unique_ptr<AcDbDatabase> drawing_;

@@ -78,6 +78,18 @@ class TerminalSession : public testing::Test {
     Folder folder_;
 };
 
+TEST_F(TerminalSession, AScriptStopsWhereWhatItPicksIsNoLine) {
+    write(folder_ / "circle.scr", "ZEPTAlignEntities\n(handent \"60\")\nALL\n\n\n");
+    Terminal terminal(folder_.path());
+    ASSERT_TRUE(terminal.shows("Command: "));
+    terminal.type("SCRIPT circle.scr\n");
+    EXPECT_TRUE(terminal.shows("can't be read as a line"));
+    EXPECT_TRUE(terminal.shows("Command: "));
+    terminal.type("QUIT\n");
+    EXPECT_EQ(terminal.exitCode(), 1);
+    EXPECT_EQ(terminal.screen().find("there is no command ALL"), std::string::npos);
+}
+
 TEST_F(TerminalSession, ShowsACommandPromptAndRunsWhatIsTyped) {
     Terminal terminal(folder_.path());
     ASSERT_TRUE(terminal.shows("Command: "));

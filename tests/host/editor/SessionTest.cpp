@@ -11,7 +11,9 @@
 #include "host/database/Drawing.h"
 #include "host/database/Ledger.h"
 #include "host/editor/SessionState.h"
+#include "host/editor/Words.h"
 #include "tests/host/editor/Harness.h"
+#include "tests/host/editor/TestCommands.h"
 
 using namespace host;
 using namespace host::editor;
@@ -393,6 +395,171 @@ TEST(Session, ExpressionsThatAskAndAreAnsweredByThemselvesComeToAnEnd) {
     EXPECT_EQ(harness.output().errors.front(),
               L"LISP: expressions answer each other's prompts more than 20 deep (RUN.scr, line 21, "
               L"column 1)");
+}
+
+TEST(Session, AnExpressionThatFailsInsideACommandFailsItAndStopsTheScript) {
+    const struct {
+        std::vector<std::wstring> lines;
+        int code;  // of its first prompt
+    } cases[] = {
+        {{L"SELECT", L"30,0", L"(foo)", L"", L"NOTHING"}, RTCAN},
+        {{L"SELECT", L"W", L"(foo)", L"9,9", L"", L"NOTHING"}, RTCAN},
+        {{L"SELECT", L"C", L"0,0", L"(foo)", L"", L"NOTHING"}, RTCAN},
+        {{L"SELECT", L"F", L"0,0", L"(foo)", L"", L"", L"NOTHING"}, RTCAN},
+        {{L"SELECT", L"M", L"30,0", L"(foo)", L"", L"", L"NOTHING"}, RTCAN},
+        {{L"PICK", L"(foo)", L"NOTHING"}, RTERROR},
+        {{L"POINT", L"(foo)", L"1,1", L"NOTHING"}, RTCAN},
+        {{L"KEY", L"(foo)", L"Left", L"NOTHING"}, RTCAN},
+        {{L"ASK", L"(foo)", L"NOTHING"}, RTERROR},
+        {{L"ASK", L"(list 1"}, RTERROR},
+        {{L"SELECT", L"(list 1"}, RTCAN},
+    };
+    for (const auto& each : cases) {
+        Harness harness(smallTown(), each.lines);
+        harness.run();
+        ASSERT_EQ(harness.results().size(), 1u) << toUtf8(each.lines[1]);
+        EXPECT_EQ(harness.result().end, End::failed) << toUtf8(each.lines[1]);
+        EXPECT_TRUE(harness.result().expressionFailed);
+        EXPECT_TRUE(harness.result().stopInput);
+        ASSERT_EQ(harness.result().prompts.size(), 1u);
+        EXPECT_EQ(harness.result().prompts.front().code, each.code) << toUtf8(each.lines[1]);
+    }
+}
+
+TEST(Session, APersonAnswersAgainAfterAnExpressionThatFailed) {
+    Harness harness(smallTown(),
+                    {L"SELECT", L"(foo)", L"W", L"(foo)", L"-1,-1", L"(foo)", L"101,9", L"F",
+                     L"(foo)", L"50,-5", L"50,5", L"", L"", L"POINT", L"(foo)", L"1,1", L"KEY",
+                     L"(foo)", L"(car '(\"left\"))"},
+                    Harness::By::person);
+    harness.run();
+    ASSERT_EQ(harness.results().size(), 3u);
+    for (const CommandResult& result : harness.results()) {
+        EXPECT_EQ(result.end, End::done) << toUtf8(result.name);
+        EXPECT_FALSE(result.expressionFailed);
+    }
+    EXPECT_EQ(test::handles(harness.results()[0].prompts.at(0).entities), L"10 20");
+    EXPECT_EQ(harness.output().errors.size(), 6u);
+}
+
+TEST(Session, WhatAnExpressionAsksIsNoPromptOfTheCommand) {
+    Harness harness(smallTown(), {L"SELECT", L"(ssget)", L"", L"ALL", L"", L"NOTHING"});
+    harness.run();
+    ASSERT_EQ(harness.results().size(), 2u);
+    EXPECT_EQ(harness.results()[0].end, End::done);
+    ASSERT_EQ(harness.results()[0].prompts.size(), 1u);
+    EXPECT_EQ(harness.results()[0].prompts[0].entities.size(), 6u);
+}
+
+TEST(Session, AnExpressionThatWasAnsweredWronglyFailsInAScript) {
+    {
+        Harness harness(smallTown(), {L"SELECT", L"(ssget)", L"(foo)", L"ALL", L"", L"NOTHING"});
+        harness.run();
+        EXPECT_EQ(harness.result().end, End::failed);
+        EXPECT_EQ(harness.output().errors.size(), 1u) << "told once";
+    }
+    Harness person(smallTown(), {L"SELECT", L"(ssget)", L"(foo)", L"30,0", L"", L""},
+                   Harness::By::person);
+    person.run();
+    EXPECT_EQ(person.result().end, End::done);
+    EXPECT_EQ(test::handles(person.result().prompts.at(0).entities), L"10");
+}
+
+TEST(Session, RepliesInQuotesAreWords) {
+    Harness harness(smallTown(), {L"(setq x \"value\")", L"ASK", L"!x", L"ASK", L"\"!x\"", L"ASK",
+                                  L"\"(car x)\"", L"ASK", L"!"});
+    harness.run();
+    EXPECT_EQ(harness.output().errors.size(), 0u);
+    const std::wstring& shown = harness.output().shown;
+    EXPECT_NE(shown.find(L"RTNORM [value]"), std::wstring::npos);
+    EXPECT_NE(shown.find(L"RTNORM [!x]"), std::wstring::npos);
+    EXPECT_NE(shown.find(L"RTNORM [(car x)]"), std::wstring::npos);
+    EXPECT_NE(shown.find(L"RTNORM [!]"), std::wstring::npos);
+}
+
+TEST(Session, OnlyTextsAndNumbersAreWordsForAHostCommand) {
+    Harness harness(smallTown(),
+                    {L"SAVE", L"\"a b\"", L"SAVE", L"(car '(7))", L"SAVE", L"(car '(2.5))", L"SAVE",
+                     L"(car '(\"c d\"))", L"SAVE", L"!unset", L"SAVE", L"(handent \"10\")", L"SAVE",
+                     L"(list 1 2)", L"SAVE", L"(car '(t))"},
+                    Harness::By::person);
+    std::wstring names;
+    Session::HostCommand command;
+    command.name = L"SAVE";
+    command.run = [&names](Session& session) { names += session.askWord(L"\nName: ") + L"|"; };
+    harness.session().addHostCommand(command);
+    harness.run();
+    EXPECT_EQ(names, L"a b|7|2.5|c d|");
+    ASSERT_EQ(harness.output().errors.size(), 4u);
+    EXPECT_EQ(harness.output().errors[0], L"!unset gives nil; a text or a number is needed");
+    EXPECT_EQ(harness.output().errors[2], L"(list 1 2) gives (1 2); a text or a number is needed");
+    EXPECT_EQ(harness.results().back().end, End::failed);
+}
+
+namespace {
+
+// Lines that nobody sees and nobody corrects, as from a pipe.
+class PipedInput : public test::TypedInput {
+  public:
+    using TypedInput::TypedInput;
+    bool stopsWhenOutOfStep() const override { return true; }
+};
+
+// How often a pipe is stopped that runs a script of these lines.
+int stopsOfAPipe(const std::wstring& script) {
+    PipedInput input({L"FIRST"});
+    test::RecordingOutput output;
+    Session session(input, output);
+    session.useDrawing(smallTown().database());
+    test::registerTestCommands();
+    Session::HostCommand first;
+    first.name = L"FIRST";
+    first.run = [&script](Session& running) { running.runScript(script, L"first.scr"); };
+    session.addHostCommand(first);
+    session.run();
+    test::removeTestCommands();
+    return input.stops;
+}
+
+}  // namespace
+
+TEST(Session, AScriptThatFailsStopsWhatHasLedToIt) {
+    EXPECT_EQ(stopsOfAPipe(L"NOTHING\n"), 0);
+    EXPECT_EQ(stopsOfAPipe(L"FOO\n"), 1) << "with its last line";
+    EXPECT_EQ(stopsOfAPipe(L"FOO\nNOTHING\n"), 1);
+    EXPECT_EQ(stopsOfAPipe(L"PICK\n7,7\nNOTHING\n"), 1);
+}
+
+TEST(Session, AScriptIsStoppedByAnotherAlsoWhenItIsTheInput) {
+    Harness harness(smallTown(), {L"FIRST", L"FOO"});
+    Session::HostCommand first;
+    first.name = L"FIRST";
+    first.run = [](Session& session) { session.runScript(L"NOTHING\n", L"first.scr"); };
+    harness.session().addHostCommand(first);
+    harness.run();
+    ASSERT_EQ(harness.results().size(), 2u);
+    EXPECT_EQ(harness.results()[1].where, L"first.scr, line 1");
+}
+
+TEST(Session, ACommandThatFailsAfterStartingAScriptStopsIt) {
+    Harness harness(smallTown(), {L"FIRST", L"NOTHING"});
+    Session::HostCommand first;
+    first.name = L"FIRST";
+    first.run = [](Session& session) {
+        session.runScript(L"NOTHING\n", L"first.scr");
+        throw CommandFailure(L"no");
+    };
+    harness.session().addHostCommand(first);
+    harness.run();
+    EXPECT_EQ(harness.results().size(), 1u);
+    EXPECT_TRUE(harness.result().stopInput);
+}
+
+TEST(Session, AnExpressionThatTheInputEndsInsideOfIsTold) {
+    Harness harness(smallTown(), {L"(ssget)", L"30,0"});
+    harness.run();
+    EXPECT_EQ(harness.result().end, End::inputEnded);
+    EXPECT_EQ(harness.result().name, L"LISP");
 }
 
 TEST(Session, ALackOfMemoryInsideAnExpressionIsSaid) {
