@@ -7,6 +7,7 @@
 #include <optional>
 #include <utility>
 
+#include "host/database/BodyData.h"
 #include "host/database/Names.h"
 #include "host/database/ObjectFields.h"
 #include "host/database/ObjectImp.h"
@@ -42,6 +43,7 @@ class NewRecords {
                 if (structure_.block(owner) != nullptr) addToBlock(owner, members);
             }
             addSpaces();
+            addBodyData(document_, manner_, bodies_, changes_);
             for (const auto& [owner, members] : database_.added()) {
                 if (owner < document_.size() && isSubEntityOwner(owner)) addParts(owner, members);
             }
@@ -127,6 +129,7 @@ class NewRecords {
         }
         std::vector<GroupEdit> groups = out.take();
         if (groups.empty()) return;
+        for (BodyData& body : out.takeBodies()) bodies_.push_back(std::move(body));
         const bool isSpace = block == structure_.modelSpace() || block == structure_.paperSpace();
         if (isSpace) {
             spaces_.insert(spaces_.end(), std::make_move_iterator(groups.begin()),
@@ -410,6 +413,7 @@ class NewRecords {
     const Manner& manner_;
     dxf::Changes& changes_;
     std::vector<GroupEdit> spaces_;
+    std::vector<BodyData> bodies_;
     std::uint64_t nextHandle_ = 0;
     std::uint64_t highest_ = 0;  // of the handles written
 };

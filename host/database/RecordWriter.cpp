@@ -1,5 +1,7 @@
 #include "host/database/RecordWriter.h"
 
+#include <algorithm>
+#include <iterator>
 #include <optional>
 
 #include "host/database/Names.h"
@@ -161,6 +163,25 @@ void RecordWriter::normal(const AcGeVector3d& normal) {
 
 void RecordWriter::handleGroup(int code, std::uint64_t handle) {
     if (handle != 0) text(code, handleText(handle));
+}
+
+void RecordWriter::chunks(int code, std::string_view bytes) {
+    constexpr std::size_t size = 127;
+    constexpr wchar_t digits[] = L"0123456789ABCDEF";
+    for (; !bytes.empty(); bytes.remove_prefix(std::min(size, bytes.size()))) {
+        std::wstring chunk;
+        for (const char c : bytes.substr(0, size)) {
+            const auto byte = static_cast<unsigned char>(c);
+            chunk += digits[byte >> 4U];
+            chunk += digits[byte & 0xFU];
+        }
+        text(code, std::move(chunk));
+    }
+}
+
+void RecordWriter::append(std::vector<dxf::GroupEdit> groups) {
+    groups_.insert(groups_.end(), std::make_move_iterator(groups.begin()),
+                   std::make_move_iterator(groups.end()));
 }
 
 void RecordWriter::put(int code, dxf::GroupEdit::Value value) {

@@ -30,6 +30,12 @@ struct Manner {
 };
 Manner mannerOf(const dxf::Document& document);
 
+// A body that stands elsewhere in the drawing than its entity.
+struct BodyData {
+    std::uint64_t handle;  // of its entity
+    std::string bytes;
+};
+
 // Collects the groups of new records. Values that are the format's default are left out where the
 // format leaves them out.
 class RecordWriter {
@@ -42,6 +48,8 @@ class RecordWriter {
 
     const Manner& manner() const { return manner_; }
     std::vector<dxf::GroupEdit> take() { return std::move(groups_); }
+    void append(std::vector<dxf::GroupEdit> groups);
+    std::vector<BodyData> takeBodies() { return std::move(bodies_); }
 
     // Of the next object.
     void setIdentity(std::uint64_t handle, std::uint64_t owner);
@@ -69,6 +77,10 @@ class RecordWriter {
     // Group 210 unless it is the z axis.
     void normal(const AcGeVector3d& normal);
     void handleGroup(int code, std::uint64_t handle);
+    // As many groups as the bytes take, 127 bytes in each.
+    void chunks(int code, std::string_view bytes);
+    // The body of the object, which takeBodies() gives: it is no part of the object's record.
+    void body(BodyData body) { bodies_.push_back(std::move(body)); }
 
   private:
     void begin(std::string_view type, std::uint64_t handle, std::uint64_t owner,
@@ -78,6 +90,7 @@ class RecordWriter {
     Manner manner_;
     FreshHandle freshHandle_;
     std::vector<dxf::GroupEdit> groups_;
+    std::vector<BodyData> bodies_;
     std::uint64_t handle_ = 0;
     std::uint64_t owner_ = 0;
 };

@@ -7,11 +7,12 @@
 #include <cmath>
 #include <initializer_list>
 
+#include "host/database/Bodies.h"
+#include "host/database/BodyData.h"
 #include "host/database/Fault.h"
 #include "host/database/ObjectFields.h"
 #include "host/database/ObjectImp.h"
 #include "host/database/RecordWriter.h"
-#include "host/database/SolidText.h"
 
 using namespace host::database;
 
@@ -22,16 +23,12 @@ namespace host::database {
 
 namespace {
 
-// Bodies of this version of the text form are read by R2000 and later; from R2013 on drawings hold
-// bodies in another form and another place.
 Acad::ErrorStatus mayHoldBodies(const Manner& manner) {
-    const bool fits = manner.atLeast(dxf::Release::R2000) && !manner.atLeast(dxf::Release::R2013);
-    return fits ? Acad::eOk : Acad::eInvalidDwgVersion;
+    return manner.atLeast(dxf::Release::R13) ? Acad::eOk : Acad::eInvalidDwgVersion;
 }
 
-void writeBody(RecordWriter& out, const std::vector<std::string>& body) {
+void writeLines(RecordWriter& out, const std::vector<std::string>& body) {
     constexpr std::size_t longest = 255;
-    out.marker(L"AcDbModelerGeometry");
     out.integer(70, 1);
     for (const std::string& line : body) {
         const std::string encoded = encodedBody(line);
@@ -40,6 +37,21 @@ void writeBody(RecordWriter& out, const std::vector<std::string>& body) {
             out.text(at == 0 ? 1 : 3, std::wstring(piece.begin(), piece.end()));
         }
     }
+}
+
+// The groups of an entity with a body. From R2013 on they hold only its name, and the body stands
+// in a section of its own.
+template <class Shape>
+void writeGeometry(RecordWriter& out, const Shape& shape) {
+    out.marker(L"AcDbModelerGeometry");
+    if (!out.manner().atLeast(dxf::Release::R2013)) {
+        writeLines(out, bodyText(shape));
+        return;
+    }
+    BodyData body{out.handle(), bodyBytes(shape)};
+    out.integer(290, 1);
+    out.text(2, bodyName(body));
+    out.body(std::move(body));
 }
 
 bool areFinite(std::initializer_list<double> numbers) {
@@ -66,7 +78,7 @@ bool RegionFields::isFinite() const {
 
 void RegionFields::write(RecordWriter& out) const {
     out.beginEntity("REGION", *this);
-    writeBody(out, regionText(*loop));
+    writeGeometry(out, *loop);
 }
 
 Acad::ErrorStatus SolidFields::mayBeWritten(const Manner& manner) const {
@@ -80,10 +92,10 @@ bool SolidFields::isFinite() const {
 
 void SolidFields::write(RecordWriter& out) const {
     out.beginEntity("3DSOLID", *this);
-    writeBody(out, cylinderText(base, axis, radius));
+    writeGeometry(out, Cylinder{base, axis, radius});
     if (!out.manner().atLeast(dxf::Release::R2007)) return;
     out.marker(L"AcDb3dSolid");
-    out.handleGroup(350, 0);
+    out.text(350, L"0");  // without a history
 }
 
 }  // namespace host::database

@@ -453,7 +453,9 @@ bool says(const Group& group, const Document& document, const GroupEdit& edit) {
     if (const auto* integer = std::get_if<std::int64_t>(&edit.value)) {
         return group.integer() == *integer;
     }
-    return document.decode(group.bytes()) == std::get<std::wstring>(edit.value);
+    const std::string value = group.type() == ValueType::chunk ? valueText(group, document.binary())
+                                                               : std::string(group.bytes());
+    return document.decode(value) == std::get<std::wstring>(edit.value);
 }
 
 // Whether the record is one of those that `edits` insert.

@@ -53,9 +53,17 @@ void checkHandle(const GroupEdit& edit, const std::wstring& text) {
     if (!hexadecimal) refuse(edit, "a handle is 1 to 16 hexadecimal digits");
 }
 
+void checkChunk(const GroupEdit& edit, const std::wstring& text) {
+    constexpr std::size_t longest = 2 * 255;
+    const bool bytes = !text.empty() && text.size() <= longest && text.size() % 2 == 0 &&
+                       text.find_first_not_of(L"0123456789ABCDEF") == std::wstring::npos;
+    if (!bytes) refuse(edit, "a chunk is 1 to 255 bytes, in two hexadecimal digits each");
+}
+
 void checkEdit(const GroupEdit& edit) {
     const ValueType type = valueType(edit.code);
-    if (type == ValueType::chunk) refuse(edit, "chunks can't be edited");
+    if (type == ValueType::chunk && edit.kind == GroupEdit::Kind::replace)
+        refuse(edit, "chunks can't be replaced");
     if (type == ValueType::real) {
         const auto* value = std::get_if<double>(&edit.value);
         if (value == nullptr) refuse(edit, "it takes a real");
@@ -69,6 +77,7 @@ void checkEdit(const GroupEdit& edit) {
         if (value == nullptr) refuse(edit, "it takes a text");
         checkText(edit, *value);
         if (type == ValueType::handle) checkHandle(edit, *value);
+        if (type == ValueType::chunk) checkChunk(edit, *value);
     }
 }
 
@@ -370,6 +379,17 @@ class Editor {
         return bytes;
     }
 
+    // A byte of length, then the bytes.
+    static std::string binaryChunk(const std::wstring& digits) {
+        const auto value = [](wchar_t digit) {
+            return digit <= L'9' ? digit - L'0' : digit - L'A' + 10;
+        };
+        std::string bytes(1, static_cast<char>(digits.size() / 2));
+        for (std::size_t i = 0; i < digits.size(); i += 2)
+            bytes += static_cast<char>(16 * value(digits[i]) + value(digits[i + 1]));
+        return bytes;
+    }
+
     // The value's bytes, a text's NUL among them.
     std::string binaryValue(const GroupEdit& edit) const {
         std::string bytes;
@@ -378,6 +398,8 @@ class Editor {
         } else if (const auto* integer = std::get_if<std::int64_t>(&edit.value)) {
             appendNumber(bytes, *integer);
             bytes.resize(fixedSize(valueType(edit.code)));  // little-endian: the low bytes lead
+        } else if (valueType(edit.code) == ValueType::chunk) {
+            bytes = binaryChunk(std::get<std::wstring>(edit.value));
         } else {
             bytes = document_.encode(std::get<std::wstring>(edit.value));
             bytes += '\0';

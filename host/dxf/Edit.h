@@ -43,7 +43,9 @@ struct GroupEdit {
     Kind kind = Kind::replace;
     std::size_t index = 0;  // in Document::groups of the record as it was read
     int code = 0;
-    Value value;  // double for reals, integer for integers and booleans, text for texts and handles
+    // double for reals, integer for integers and booleans, text for texts, handles and the bytes of
+    // chunks in hexadecimal digits
+    Value value;
 };
 
 // Edits by record, in any order within a record.
@@ -52,9 +54,10 @@ using Changes = std::map<RecordIndex, std::vector<GroupEdit>>;
 // The bytes of the drawing with `changes` put in. Raises std::invalid_argument for edits that can't
 // be: a record or group that is not there, a replacement whose code is another than the group's or
 // comes twice, a value that is not of the code's type, not finite, out of the binary form's range,
-// or a text with a line end or NUL in it, chunks, group 0 inserted into a record or none at the
-// head of new ones, something behind EOF, a record removed that has other edits than new records
-// before it. Called with its namespace (dxf::apply), for std::apply has the same name.
+// or a text with a line end or NUL in it, a chunk replaced, one of no or more than 255 bytes, group
+// 0 inserted into a record or none at the head of new ones, something behind EOF, a record removed
+// that has other edits than new records before it. Called with its namespace (dxf::apply), for
+// std::apply has the same name.
 std::string apply(const Document& document, const Changes& changes);
 
 // Writes the drawing with `changes` put in to `target`: to a new file beside it, flushed, then

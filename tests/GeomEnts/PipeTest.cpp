@@ -30,6 +30,20 @@ TEST(Pipe, GoesIntoTheDatabaseGiven) {
     EXPECT_EQ(1u, host::database::modelSpaceIds(*other).size());
 }
 
+TEST(Pipe, GoesIntoEveryReleaseThatHasSolids) {
+    for (const char* const release : {"AC1012", "AC1014", "AC1018", "AC1021", "AC1027", "AC1032"}) {
+        const auto drawing = host::test::DrawingText(release).layer("0").database();
+        EXPECT_EQ(0, Line({1, 2, 3}, {1, 2, 9}).ToPipe(0.5, 3, nullptr, nullptr, drawing.get()));
+        EXPECT_EQ(1u, host::database::modelSpaceIds(*drawing).size()) << release;
+    }
+    const auto old = host::test::DrawingText("AC1009").layer("0").database();
+    AcDbObjectId id;
+    EXPECT_EQ(Acad::eInvalidDwgVersion,
+              Line({1, 2, 3}, {1, 2, 9}).ToPipe(0.5, 3, nullptr, &id, old.get()));
+    EXPECT_TRUE(id.isNull());
+    EXPECT_TRUE(host::database::modelSpaceIds(*old).empty());
+}
+
 TEST(Pipe, CircleWithoutARegionGives150AndAddsNothing) {
     const TestDrawing drawing{};
     AcDbObjectId id;

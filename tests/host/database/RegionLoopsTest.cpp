@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "host/database/SolidText.h"
+#include "host/database/Bodies.h"
 #include "tests/host/support/LedgerListener.h"
 
 namespace host::database {
@@ -113,14 +113,14 @@ TEST(RegionText, OfATriangle) {
         "point $-1 4 0 0 #",
         "point $-1 0 3 0 #",
         "End-of-ACIS-data "};
-    EXPECT_EQ(expected, regionText(loop));
+    EXPECT_EQ(expected, bodyText(loop));
 }
 
 TEST(RegionText, OfADiscHasOneEdgeThatEndsWhereItBegins) {
     RegionLoop loop;
     loop.center = {1, 2, 3};
     loop.radius = 5;
-    const std::vector<std::string> body = regionText(loop);
+    const std::vector<std::string> body = bodyText(loop);
     ASSERT_EQ(3u + 6u + 5u + 1u, body.size());
     EXPECT_EQ("coedge $-1 $6 $6 $-1 $7 forward $4 $-1 #", body[3 + 6]);
     EXPECT_EQ("edge $-1 $8 $8 $6 $9 forward #", body[3 + 7]);

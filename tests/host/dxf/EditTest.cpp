@@ -238,6 +238,20 @@ TEST(Edit, ARemovedRecordIsGoneWithAllItsBytesAndNothingElse) {
                  std::invalid_argument);
 }
 
+TEST(Edit, ChunksAreInsertedAsDigitsOrAsLengthAndBytes) {
+    const std::vector<GroupEdit> edits{insertText(4, 310, L"00FF7E")};
+    EXPECT_NE(edited(entitiesOnly(kText), 1, edits).find("\n310\n00FF7E\n"), std::string::npos);
+    const std::string longest(255, '\x5A');
+    std::wstring digits;
+    for (int i = 0; i < 255; ++i) digits += L"5A";
+    const auto binary = Document::open(test::dataFolder() / "releases" / "r2018_binary.dxf");
+    const std::string bytes =
+        dxf::apply(*binary, {{1, {insertText(0, 310, L"00FF7E"), insertText(0, 310, digits)}}});
+    const std::string inserted = std::string("\x36\x01\x03\x00\xFF\x7E\x36\x01\xFF", 9) + longest;
+    EXPECT_NE(bytes.find(inserted), std::string::npos);
+    EXPECT_EQ(bytes.size(), binary->bytes().size() + inserted.size());
+}
+
 TEST(Edit, WhatCannotBeIsRefused) {
     const auto document = parse(entitiesOnly("0\nTEXT\n10\n1.0\n70\n1\n310\n00\n5\nA\n290\n1\n"));
     const auto refused = [&document](RecordIndex record, std::vector<GroupEdit> edits) {
@@ -251,7 +265,12 @@ TEST(Edit, WhatCannotBeIsRefused) {
     refused(1, {replaceInteger(1, 10, 2)});                          // another type
     refused(1, {replaceReal(2, 70, 2.0)});
     refused(1, {replaceText(2, 70, L"2")});
-    refused(1, {insertText(2, 310, L"00")});  // a chunk
+    refused(1, {replaceText(3, 310, L"01")});  // a chunk
+    refused(1, {insertText(2, 310, L"")});
+    refused(1, {insertText(2, 310, L"0")});
+    refused(1, {insertText(2, 310, L"0G")});
+    refused(1, {insertText(2, 310, std::wstring(512, L'0'))});
+    refused(1, {insertInteger(2, 310, 0)});
     refused(1, {insertText(2, 0, L"LINE")});  // a record
     refused(3, {insertReal(0, 50, 1.0)});     // behind EOF
     refused(1, {replaceReal(1, 10, std::numeric_limits<double>::quiet_NaN())});

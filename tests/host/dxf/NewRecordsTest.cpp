@@ -125,7 +125,7 @@ TEST(NewRecords, WhatCannotBeIsRefused) {
     refused(drawing->size() + 1, point(1.0));
     refused(kEndSec, {group(0, L"TE\nXT")});
     refused(kEndSec, {group(0, L"POINT"), group(10, L"1.0")});
-    refused(kEndSec, {group(0, L"POINT"), group(310, L"00")});
+    refused(kEndSec, {group(0, L"POINT"), group(310, L"0")});
     refused(kEndSec, {group(0, L"POINT"), group(10, std::numeric_limits<double>::infinity())});
 }
 
