@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "GeomEnts/PlanDistance.h"
+#include "GeomStructs/LengthWalk.h"
 
 namespace TamLib {
 namespace {
@@ -28,21 +29,9 @@ double AddLengths(double sum, const Point3d* vertex, int segments) {
     return sum;
 }
 
-struct Stop {
-    int vertex;  // where the walk stopped, at least 1
-    double sum;  // the length to it
-};
-
-// Walks from vertex 0 of `count` vertices and stops at the first whose sum is above `target`, or at
-// the last.
-Stop Walk(const Point3d* vertex, int count, double target) {
-    double sum = 0.0;
-    int j = 0;
-    while (j < count - 1 && !(target < sum)) {
-        sum += SegmentLength(vertex + j);
-        ++j;
-    }
-    return {j == 0 ? 1 : j, sum};
+// Walks along `count` vertices up to the length `target`.
+detail::LengthStop Walk(const Point3d* vertex, int count, double target) {
+    return detail::WalkTo(count, target, [vertex](int i) { return SegmentLength(vertex + i); });
 }
 
 // On which side of the segment from `from` to `to` a vertex that continues it lies. Intended: 1 is
@@ -224,10 +213,6 @@ double PolyLine::LengthToVertex(int index) const {
 
 // `total` is `Length()`, handed down since every step of the chain asks for it.
 
-double PolyLine::Relative(double length, double total) const {
-    return std::fabs(total) >= 0.0001 ? length / total : length;
-}
-
 int PolyLine::SegmentAtFraction(double fraction, double total) const {
     const int vertices = static_cast<int>(count);
     if (vertices < 2 || fraction < 0.0) return 0;
@@ -236,7 +221,9 @@ int PolyLine::SegmentAtFraction(double fraction, double total) const {
 }
 
 Point3d PolyLine::DirectionAt(double length, double total) const {
-    return GetSegment(SegmentAtFraction(Relative(length, total), total)).Direction().Unit();
+    return GetSegment(SegmentAtFraction(detail::RelativeLength(length, total), total))
+        .Direction()
+        .Unit();
 }
 
 Point3d PolyLine::SideVector(double length, double total, double sideOffset) const {
@@ -265,7 +252,7 @@ void PolyLine::PointAtFraction(Point3d* result, double fraction, int* segment,
         return;
     }
     const double target = total * fraction;
-    const Stop stop = Walk(data, vertices, target);
+    const detail::LengthStop stop = Walk(data, vertices, target);
     const Line back(data[stop.vertex], data[stop.vertex - 1]);
     const double distance = stop.sum - target, length = back.Length();
     place(stop.vertex - 1, 1.0 - distance / length);
@@ -276,7 +263,8 @@ void PolyLine::PointAtFraction(Point3d* result, double fraction, int* segment,
 
 void PolyLine::PointAtLength(Point3d* result, double length, int* segment, double* segmentFraction,
                              double sideOffset) const {
-    PointAtFraction(result, Relative(length, Length()), segment, segmentFraction, sideOffset);
+    PointAtFraction(result, detail::RelativeLength(length, Length()), segment, segmentFraction,
+                    sideOffset);
 }
 
 void PolyLine::DirectionAtLength(Point3d* result, double length) const {

@@ -455,10 +455,11 @@ class PolyLine : public Point3dArrayBase<Point3d> {
     // Fills with points along any curve. Splines, ellipses and fitted or splined 2D polylines are
     // sampled along their length, from the start, every `step`; with `adaptive` the step is an
     // angle in radians that the direction may turn from point to point. The end point follows, and
-    // for a closed curve the first vertex again. Everything else is read by `FromEntity`, save what
-    // holds arcs (circle, arc, bulged polyline): arcs are not read yet, nothing is appended, and
-    // `disposal` 1 or 2 closes the entity without erasing it. For the rest `disposal` is that of
-    // `FromEntity`.
+    // for a closed curve the first vertex again. What holds arcs (`PolyArc::HasArcs`: circle, arc,
+    // bulged polyline) is flattened by `PolyArc::ToPolyLine(step, adaptive)`: `step` is the angle
+    // of a chord in radians with `adaptive`, otherwise a length of arc. Intended: that takes the
+    // place of the vertices that were there. Everything else is read by `FromEntity`, whose
+    // `disposal` it is and whose errors it has.
     void FromCurve(AcDbEntity* entity, int disposal, double step, bool adaptive);
 
     // Lets the user pick a line, once. This object is emptied first, and the focus given to the
@@ -470,7 +471,7 @@ class PolyLine : public Point3dArrayBase<Point3d> {
     //   -1   cancelled (RTCAN)
     //   -2   any other answer than an entity
     //   -3   the pick can't be read as a line: no id, not to be opened, of a class not accepted, or
-    //        not read yet (see `IsUnread`); it is closed and unchanged
+    //        a region; it is closed and unchanged
     // `pickPoint` gets the point of the pick whatever the answer; `id` is stored before opening,
     // `layer` (a text that the caller frees) and `colour` when accepted, and `segment`, the segment
     // nearest to the pick, at the end.
@@ -523,7 +524,6 @@ class PolyLine : public Point3dArrayBase<Point3d> {
     bool IsBeyondBounds(const Line& line) const;
 
   private:
-    double Relative(double length, double total) const;
     int SegmentAtFraction(double fraction, double total) const;
     Point3d DirectionAt(double length, double total) const;
     Point3d SideVector(double length, double total, double sideOffset) const;

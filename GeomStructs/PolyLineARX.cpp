@@ -1,7 +1,6 @@
 // PolyLine read from drawing entities and shown on the screen.
 #include <acedads.h>
 #include <dbelipse.h>
-#include <dbents.h>
 #include <dbpl.h>
 #include <dbregion.h>
 #include <dbspline.h>
@@ -9,7 +8,7 @@
 #include <cmath>
 #include <memory>
 
-#include "GeomEnts/EntityReading.h"
+#include "GeomStructs/OldVerticesARX.h"
 #include "GeomStructs/PolyLine.h"
 #include "tam/TamExceptions.h"
 
@@ -19,30 +18,6 @@ namespace {
 // Splines and ellipses are sampled with a step that counts.
 bool IsStep(double step) {
     return std::fabs(step) >= 0.0001 && !(step < 0.0);
-}
-
-// The positions of an old-style polyline's vertices, but for spline control points, in `line`.
-// `place` moves a position before it is transformed. The iterator outlives the disposal.
-template <class Vertex, class Place>
-void AppendVertices(PolyLine& line, AcDbEntity* entity, AcDbObjectIterator* vertices,
-                    int controlType, const Place& place) {
-    AcGeMatrix3d ecs;
-    entity->getEcs(ecs);
-    for (; vertices != nullptr && !vertices->done(); vertices->step(false, false)) {
-        AcDbObject* object = nullptr;
-        if (acdbOpenAcDbObject(object, vertices->objectId(), AcDb::kForRead) != Acad::eOk) continue;
-        const auto* const vertex = Vertex::cast(object);
-        if (vertex == nullptr) {
-            object->close();
-            continue;
-        }
-        AcGePoint3d position = vertex->position();
-        const int type = vertex->vertexType();
-        object->close();
-        if (type == controlType) continue;
-        place(position);
-        line.Append(ToPoint3d(position.transformBy(ecs)));
-    }
 }
 
 void AppendVertices(PolyLine& line, const AcDbPolyline& polyline) {
@@ -119,20 +94,21 @@ bool PolyLine::IsAcceptedEntity(AcDbEntity* entity, bool lineLike, bool curves, 
 void PolyLine::FromEntity(AcDbEntity* entity, std::int32_t disposal) {
     if (entity == nullptr) return;
     const AcRxClass* const type = entity->isA();
-    std::unique_ptr<AcDbObjectIterator> vertices;
+    std::unique_ptr<AcDbObjectIterator> vertices;  // outlives the disposal
+    const auto append = [this](const Point3d& position, double /*bulge*/) { Append(position); };
     bool closed = false;
     if (type == AcDb3dPolyline::desc()) {
         const auto* const polyline = static_cast<AcDb3dPolyline*>(entity);
         vertices.reset(polyline->vertexIterator());
-        AppendVertices<AcDb3dPolylineVertex>(*this, entity, vertices.get(), AcDb::k3dControlVertex,
-                                             [](AcGePoint3d&) {});
+        ForEachVertex<AcDb3dPolylineVertex>(entity, vertices.get(), AcDb::k3dControlVertex, nullptr,
+                                            append);
         closed = polyline->isClosed();
     } else if (type == AcDb2dPolyline::desc()) {
         const auto* const polyline = static_cast<AcDb2dPolyline*>(entity);
         const double elevation = polyline->elevation();
         vertices.reset(polyline->vertexIterator());
-        AppendVertices<AcDb2dVertex>(*this, entity, vertices.get(), AcDb::k2dSplineCtlVertex,
-                                     [elevation](AcGePoint3d& p) { p.z = elevation; });
+        ForEachVertex<AcDb2dVertex>(entity, vertices.get(), AcDb::k2dSplineCtlVertex, &elevation,
+                                    append);
         closed = polyline->isClosed();
     } else if (type->isDerivedFrom(AcDbPolyline::desc())) {
         const auto* const polyline = static_cast<AcDbPolyline*>(entity);

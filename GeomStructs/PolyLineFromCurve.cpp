@@ -1,14 +1,22 @@
 // PolyLine sampled along a curve.
-#include <dbcurve.h>
+#include <dbelipse.h>
+#include <dbents.h>
+#include <dbspline.h>
 
 #include <cmath>
 
 #include "GeomEnts/EntityReading.h"
-#include "GeomStructs/EntityArcs.h"
-#include "GeomStructs/PolyLine.h"
+#include "GeomStructs/PolyArc.h"
 
 namespace TamLib {
 namespace {
+
+// Splines, ellipses and 2D polylines that are fitted or splined.
+bool IsSampledCurve(AcDbEntity* entity) {
+    const auto* const polyline = AcDb2dPolyline::cast(entity);
+    if (polyline != nullptr) return polyline->polyType() != AcDb::k2dSimplePoly;
+    return AcDbSpline::cast(entity) != nullptr || AcDbEllipse::cast(entity) != nullptr;
+}
 
 // Walks a curve by distance from its start and appends points to a polyline. What the host refuses
 // keeps the value of before, 0 at first.
@@ -97,10 +105,10 @@ class Sampler {
 void PolyLine::FromCurve(AcDbEntity* entity, int disposal, double step, bool adaptive) {
     if (entity == nullptr) return;
     if (!IsSampledCurve(entity)) {
-        if (!HasArcs(entity)) {
-            FromEntity(entity, disposal);
+        if (PolyArc::HasArcs(entity)) {
+            *this = PolyArc(entity, disposal).ToPolyLine(step, adaptive);
         } else {
-            DisposeOf(entity, disposal == 2 ? 1 : disposal);
+            FromEntity(entity, disposal);
         }
         return;
     }

@@ -2,9 +2,8 @@
 #include <acdbads.h>
 #include <acedads.h>
 #include <afxwin.h>
-#include <dbmain.h>
+#include <dbregion.h>
 
-#include "GeomStructs/EntityArcs.h"
 #include "GeomStructs/PolyLine.h"
 #include "datastruct/String.h"
 #include "tam/FrameWindow.h"
@@ -22,13 +21,18 @@ struct Wanted {
     double step;
 };
 
+// Of what is accepted, regions can't be read yet.
+bool IsRead(AcDbEntity* entity) {
+    return PolyLine::IsAcceptedEntity(entity, true, true, false) &&
+           entity->isA() != AcDbRegion::desc();
+}
+
 // The entity with that id, open, when it can be read as a line; otherwise null and closed.
-AcDbEntity* OpenLine(AcDbObjectId id, AcDb::OpenMode mode, bool sampleCurves) {
+AcDbEntity* OpenLine(AcDbObjectId id, AcDb::OpenMode mode) {
     AcDbObject* object = nullptr;
     if (acdbOpenAcDbObject(object, id, mode, false) != Acad::eOk) return nullptr;
     AcDbEntity* const entity = AcDbEntity::cast(object);
-    if (PolyLine::IsAcceptedEntity(entity, true, true, false) && !IsUnread(entity, sampleCurves))
-        return entity;
+    if (IsRead(entity)) return entity;
     object->close();
     return nullptr;
 }
@@ -59,13 +63,13 @@ AcDbObjectId MemberOf(const ads_name set, Adesk::Int32 index) {
 
 // The first member of a selection set that can be read as a line, open for write, with its id in
 // `id`; null when there is none.
-AcDbEntity* OpenFirstLine(const ads_name set, bool sampleCurves, AcDbObjectId& id) {
+AcDbEntity* OpenFirstLine(const ads_name set, AcDbObjectId& id) {
     Adesk::Int32 length = 0;
     if (acedSSLength(set, &length) != RTNORM) return nullptr;
     for (Adesk::Int32 i = 0; i < length; ++i) {
         id = MemberOf(set, i);
         if (id.isNull()) continue;
-        AcDbEntity* const entity = OpenLine(id, AcDb::kForWrite, sampleCurves);
+        AcDbEntity* const entity = OpenLine(id, AcDb::kForWrite);
         if (entity != nullptr) return entity;
     }
     return nullptr;
@@ -88,8 +92,7 @@ int PolyLine::Select(Point3d* pickPoint, int* segment, bool consume, const wchar
     AcDbObjectId picked;
     if (acdbGetObjectId(picked, name) != Acad::eOk || picked.isNull()) return -3;
     if (id != nullptr) *id = picked;
-    AcDbEntity* const entity =
-        OpenLine(picked, consume ? AcDb::kForWrite : AcDb::kForRead, sampleCurves);
+    AcDbEntity* const entity = OpenLine(picked, consume ? AcDb::kForWrite : AcDb::kForRead);
     if (entity == nullptr) return -3;
     Read(*this, entity, pick, {segment, consume, layer, colour, sampleCurves, 0.05});
     return 0;
@@ -101,7 +104,7 @@ int PolyLine::SelectAtPoint(const Point3d& point, int* segment, bool consume, co
     ads_name set = {};
     if (acedSSGet(nullptr, &point.x, nullptr, nullptr, set) != RTNORM) return -1;
     AcDbObjectId found;
-    AcDbEntity* const entity = OpenFirstLine(set, sampleCurves, found);
+    AcDbEntity* const entity = OpenFirstLine(set, found);
     acedSSFree(set);
     if (entity == nullptr) return -3;
     Read(*this, entity, point, {segment, consume, layer, colour, sampleCurves, 0.1});

@@ -2,43 +2,23 @@
 #include <dbents.h>
 #include <dbpl.h>
 
-#include <cmath>
 #include <memory>
 
 #include "GeomEnts/DrawingOutput.h"
 #include "GeomStructs/Point3dArrayARX.h"
-#include "GeomStructs/PolyLine.h"
+#include "GeomStructs/WrittenPolyLine.h"
 
 namespace TamLib {
 namespace {
 
 constexpr const wchar_t* kSource = L"GeomStructs/PolyLine";
 
-// The line as it is written: shifted by its `offset`, if there is one.
-PolyLine Shifted(const PolyLine& line) {
-    PolyLine shifted(line);
-    const Point3d& by = line.offset;
-    if (std::fabs(by.x) < 1e-10 && std::fabs(by.y) < 1e-10 && std::fabs(by.z) < 1e-10)
-        return shifted;
-    for (Point3d& vertex : shifted) vertex += by;
-    return shifted;
-}
-
 AcGePoint3d HostPoint(const Point3d& p) {
     return {p.x, p.y, p.z};
 }
 
-// The new entity, which the host's allocator may have refused.
-template <class Entity>
-std::unique_ptr<Entity> Allocated(Entity* entity) {
-    // Intended: the text is the same for all kinds.
-    if (entity == nullptr)
-        throw TamExpAcad(L"Initialization of AcDb3dPolyLine failed", __LINE__, kSource);
-    return std::unique_ptr<Entity>(entity);
-}
-
 std::unique_ptr<AcDbEntity> LightPolyline(const PolyLine& line) {
-    std::unique_ptr<AcDbPolyline> polyline = Allocated(new AcDbPolyline);
+    std::unique_ptr<AcDbPolyline> polyline = detail::Allocated(new AcDbPolyline, kSource);
     for (const Point3d& p : line)
         polyline->addVertexAt(polyline->numVerts(), AcGePoint2d(p.x, p.y), 0, -1.0, -1.0, 0);
     polyline->setClosed(line.IsClosed());
@@ -55,9 +35,11 @@ std::unique_ptr<AcDbEntity> Entity(const PolyLine& line, int kind) {
     if (kind == 1) return LightPolyline(line);
     const std::unique_ptr<AcGePoint3dArray> points(line.ToAcGePoint3dArray());
     if (kind == 2)
-        return ClosedLike(line, Allocated(new AcDb2dPolyline(*points, AcDb::k2dSimplePoly, 0, false,
-                                                             0, 0, nullptr)));
-    return ClosedLike(line, Allocated(new AcDb3dPolyline(AcDb::k3dSimplePoly, *points, false)));
+        return ClosedLike(line, detail::Allocated(new AcDb2dPolyline(*points, AcDb::k2dSimplePoly,
+                                                                     0, false, 0, 0, nullptr),
+                                                  kSource));
+    return ClosedLike(
+        line, detail::Allocated(new AcDb3dPolyline(AcDb::k3dSimplePoly, *points, false), kSource));
 }
 
 }  // namespace
@@ -65,7 +47,7 @@ std::unique_ptr<AcDbEntity> Entity(const PolyLine& line, int kind) {
 int PolyLine::ToDb(int colour, const wchar_t* layer, AcDbObjectId* id, AcDbDatabase* database,
                    int kind) const {
     if (count == 0) return 0;
-    std::unique_ptr<AcDbEntity> entity = Entity(Shifted(*this), kind);
+    std::unique_ptr<AcDbEntity> entity = Entity(detail::Shifted(*this), kind);
     SetColourAndLayer(*entity, colour, layer, database);
     return ARXAddToModelSpace(entity.release(), id, true, database);
 }
@@ -73,7 +55,7 @@ int PolyLine::ToDb(int colour, const wchar_t* layer, AcDbObjectId* id, AcDbDatab
 int PolyLine::ToFace(int colour, const wchar_t* layer, AcDbObjectId* id,
                      AcDbDatabase* database) const {
     if (count != 3 && count != 4) return 3;
-    const PolyLine corners = Shifted(*this);
+    const PolyLine corners = detail::Shifted(*this);
     std::unique_ptr<AcDbEntity> face(new AcDbFace(HostPoint(corners[0]), HostPoint(corners[1]),
                                                   HostPoint(corners[2]), true, true, true, true));
     if (face == nullptr) throw TamExpNoMem(L"", __LINE__, kSource);

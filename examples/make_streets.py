@@ -115,7 +115,7 @@ def add_streets(space):
 
 
 def add_roundabout(space):
-    """Curves that are no direction line yet: arc, circle and a polyline with a bulge."""
+    """Direction lines made of arcs: a circle, an arc and a polyline with a bulge."""
     space.add_circle(at(345, 139), 9, dxfattribs={"layer": "KATU"})
     space.add_arc(at(155, -62), 8, 200, 20, dxfattribs={"layer": "KATU"})
     x, y = STONE_LANE[1]

@@ -74,9 +74,8 @@ bool pickWasNoLine(const CommandResult& result) {
 std::wstring noLine(const CommandResult& result) {
     const auto& picked = result.prompts.front().entities;
     return (picked.empty() ? L"what was picked" : described(picked.front())) +
-           L" can't be read as a line. Lines, points, splines, ellipses and polylines without "
-           L"bulges can; pick one"
-           L" of these (arcs, circles and bulged polylines are for a later version)";
+           L" can't be read as a line. Lines, polylines, arcs, circles, ellipses, splines and "
+           L"points can; pick one of these";
 }
 
 }  // namespace

@@ -10,7 +10,6 @@
 #include <string>
 #include <vector>
 
-#include "GeomStructs/EntityArcs.h"
 #include "GeomStructs/PolyLine.h"
 #include "tam/TamExceptions.h"
 #include "tests/GeomEnts/TestDrawing.h"
@@ -249,38 +248,6 @@ TEST(PolyLineEntity, OldPolylinesAreAcceptedAlways) {
         EXPECT_TRUE(PolyLine::IsAcceptedEntity(entity, false, false, false));
         entity->close();
     }
-}
-
-// --- Arcs.
-
-TEST(EntityArcs, AreFoundByClassAndBulge) {
-    const TestDrawing drawing{"LWPOLYLINE|5 20|8 0|90 2|70 0|10 0|20 0|10 10|20 0",
-                              "LWPOLYLINE|5 21|8 0|90 2|70 0|10 0|20 0|42 0.5|10 10|20 0",
-                              "CIRCLE|5 22|8 0|10 0|20 0|40 5",
-                              "ARC|5 23|8 0|10 0|20 0|40 5|50 0|51 90",
-                              "LINE|5 24|8 0|10 0|20 0|11 1|21 1",
-                              OldPolyline(0x30, 0, "10 0", {"10 0|20 0|42 0.5", "10 9|20 0"}),
-                              OldPolyline(0x40, 0, "10 0", {"10 0|20 0", "10 9|20 0|42 0.5"}),
-                              OldPolyline(0x50, 1, "10 0", {"10 0|20 0", "10 9|20 0|42 0.5"}),
-                              OldPolyline(0x60, 0, "10 0", {"10 0|20 0|42 0.00009", "10 9|20 0"}),
-                              OldPolyline(0x70, 0, "10 0", {"10 0|20 0|42 0.001", "10 0.1|20 0"})};
-    const auto hasArcs = [&](std::uint64_t handle) {
-        AcDbEntity* const entity = drawing.Open(handle);
-        const bool result = HasArcs(entity);
-        entity->close();
-        return result;
-    };
-    EXPECT_FALSE(hasArcs(0x20));
-    EXPECT_TRUE(hasArcs(0x21));
-    EXPECT_TRUE(hasArcs(0x22));
-    EXPECT_TRUE(hasArcs(0x23));
-    EXPECT_FALSE(hasArcs(0x24));
-    EXPECT_TRUE(hasArcs(0x30));
-    EXPECT_FALSE(hasArcs(0x40));  // the last bulge of an open one has no segment
-    EXPECT_TRUE(hasArcs(0x50));   // and belongs to the closing one of a closed one
-    EXPECT_FALSE(hasArcs(0x60));  // too small a bulge
-    EXPECT_FALSE(hasArcs(0x70));  // too low an arc
-    EXPECT_FALSE(HasArcs(nullptr));
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "GeomStructs/PolyLine.h"
+#include "tam/TamExceptions.h"
 #include "tests/GeomEnts/TestDrawing.h"
 
 namespace TamLib {
@@ -207,12 +208,59 @@ TEST(PolyLineFromCurve, DisposalLeavesOpenClosesOrErases) {
     EXPECT_TRUE(drawing.IsErased(0x2F));
 }
 
-TEST(PolyLineFromCurve, ArcsAreNotReadYetAndNotErased) {
+TEST(PolyLineFromCurve, ArcsAreFlattenedByAngleOrByLengthAndDisposedOf) {
     const TestDrawing drawing{"CIRCLE|5 2F|8 0|10 1|20 2|30 3|40 2.5"};
+    const auto expectCircle = [](const PolyLine& line) {
+        EXPECT_LT(Distance({3.5, 2, 3}, line.data[0]), 1e-12);
+        EXPECT_LT(Distance({3.5, 2, 3}, line.data[line.count - 1]), 1e-12);
+        EXPECT_LT(line.data[1].y, 2.0);  // clockwise
+        for (const Point3d& p : line) EXPECT_NEAR(2.5, Distance({1, 2, 3}, p), 1e-12);
+    };
+    const PolyLine byAngle = Read(drawing, 0.05, true);
+    // The last chord of each half circle is up to two steps long.
+    EXPECT_EQ(127u, byAngle.count);
+    expectCircle(byAngle);
+    const PolyLine byLength = Read(drawing, 0.05, false);
+    EXPECT_EQ(315u, byLength.count);
+    expectCircle(byLength);
     PolyLine line;
+    line.Append({9, 9, 9});
+    line.offset = {1, 1, 1};
+    line.hasBounds = 1;
     line.FromCurve(drawing.Open(0x2F, AcDb::kForWrite), 2, 0.05, true);
-    EXPECT_EQ(0u, line.count);
-    EXPECT_FALSE(drawing.IsErased(0x2F));
+    EXPECT_TRUE(drawing.IsErased(0x2F));
+    // Intended: in place of what was there, box and shift too.
+    EXPECT_EQ(127u, line.count);
+    EXPECT_EQ(0.0, line.offset.x);
+    EXPECT_EQ(0, line.hasBounds);
+}
+
+TEST(PolyLineFromCurve, BulgedPolylinesAreFlattenedWhereTheyBulge) {
+    const TestDrawing drawing{
+        "LWPOLYLINE|5 2F|8 0|90 3|70 0|38 7|10 0|20 0|42 -1|10 10|20 0|10 10|20 5",
+        "POLYLINE|5 30|8 0|66 1|10 0|20 0|30 7|70 0\nVERTEX|5 31|8 0|10 0|20 0|42 -1\n"
+        "VERTEX|5 32|8 0|10 10|20 0\nVERTEX|5 33|8 0|10 10|20 5\nSEQEND|8 0"};
+    for (const std::uint64_t handle : {0x2Fu, 0x30u}) {
+        const PolyLine line(drawing.Id(handle), 0.05, true);
+        ASSERT_EQ(65u, line.count);
+        for (std::uint32_t i = 0; i < 64; ++i) {
+            EXPECT_NEAR(5.0, Distance({5, 0, 7}, line.data[i]), 1e-12);
+            EXPECT_GE(line.data[i].y, -1e-12);
+        }
+        EXPECT_LT(Distance({10, 5, 7}, line.data[64]), 1e-12);
+    }
+}
+
+TEST(PolyLineFromCurve, ARefusedVertexOfABulgedPolylineRaisesWithTheEntityOpen) {
+    const TestDrawing drawing{"LWPOLYLINE|5 2F|8 0|90 2|70 0|10 0|20 0|42 1|10 10|20 0"};
+    AcDbEntity* const entity = drawing.Open(0x2F);
+    PolyLine line;
+    line.Append({9, 9, 9});
+    host::fault::arm("AcDbPolyline::getPointAt", 2, Acad::eInvalidIndex);
+    EXPECT_THROW(line.FromCurve(entity, 1, 0.05, true), TamExpAcad);
+    EXPECT_EQ(1u, line.count);
+    EXPECT_TRUE(entity->isReadEnabled());
+    entity->close();
 }
 
 TEST(PolyLineFromCurve, ConstructorsSampleOnlyWithAStepThatCounts) {

@@ -156,18 +156,34 @@ TEST_F(PolyLineSelect, AClassThatIsNotAcceptedIsMinusThreeAndNothingFlashes) {
     EXPECT_TRUE(host_.lines().empty());
 }
 
-TEST_F(PolyLineSelect, ArcsAndRegionsAreMinusThreeAsLongAsTheyAreNotRead) {
-    for (const std::uint64_t handle : {0x32u, 0x34u, 0x35u}) {
-        host_.pick(drawing_.Id(handle));
-        EXPECT_EQ(-3, pick_.Select(true)) << handle;
-        pick_.ExpectNothingStored();
-        EXPECT_FALSE(drawing_.IsErased(handle)) << handle;
-    }
+TEST_F(PolyLineSelect, RegionsAreMinusThreeAsLongAsTheyAreNotRead) {
+    host_.pick(drawing_.Id(0x34));
+    EXPECT_EQ(-3, pick_.Select(true));
+    pick_.ExpectNothingStored();
+    EXPECT_FALSE(drawing_.IsErased(0x34));
     EXPECT_TRUE(host_.lines().empty());
-    // Without sampling, bulges become chords as ever.
+}
+
+TEST_F(PolyLineSelect, ArcsAreChordsOf0p05RadiansAndOf0p1AtAPoint) {
+    // Two half circles.
+    host_.pick(drawing_.Id(0x32), {0, 2.5, 0});
+    EXPECT_EQ(0, pick_.Select(false));
+    EXPECT_EQ(2u * 63 + 1, pick_.line.count);
+    EXPECT_EQ(2u * 63, host_.lines().size());
+    EXPECT_EQ(94, pick_.segment);
+    host_.select({drawing_.Id(0x32)});
+    EXPECT_EQ(0, pick_.SelectAtPoint(false));
+    EXPECT_EQ(2u * 31 + 1, pick_.line.count);
+}
+
+TEST_F(PolyLineSelect, WithoutSamplingBulgesAreChordsAndACircleGivesNothing) {
     host_.pick(drawing_.Id(0x35));
     EXPECT_EQ(0, pick_.Select(false, false));
     EXPECT_EQ(2u, pick_.line.count);
+    host_.pick(drawing_.Id(0x32));
+    EXPECT_EQ(0, pick_.Select(true, false));
+    EXPECT_EQ(0u, pick_.line.count);
+    EXPECT_FALSE(drawing_.IsErased(0x32));
 }
 
 TEST_F(PolyLineSelect, ConsumingErasesAfterReading) {
@@ -245,10 +261,10 @@ TEST_F(PolyLineSelect, EachRefusedCallIsMinusThreeOrSurvived) {
 // --- At a point.
 
 TEST_F(PolyLineSelect, AtAPointTakesTheFirstThatCanBeRead) {
-    host_.select({drawing_.Id(0x31), drawing_.Id(0x2F), drawing_.Id(0x32), drawing_.Id(0x33),
+    host_.select({drawing_.Id(0x31), drawing_.Id(0x2F), drawing_.Id(0x34), drawing_.Id(0x33),
                   drawing_.Id(0x30)});
     EXPECT_EQ(0, pick_.SelectAtPoint(false));
-    // The text is not accepted, the line is locked, the circle not read.
+    // The text is not accepted, the line is locked, the region not read.
     EXPECT_EQ(drawing_.Id(0x33), pick_.id);
     EXPECT_EQ(3u, pick_.line.count);
     EXPECT_EQ(1, pick_.segment);
@@ -272,7 +288,7 @@ TEST_F(PolyLineSelect, AtAPointWithNothingIsMinusOneWhateverTheCode) {
 }
 
 TEST_F(PolyLineSelect, AtAPointWithNothingReadableIsMinusThreeAndFreesTheSet) {
-    host_.select({drawing_.Id(0x31), drawing_.Id(0x32)});
+    host_.select({drawing_.Id(0x31), drawing_.Id(0x34)});
     EXPECT_EQ(-3, pick_.SelectAtPoint(true));
     pick_.ExpectNothingStored();
     EXPECT_TRUE(pick_.id.isNull());
