@@ -99,8 +99,7 @@ PolyArc::PolyArc(AcDbEntity* entity, int disposal) : PolyArc() {
 
 PolyArc::PolyArc(AcDbObjectId id) : PolyArc() {
     AcDbEntity* entity = nullptr;
-    if (acdbOpenAcDbEntity(entity, id, AcDb::kForRead) == Acad::eOk)
-        PolyArc::FromEntity(entity, 1);
+    if (acdbOpenAcDbEntity(entity, id, AcDb::kForRead) == Acad::eOk) PolyArc::FromEntity(entity, 1);
 }
 
 void PolyArc::FromEntity(AcDbEntity* entity, std::int32_t disposal) {

@@ -105,8 +105,8 @@ TEST(PolyArcEntity, ABulgeCountsAsSeenFromAboveAlsoOfAPolylineSeenFromBelow) {
     const TestDrawing light{std::string(kHalfCircle) + "|210 0|220 0|230 -1"};
     EXPECT_EQ("0 0 -7, -10 0 -7", ToText(Read(light)));
     ExpectHeights({-5}, Read(light));
-    const TestDrawing old{Old("70 0|10 0|20 0|30 7|210 0|220 0|230 -1",
-                              {"10 0|20 0|42 1", "10 10|20 0"})};
+    const TestDrawing old{
+        Old("70 0|10 0|20 0|30 7|210 0|220 0|230 -1", {"10 0|20 0|42 1", "10 10|20 0"})};
     EXPECT_EQ("0 0 -7, -10 0 -7", ToText(Read(old)));
     ExpectHeights({-5}, Read(old));
 }
@@ -252,7 +252,9 @@ TEST(PolyArcEntity, ARefusedVertexRaisesWithTheVerticesReadAndTheEntityOpen) {
 
 TEST(PolyArcEntity, EachRefusedCallIsSurvivedWithAHeightPerSegment) {
     const std::string records[] = {
-        kHalfCircle, kCircle, "ARC|5 2F|8 0|10 1|20 2|30 3|40 5|50 0|51 90",
+        kHalfCircle,
+        kCircle,
+        "ARC|5 2F|8 0|10 1|20 2|30 3|40 5|50 0|51 90",
         "LINE|5 2F|8 0|10 1|20 2|11 4|21 5",
         Old("70 1", {"10 0|20 0|42 0.5", "10 10|20 0|42 1", "10 10|20 9|42 1"}),
         Old("70 9", {"10 0|20 0|70 32", "10 10|20 0|70 32", "10 10|20 9|70 32"})};

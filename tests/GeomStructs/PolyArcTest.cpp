@@ -276,10 +276,8 @@ TEST(PolyArc, LengthsRunAlongTheArcsInPlan) {
 // A square of 10 whose right side bulges by a half circle of radius 5; `sign` 1 to the left of the
 // way.
 PolyArc BulgedSquare(double sign, bool clockwise) {
-    PolyArc ring = ArcLine({0, 0, 0}, {{{10, 0, 0}, 0},
-                                       {{10, 10, 0}, sign * 5},
-                                       {{0, 10, 0}, 0},
-                                       {{0, 0, 0}, 0}});
+    PolyArc ring = ArcLine(
+        {0, 0, 0}, {{{10, 0, 0}, 0}, {{10, 10, 0}, sign * 5}, {{0, 10, 0}, 0}, {{0, 0, 0}, 0}});
     if (clockwise) ring.Reverse();
     return ring;
 }
@@ -418,8 +416,7 @@ TEST(PolyArc, AShortLineIsMeasuredByItsLengthAsAFraction) {
 TEST(PolyArc, DirectionsAreTangentsAlongTheWayWhateverTheSense) {
     Point3d direction;
     for (const double sign : {1.0, -1.0}) {
-        const PolyArc line =
-            ArcLine({0, 0, 0}, {{{10, 0, 0}, sign * 5.0}, {{10, 5, 5}, 0.0}});
+        const PolyArc line = ArcLine({0, 0, 0}, {{{10, 0, 0}, sign * 5.0}, {{10, 5, 5}, 0.0}});
         line.DirectionAtLength(&direction, 0.0);
         EXPECT_LT(Distance({0, sign, 0}, direction), 1e-9);
         line.DirectionAtLength(&direction, 2.5 * kPi);

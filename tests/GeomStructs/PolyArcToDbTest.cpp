@@ -23,8 +23,7 @@ constexpr int kLight = 1, kPlane = 2, kSpace = 3;
 
 PolyArc Bulged(const char* vertices, const std::vector<double>& bulges) {
     PolyArc line(FromText(vertices));
-    for (std::size_t i = 0; i < bulges.size(); ++i)
-        line.SetBulgeAt(static_cast<int>(i), bulges[i]);
+    for (std::size_t i = 0; i < bulges.size(); ++i) line.SetBulgeAt(static_cast<int>(i), bulges[i]);
     return line;
 }
 PolyArc Open() {

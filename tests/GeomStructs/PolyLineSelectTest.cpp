@@ -168,9 +168,9 @@ TEST_F(PolyLineSelect, ArcsAreChordsOf0p05RadiansAndOf0p1AtAPoint) {
     // Two half circles.
     host_.pick(drawing_.Id(0x32), {0, 2.5, 0});
     EXPECT_EQ(0, pick_.Select(false));
-    EXPECT_EQ(2u * 63 + 1, pick_.line.count);
-    EXPECT_EQ(2u * 63, host_.lines().size());
-    EXPECT_EQ(94, pick_.segment);
+    EXPECT_EQ(2u * 62 + 1, pick_.line.count);
+    EXPECT_EQ(2u * 62, host_.lines().size());
+    EXPECT_EQ(93, pick_.segment);
     host_.select({drawing_.Id(0x32)});
     EXPECT_EQ(0, pick_.SelectAtPoint(false));
     EXPECT_EQ(2u * 31 + 1, pick_.line.count);
