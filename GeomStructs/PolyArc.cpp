@@ -14,6 +14,16 @@ bool IsStraight(double height) {
     return std::fabs(height) < 0.0001;
 }
 
+// `result.Append(points, 1)` for a run of calls. The array itself would give room back for the
+// vertex that is dropped, and take it again in fixed steps, copying all for every segment.
+void AppendJoined(PolyLine& result, const PolyLine& points) {
+    if (result.count > 0 && Equals(result.data[result.count - 1], points.data[0])) --result.count;
+    const std::uint32_t needed = result.count + points.count;
+    if (result.capacity < needed) result.Resize(std::max(needed, 2 * result.capacity));
+    std::copy(points.begin(), points.end(), result.data + result.count);
+    result.count = needed;
+}
+
 template <class Figure>
 PolyLine AllPoints(const PolyArc& line, const Figure& figure, Array<int>* segments) {
     PolyLine points;
@@ -221,10 +231,7 @@ PolyLine PolyArc::ToPolyLine(double step, bool stepIsAngle) const {
         const Arc arc = GetArc(i);
         PolyLine points = arc.ToPolyLine(step, stepIsAngle);
         if (Distance(points[0], arc.Start()) > Distance(points[0], arc.End())) points.Reverse();
-        // Room for twice as much: the array's own steps would copy all for every segment.
-        const std::uint32_t needed = result.count + points.count;
-        if (result.capacity < needed) result.Resize(std::max(needed, 2 * result.capacity));
-        result.Append(points, 1);
+        AppendJoined(result, points);
     }
     return result;
 }

@@ -95,6 +95,12 @@ void Meet(const Piece& before, const Piece& after, Point3dArrayBase<Point3d>& po
     }
 }
 
+// Circles within each other, or about one centre, give points of one of them or none at all.
+bool IsOnCircle(const Piece& piece, const Point3d& point) {
+    return piece.IsStraight() ||
+           std::fabs(Distance2d(point, piece.centre) - piece.arc.Radius()) <= 0.0001;
+}
+
 // Cuts two pieces where they meet nearest to the corner between them.
 void CutAtCorner(Piece& before, Piece& after) {
     if (Equals2d(before.end, after.start)) {
@@ -105,7 +111,7 @@ void CutAtCorner(Piece& before, Piece& after) {
     Meet(before, after, points);
     const Point3d* nearest = nullptr;
     for (const Point3d& point : points) {
-        if (!std::isfinite(point.x) || !std::isfinite(point.y)) continue;  // circles of one centre
+        if (!IsOnCircle(before, point) || !IsOnCircle(after, point)) continue;
         if (nearest == nullptr ||
             Distance2d(point, after.corner) < Distance2d(*nearest, after.corner))
             nearest = &point;

@@ -136,6 +136,22 @@ TEST(PolyArcOffset, TwoArcsAreCutWhereTheyMeet) {
     EXPECT_EQ(0.0, Offset(line, 1).HeightAt(1));
 }
 
+TEST(PolyArcOffset, ArcsOfWhichOneCircleHoldsTheOtherGetAStraightJoint) {
+    // Circles of 5 and 3 that cross become circles of 6 and 2 that don't.
+    PolyArc line = HalfCircle(-5);
+    const Point3d centre(8, std::sqrt(5.0), 0), end(5, std::sqrt(5.0), 0);
+    line.AddVertex(end, Arc(centre, {10, 0, 0}, end, /*clockwise=*/true).height);
+    const PolyArc inside = Offset(line, 1);
+    ASSERT_EQ(4u, inside.count);
+    EXPECT_NEAR(6.0, inside.GetArc(0).Radius(), 1e-9);
+    EXPECT_EQ(0.0, inside.HeightAt(1));
+    EXPECT_NEAR(2.0, inside.GetArc(2).Radius(), 1e-9);
+    // Back along the same circle: circles of one centre.
+    PolyArc back = HalfCircle(5);
+    back.AddVertex({0, 0, 0}, -5);
+    EXPECT_EQ("1 0, 9 0, 11 0, -1 0, 1 0", Rounded(Offset(back, 1)));
+}
+
 TEST(PolyArcOffset, StraightPiecesReachThreeUnitsBeyondTheirEnds) {
     // An outer right angle needs an extension by the distance.
     const char* const corner = "0 0, 100 0, 100 100";

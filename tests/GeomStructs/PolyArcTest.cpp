@@ -525,17 +525,14 @@ TEST(PolyArc, AThousandArcsFlattenAsOneByOne) {
     for (int i = 1; i <= 1000; ++i)
         line.AddVertex({25496000 + i * 7.0, 6672000 + i % 3 * 2.0, i * 0.1}, (i % 5 - 2) * 0.8);
     const PolyLine flat = line.ToPolyLine(0.05, true);
-    std::vector<Point3d> plain;
-    for (int i = 0; i < 1000; ++i) {
-        const PolyLine points = line.GetArc(i).ToPolyLine(0.05, true);
-        if (!plain.empty()) plain.pop_back();
-        plain.insert(plain.end(), points.begin(), points.end());
-    }
-    ASSERT_EQ(plain.size(), flat.count);
+    PolyLine plain(20);
+    for (int i = 0; i < 1000; ++i) plain.Append(line.GetArc(i).ToPolyLine(0.05, true), 1);
+    ASSERT_EQ(plain.count, flat.count);
+    EXPECT_EQ(plain.sorted, flat.sorted);
     for (std::uint32_t i = 0; i < flat.count; ++i) {
-        EXPECT_EQ(plain[i].x, flat.data[i].x);
-        EXPECT_EQ(plain[i].y, flat.data[i].y);
-        EXPECT_EQ(plain[i].z, flat.data[i].z);
+        EXPECT_EQ(plain.data[i].x, flat.data[i].x);
+        EXPECT_EQ(plain.data[i].y, flat.data[i].y);
+        EXPECT_EQ(plain.data[i].z, flat.data[i].z);
     }
 }
 

@@ -48,8 +48,17 @@ class DrawingText {
         Entity("POINT", handle, "AcDbPoint", Point(10, at));
     }
 
-    void Circle(const std::string& handle, Vertex centre, double radius) {
-        Entity("CIRCLE", handle, "AcDbCircle", Join(Point(10, centre), {{40, Number(radius)}}));
+    void Circle(const std::string& handle, Vertex centre, double radius, const Groups& more = {}) {
+        Entity("CIRCLE", handle, "AcDbCircle",
+               Join(Point(10, centre), {{40, Number(radius)}}, more));
+    }
+
+    // Counter-clockwise, angles in degrees.
+    void Arc(const std::string& handle, Vertex centre, double radius, double start, double end,
+             const Groups& more = {}) {
+        Groups groups = Join(Point(10, centre), {{40, Number(radius)}}, more);
+        groups.insert(groups.end(), {{100, "AcDbArc"}, {50, Number(start)}, {51, Number(end)}});
+        Entity("ARC", handle, "AcDbCircle", groups);
     }
 
     void LightPolyline(const std::string& handle, const std::vector<Vertex>& vertices,
@@ -107,24 +116,25 @@ class DrawingText {
                layer);
     }
 
-    // A light polyline whose first segment bulges.
-    void BulgedPolyline(const std::string& handle, const std::vector<Vertex>& vertices) {
-        Groups groups{{90, std::to_string(vertices.size())}, {70, "0"}};
-        for (std::size_t i = 0; i < vertices.size(); ++i) {
-            groups.push_back({10, Number(vertices[i].x)});
-            groups.push_back({20, Number(vertices[i].y)});
-            if (i == 0) groups.push_back({42, "0.5"});
-        }
-        Entity("LWPOLYLINE", handle, "AcDbPolyline", groups);
-    }
-
-    // A 2D polyline: `flags` is group 70 of the whole, the vertices take the handles `handle` +
-    // "1", "2", ... and their own group 70 and bulge.
     struct PlaneVertex {
         Vertex at;
         int flags = 0;
         double bulge = 0.0;
     };
+    // A light polyline with bulges; the vertices' flags are left out.
+    void BulgedPolyline(const std::string& handle, const std::vector<PlaneVertex>& vertices,
+                        bool closed = false, const Groups& more = {}) {
+        Groups groups{{90, std::to_string(vertices.size())}, {70, closed ? "1" : "0"}};
+        for (const PlaneVertex& vertex : vertices) {
+            groups.push_back({10, Number(vertex.at.x)});
+            groups.push_back({20, Number(vertex.at.y)});
+            groups.push_back({42, Number(vertex.bulge)});
+        }
+        Entity("LWPOLYLINE", handle, "AcDbPolyline", Join(groups, more));
+    }
+
+    // A 2D polyline: `flags` is group 70 of the whole, the vertices take the handles `handle` +
+    // "1", "2", ... and their own group 70 and bulge.
     void Polyline2d(const std::string& handle, int flags, const std::vector<PlaneVertex>& vertices,
                     const Groups& more = {}) {
         Entity("POLYLINE", handle, "AcDb2dPolyline",

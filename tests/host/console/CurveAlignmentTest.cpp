@@ -1,6 +1,6 @@
 // Curves as the picked line, through the program: its rotations against curves that are evaluated
 // here apart from it (by their basis functions, by plain trigonometry, by solving for the second
-// derivatives) and walked step by step by their lengths.
+// derivatives) and walked step by step by their lengths; arcs turned about their middles.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -202,42 +202,85 @@ Formula EllipseFormula(Vertex centre, Vertex major, double ratio, double from, d
             [=](double t) { return centre + major * std::cos(t) + minor * std::sin(t); }};
 }
 
+// The middle of the arc of a bulge, which lies square to the chord.
+Vertex MiddleOf(Vertex from, Vertex to, double bulge) {
+    const Vertex chord = to - from;
+    const double away = 0.5 / std::tan(2.0 * std::atan(bulge));
+    return from + chord * 0.5 + Vertex{-chord.y * away, chord.x * away, 0.0};
+}
+
+Vertex Turned(Vertex point, Vertex middle, double turn) {
+    const Vertex radius = point - middle;
+    return middle + Vertex{radius.x * std::cos(turn) - radius.y * std::sin(turn),
+                           radius.x * std::sin(turn) + radius.y * std::cos(turn), 0.0};
+}
+
 // Straight and bulged segments, the parameter counting them.
 Formula PolylineFormula(std::vector<DrawingText::PlaneVertex> vertices, bool closed) {
     vertices.erase(std::remove_if(vertices.begin(), vertices.end(),
                                   [](const auto& vertex) { return (vertex.flags & 16) != 0; }),
                    vertices.end());
     if (closed) vertices.push_back({vertices.front().at, 0, 0.0});
-    return {
-        0.0, static_cast<double>(vertices.size() - 1), closed, [vertices](double t) {
-            const auto i = std::min(static_cast<std::size_t>(t), vertices.size() - 2);
-            const Vertex a = vertices[i].at;
-            const Vertex chord = vertices[i + 1].at - a;
-            const double part = t - static_cast<double>(i);
-            const double bulge = vertices[i].bulge;
-            if (bulge == 0.0) return a + chord * part;
-            const double sweep = 4.0 * std::atan(bulge);
-            // Turned about the middle of the arc, which lies square to the chord.
-            const double away = 0.5 / std::tan(sweep / 2.0);
-            const Vertex middle = a + chord * 0.5 + Vertex{-chord.y * away, chord.x * away, 0.0};
-            const Vertex radius = a - middle;
-            const double turn = sweep * part;
-            return middle + Vertex{radius.x * std::cos(turn) - radius.y * std::sin(turn),
-                                   radius.x * std::sin(turn) + radius.y * std::cos(turn), 0.0};
-        }};
+    return {0.0, static_cast<double>(vertices.size() - 1), closed, [vertices](double t) {
+                const auto i = std::min(static_cast<std::size_t>(t), vertices.size() - 2);
+                const Vertex from = vertices[i].at, to = vertices[i + 1].at;
+                const double part = t - static_cast<double>(i);
+                const double bulge = vertices[i].bulge;
+                if (bulge == 0.0) return from + (to - from) * part;
+                return Turned(from, MiddleOf(from, to, bulge), 4.0 * std::atan(bulge) * part);
+            }};
+}
+
+// One arc as chords of 0.05 radians, taken clockwise. The last chord takes up what is left: more
+// than one step, or less than one where the angles pass 0 on the way.
+std::vector<Vertex> Chords(Vertex from, Vertex to, double bulge) {
+    if (bulge == 0.0) return {from, to};
+    const Vertex middle = MiddleOf(from, to, bulge);
+    const Vertex first = bulge < 0.0 ? from : to, last = bulge < 0.0 ? to : from;
+    const auto angle = [&](Vertex point) {
+        const double plain = std::atan2(point.y - middle.y, point.x - middle.x);
+        return plain < 0.0 ? plain + 2.0 * kPi : plain;
+    };
+    const double sweep = std::fabs(4.0 * std::atan(bulge));
+    const double least = angle(first) < angle(last) ? 0.0 : 0.05;
+    std::vector<Vertex> points{first};
+    for (double turn = 0.05; sweep - turn > least; turn += 0.05)
+        points.push_back(Turned(first, middle, -turn));
+    points.push_back(last);
+    if (bulge > 0.0) std::reverse(points.begin(), points.end());
+    return points;
+}
+
+std::vector<Vertex> Chords(std::vector<DrawingText::PlaneVertex> vertices, bool closed) {
+    if (closed) vertices.push_back({vertices.front().at, 0, 0.0});
+    std::vector<Vertex> points{vertices.front().at};
+    for (std::size_t i = 0; i + 1 < vertices.size(); ++i) {
+        const auto arc = Chords(vertices[i].at, vertices[i + 1].at, vertices[i].bulge);
+        points.insert(points.end(), arc.begin() + 1, arc.end());
+    }
+    return points;
 }
 
 // --- Comparing.
 
 class CurveAlignment : public testing::Test {
   protected:
-    // Labels at both sides all along the curve, aligned by the program along the entity 2F. A label
-    // beside a vertex is as near to the segment before, which it may follow as well: which one it
-    // is hangs on the last bit of a length.
-    void Expect(DrawingText drawing, const Formula& formula) const {
+    void Expect(const DrawingText& drawing, const Formula& formula) const {
         const ByLength curve(formula);
         const std::vector<Vertex> line = Vertices(curve);
         ASSERT_GT(line.size(), 50u);
+        Expect(drawing, curve, line);
+    }
+    // Of segments and arcs as they lie in plan.
+    void ExpectArcs(const DrawingText& drawing,
+                    const std::vector<DrawingText::PlaneVertex>& vertices, bool closed) const {
+        Expect(drawing, ByLength(PolylineFormula(vertices, closed)), Chords(vertices, closed));
+    }
+
+    // Labels at both sides all along the curve, aligned by the program along the entity 2F. A label
+    // beside a vertex is as near to the segment before, which it may follow as well: which one it
+    // is hangs on the last bit of a length.
+    void Expect(DrawingText drawing, const ByLength& curve, const std::vector<Vertex>& line) const {
         std::mt19937 random(25);
         std::vector<Vertex> places;
         for (int i = 0; i < 80; ++i) {
@@ -374,6 +417,125 @@ TEST_F(CurveAlignment, SplinedPolyline) {
     DrawingText drawing;
     drawing.Polyline2d("2F", 4, vertices, {{75, "6"}});
     Expect(drawing, PolylineFormula(vertices, false));
+}
+
+// --- Arcs.
+
+using PlaneVertices = std::vector<DrawingText::PlaneVertex>;
+
+const DrawingText::Groups fromBelow{{210, "0.0"}, {220, "0.0"}, {230, "-1.0"}};
+
+PlaneVertices CircleVertices(Vertex centre, double radius) {
+    return {{centre + Vertex{radius, 0, 0}, 0, -1.0}, {centre - Vertex{radius, 0, 0}, 0, -1.0}};
+}
+
+TEST_F(CurveAlignment, Circle) {
+    DrawingText drawing;
+    drawing.Circle("2F", {100, 50}, 70);
+    ExpectArcs(drawing, CircleVertices({100, 50}, 70), true);
+}
+
+TEST_F(CurveAlignment, CircleSeenFromBelowInMapCoordinates) {
+    DrawingText drawing;
+    drawing.Circle("2F", {-25496000, 6672000, 12}, 70, fromBelow);
+    ExpectArcs(drawing, CircleVertices({25496000, 6672000}, 70), true);
+}
+
+// Start and end in degrees, counter-clockwise.
+PlaneVertices ArcVertices(Vertex centre, double radius, double start, double end) {
+    const auto at = [&](double degrees) {
+        const double angle = degrees * kPi / 180.0;
+        return centre + Vertex{radius * std::cos(angle), radius * std::sin(angle), 0};
+    };
+    const double sweep = (end > start ? end - start : end + 360.0 - start) * kPi / 180.0;
+    return {{at(start), 0, std::tan(sweep / 4.0)}, {at(end), 0, 0.0}};
+}
+
+TEST_F(CurveAlignment, ArcsShortAndLongAndPastAngleZero) {
+    // Of exactly half a circle, and with an end at angle 0, the last bit of an angle decides.
+    const double ranges[][2] = {{20, 155}, {20, 310}, {300, 80},  {130, 100},
+                                {10, 189}, {10, 191}, {0.01, 90}, {200, 359.99}};
+    for (const auto& range : ranges) {
+        SCOPED_TRACE(range[0]);
+        DrawingText drawing;
+        drawing.Arc("2F", {100, 50}, 70, range[0], range[1]);
+        ExpectArcs(drawing, ArcVertices({100, 50}, 70, range[0], range[1]), false);
+    }
+}
+
+TEST_F(CurveAlignment, ArcSeenFromBelow) {
+    for (const double end : {155.0, 310.0}) {
+        DrawingText drawing;
+        drawing.Arc("2F", {100, 50}, 70, 20, end, fromBelow);
+        // Mirrored, it runs clockwise.
+        PlaneVertices vertices = ArcVertices({100, 50}, 70, 20, end);
+        for (auto& vertex : vertices) {
+            vertex.at.x = -vertex.at.x;
+            vertex.bulge = -vertex.bulge;
+        }
+        ExpectArcs(drawing, vertices, false);
+    }
+}
+
+TEST_F(CurveAlignment, ArcInMapCoordinates) {
+    DrawingText drawing;
+    drawing.Arc("2F", {25496000, 6672000}, 300, 40, 130);
+    ExpectArcs(drawing, ArcVertices({25496000, 6672000}, 300, 40, 130), false);
+}
+
+const PlaneVertices bulges{{{0, 0}, 0, 0.3},     {{50, 20}, 0, -0.2},   {{90, 70}, 0, 0.0},
+                           {{140, 70}, 0, -1.0}, {{190, 70}, 0, 0.05},  {{190, 170}, 0, 1.8},
+                           {{150, 150}, 0, 0.4}, {{-30, 160}, 0, -0.35}};
+
+TEST_F(CurveAlignment, LightPolylineWithBulges) {
+    for (const bool closed : {false, true}) {
+        DrawingText drawing;
+        drawing.BulgedPolyline("2F", bulges, closed);
+        ExpectArcs(drawing, bulges, closed);
+    }
+}
+
+TEST_F(CurveAlignment, LightPolylineWithBulgesInMapCoordinates) {
+    PlaneVertices vertices = bulges;
+    for (auto& vertex : vertices) vertex.at = vertex.at + Vertex{25496000, 6672000, 0};
+    DrawingText drawing;
+    drawing.BulgedPolyline("2F", vertices, true);
+    ExpectArcs(drawing, vertices, true);
+}
+
+TEST_F(CurveAlignment, PlanePolylineWithBulges) {
+    for (const bool closed : {false, true}) {
+        DrawingText drawing;
+        drawing.Polyline2d("2F", closed ? 1 : 0, bulges);
+        ExpectArcs(drawing, bulges, closed);
+    }
+}
+
+// Intended: the vertices are mirrored, the bulges stay as they are.
+TEST_F(CurveAlignment, BulgesOfPolylinesSeenFromBelowCountAsSeenFromAbove) {
+    PlaneVertices mirrored = bulges;
+    for (auto& vertex : mirrored) vertex.at.x = -vertex.at.x;
+    for (const bool closed : {false, true}) {
+        DrawingText light, plane;
+        light.BulgedPolyline("2F", bulges, closed, fromBelow);
+        ExpectArcs(light, mirrored, closed);
+        plane.Polyline2d("2F", closed ? 1 : 0, bulges, fromBelow);
+        ExpectArcs(plane, mirrored, closed);
+    }
+}
+
+// Sampled along its length, a fitted one is followed as it shows.
+TEST_F(CurveAlignment, FittedPolylineSeenFromBelow) {
+    const PlaneVertices vertices{
+        {{0, 0}, 0, 0.3}, {{50, 20}, 1, -0.2}, {{90, 70}, 0, 0.45}, {{40, 120}, 1, 0.0}};
+    PlaneVertices mirrored = vertices;
+    for (auto& vertex : mirrored) {
+        vertex.at.x = -vertex.at.x;
+        vertex.bulge = -vertex.bulge;
+    }
+    DrawingText drawing;
+    drawing.Polyline2d("2F", 2, vertices, fromBelow);
+    Expect(drawing, PolylineFormula(mirrored, false));
 }
 
 }  // namespace
