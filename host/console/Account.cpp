@@ -211,6 +211,14 @@ std::size_t Record::left() const {
     return sum(runs, [](const CommandRun& run) { return run.left.size(); });
 }
 
+std::size_t Record::left(Reason reason) const {
+    return sum(runs, [&](const CommandRun& run) {
+        return static_cast<std::size_t>(
+            std::count_if(run.left.begin(), run.left.end(),
+                          [&](const LeftEntity& entity) { return entity.reason == reason; }));
+    });
+}
+
 void Account::hear(const editor::Session& session, const CommandResult& result) {
     const AcDbDatabase* const drawing = session.drawing();
     const bool ofModule = editor::CommandStack::instance().find(result.name) != nullptr;

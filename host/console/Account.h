@@ -91,6 +91,7 @@ struct Record {
     std::size_t turned() const;
     std::size_t unchanged() const;  // those turned to where they stood
     std::size_t left() const;       // those left out by a selection included
+    std::size_t left(Reason reason) const;
 };
 
 class Account {

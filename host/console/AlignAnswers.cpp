@@ -56,7 +56,9 @@ Reply AlignAnswers::selection() const {
     if (selectsAll(request_.filters)) return typed(L"ALL");
     Reply reply = typed(editor::fromUtf8(described(request_.filters)));
     reply.kind = Reply::Kind::entities;
-    reply.entities = selected(*editor::Session::current()->drawing(), request_.filters);
+    Narrowed found = narrowed(*editor::Session::current()->drawing(), request_.filters);
+    reply.entities = std::move(found.entities);
+    reply.lockedOut = std::move(found.lockedOut);
     return reply;
 }
 

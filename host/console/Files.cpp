@@ -50,4 +50,11 @@ bool isSameFile(const std::filesystem::path& a, const std::filesystem::path& b) 
     return full(a) == full(b);
 }
 
+std::string missingFolder(const std::filesystem::path& file) {
+    std::error_code ignored;
+    const std::filesystem::path folder = file.parent_path();
+    if (folder.empty() || std::filesystem::exists(folder, ignored)) return {};
+    return "there is no folder " + utf8(folder) + "; make it first";
+}
+
 }  // namespace host::console

@@ -22,4 +22,8 @@ std::wstring readScript(const std::filesystem::path& path);
 // compared by name. An empty name is no file.
 bool isSameFile(const std::filesystem::path& a, const std::filesystem::path& b);
 
+// What keeps a new file of that name from being made, as the end of a sentence, when its folder is
+// missing: "there is no folder out; make it first". Empty when the folder is there.
+std::string missingFolder(const std::filesystem::path& file);
+
 }  // namespace host::console

@@ -58,15 +58,16 @@ std::string described(const std::vector<Filter>& filters) {
     return text;
 }
 
-std::vector<AcDbObjectId> selected(const AcDbDatabase& drawing,
-                                   const std::vector<Filter>& filters) {
-    std::vector<AcDbObjectId> locked;
-    std::vector<AcDbObjectId> entities = editor::Drawn(drawing).selectable(locked);
-    for (const Filter& filter : filters)
-        entities.erase(std::remove_if(entities.begin(), entities.end(),
-                                      [&](AcDbObjectId entity) { return !passes(entity, filter); }),
-                       entities.end());
-    return entities;
+Narrowed narrowed(const AcDbDatabase& drawing, const std::vector<Filter>& filters) {
+    Narrowed all;
+    all.entities = editor::Drawn(drawing).selectable(all.lockedOut);
+    for (std::vector<AcDbObjectId>* entities : {&all.entities, &all.lockedOut})
+        for (const Filter& filter : filters)
+            entities->erase(
+                std::remove_if(entities->begin(), entities->end(),
+                               [&](AcDbObjectId entity) { return !passes(entity, filter); }),
+                entities->end());
+    return all;
 }
 
 }  // namespace host::console

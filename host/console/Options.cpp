@@ -4,6 +4,7 @@
 #include <cctype>
 #include <charconv>
 #include <cmath>
+#include <iterator>
 #include <stdexcept>
 #include <string_view>
 #include <utility>
@@ -16,7 +17,7 @@ namespace host::console {
 
 namespace {
 
-constexpr const char* versionText = "orlinth 0.1.0\n";
+constexpr const char* version = "orlinth 0.1.0";
 
 constexpr const char* helpText =
     R"(orlinth turns the texts and symbols of a drawing along a line, without a seat of the CAD program.
@@ -30,7 +31,9 @@ Options:
   -s, --script FILE       take the answers from a script; the session ends with it (/s)
   -o, --output FILE       save there when the session ended well; nothing is written without -o, QSAVE
                           or SAVEAS
-      --dry-run           everything but writing
+      --report FILE       what was turned and what was left, and why: JSON for machines in a file .json,
+                          text otherwise, - for standard output
+      --dry-run           everything but writing the drawing
       --verify            after saving, compare the two files group by group and list each difference
       --readonly          refuse to save (/readonly)
       --log FILE          everything printed, UTF-8
@@ -81,13 +84,14 @@ constexpr const char* alignHelpText =
       crossing=x1,y1,x2,y2      inside the rectangle or crossing it
   --flip                  turn the symbols half a revolution; texts always stay readable
 
-Options: -i, -o, --dry-run, --verify, --readonly, --log, --module as `orlinth --help` tells.
+Options: -i, -o, --report, --dry-run, --verify, --readonly, --log, --module as `orlinth --help` tells.
 
 Examples:
   orlinth align streets.dxf --line handle=2F -o turned.dxf
   orlinth align streets.dxf --line handle=2F --select all --flip -o turned.dxf
   orlinth align streets.dxf --line 25496080,6672015 --select "layer=OSOITE*" --select type=TEXT -o turned.dxf
-  orlinth align streets.dxf --line handle=2F --flip --dry-run
+  orlinth align streets.dxf --line handle=2F --flip --dry-run --report -
+      tells what would be turned, and by how much
 )";
 
 bool startsWith(std::string_view text, std::string_view start) {
@@ -172,7 +176,7 @@ std::vector<std::string> withFamiliarSwitches(std::vector<std::string> arguments
 
 // The texts that the option parser fills before they are looked at more closely.
 struct Raw {
-    std::string positional, input, script, output, log, module, line;
+    std::string positional, input, script, output, report, log, module, line;
     std::vector<std::string> filters;
     bool help = false;
     bool version = false;
@@ -186,6 +190,7 @@ void addCommonOptions(CLI::App& app, Raw& raw, Options& options) {
     app.add_option("DRAWING", raw.positional);
     app.add_option("-i,--input", raw.input);
     app.add_option("-o,--output", raw.output);
+    app.add_option("--report", raw.report);
     app.add_option("--log", raw.log);
     app.add_option("--module", raw.module);
     app.add_flag("--verify", options.verify);
@@ -207,6 +212,7 @@ void refuseMissingValues(const CLI::App& app) {
                     refusal.append(" needs a value; it was given an empty one"));
             }
             if (!isFile || (value.front() != '-' && value.front() != '=')) continue;
+            if (name == "--report" && value == "-") continue;
             if (value.front() == '-')
                 refusal.append(" needs a value; '").append(value).append("' is an option");
             else
@@ -238,8 +244,9 @@ const std::string& drawingOf(const Raw& raw) {
 
 // Only a drawing may be overwritten by its own result.
 void refuseOverwriting(const Options& options) {
+    const std::filesystem::path report = options.report == "-" ? "" : options.report;
     const std::pair<const char*, const std::filesystem::path*> written[] = {
-        {"--output", &options.output}, {"--log", &options.log}};
+        {"--output", &options.output}, {"--report", &report}, {"--log", &options.log}};
     const std::pair<const char*, const std::filesystem::path*> read[] = {
         {"the script", &options.script},
         {"the module", &options.module},
@@ -250,9 +257,12 @@ void refuseOverwriting(const Options& options) {
                 !(target == &options.output && source == &options.drawing))
                 throw std::invalid_argument(std::string(option) + " would overwrite " + name +
                                             " '" + utf8(*source) + "'");
-    if (isSameFile(options.output, options.log))
-        throw std::invalid_argument("--output and --log name the same file '" + utf8(options.log) +
-                                    "'");
+    for (std::size_t i = 0; i < std::size(written); ++i)
+        for (std::size_t j = i + 1; j < std::size(written); ++j)
+            if (isSameFile(*written[i].second, *written[j].second))
+                throw std::invalid_argument(std::string(written[i].first) + " and " +
+                                            written[j].first + " name the same file '" +
+                                            utf8(*written[j].second) + "'");
 }
 
 void readAlign(const Raw& raw, Options& options) {
@@ -290,11 +300,12 @@ std::variant<Options, Farewell> parse(std::vector<std::string> arguments, bool a
     for (const std::string& stranger : app.remaining())
         if (stranger != "--") refuseStranger(stranger);
     if (raw.help) return Farewell{Exit::done, align ? alignHelpText : helpText, {}};
-    if (raw.version) return Farewell{Exit::done, versionText, {}};
+    if (raw.version) return Farewell{Exit::done, programVersion() + "\n", {}};
     refuseMissingValues(app);
     options.drawing = pathFromUtf8(drawingOf(raw));
     options.script = pathFromUtf8(raw.script);
     options.output = pathFromUtf8(raw.output);
+    options.report = pathFromUtf8(raw.report);
     options.log = pathFromUtf8(raw.log);
     options.module = pathFromUtf8(raw.module);
     if (align) readAlign(raw, options);
@@ -318,6 +329,10 @@ std::variant<Options, Farewell> parseOptions(const std::vector<std::string>& giv
     } catch (const std::invalid_argument& error) {
         return usage(error.what(), align);
     }
+}
+
+std::string programVersion() {
+    return version;
 }
 
 Filter parseFilter(const std::string& text) {

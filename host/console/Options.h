@@ -46,6 +46,7 @@ struct Options {
     std::filesystem::path drawing;  // empty: none was named
     std::filesystem::path script;   // empty: answers come from standard input
     std::filesystem::path output;   // empty: nothing is written but by QSAVE and SAVEAS
+    std::filesystem::path report;   // "-": standard output
     std::filesystem::path log;
     std::filesystem::path module;  // empty: the one beside the program
     bool verify = false;
@@ -60,6 +61,9 @@ struct Farewell {
     std::string output;  // for standard output
     std::string error;   // for standard error, without the program's name and the last line end
 };
+
+// "orlinth 0.1.0".
+std::string programVersion();
 
 // Reads the arguments behind the program's name.
 // `/i`, `/s` and `/readonly` (any case) are taken for -i, -s and --readonly.

@@ -14,6 +14,7 @@
 #include "host/console/Options.h"
 #include "host/console/Printer.h"
 #include "host/console/ProgramFile.h"
+#include "host/console/Report.h"
 #include "host/console/Saver.h"
 #include "host/console/SessionOutput.h"
 #include "host/console/StandardInput.h"
@@ -84,6 +85,16 @@ class Call {
 
     void finish(Session& session) {
         exit_ = verdict_.exit();
+        if (!options_.report.empty())
+            saveAndReport(session);
+        else
+            save(session);
+        if (options_.verify && !saver_.hasSaved())
+            printer_.print("Nothing was saved, so there is nothing to verify.\n");
+        if (exit_ == Exit::done && !saver_.proved()) exit_ = Exit::unproved;
+    }
+
+    void save(Session& session) {
         if (!options_.output.empty())
             writeOutput(session);
         else if (!workplace_.discarded && session.drawing() != nullptr &&
@@ -92,9 +103,39 @@ class Call {
                            (options_.readOnly ? "--readonly forbids it.\n"
                             : options_.dryRun ? "this is a dry run.\n"
                                               : "that takes -o FILE, QSAVE or SAVEAS.\n"));
-        if (options_.verify && !saver_.hasSaved())
-            printer_.print("Nothing was saved, so there is nothing to verify.\n");
-        if (exit_ == Exit::done && !saver_.proved()) exit_ = Exit::unproved;
+    }
+
+    // The report is prepared first, so that the drawing stays as it was when there can be none.
+    void saveAndReport(Session& session) {
+        if (session.drawing() == nullptr) {
+            save(session);
+            return refuse(Exit::cancelled, "there is no report: no drawing is open");
+        }
+        const Record record = account_.record(*session.drawing());
+        ReportFile report(options_.report, printer_);
+        const bool saves = !options_.output.empty() && verdict_.endedWell();
+        try {
+            report.prepare(record,
+                           {utf8(saves ? options_.output : saver_.target()), options_.dryRun});
+        } catch (const dxf::WriteError& error) {
+            refuse(Exit::unwritable, error.what());
+            if (saves)
+                printer_.error(utf8(options_.output) +
+                               " was not written, because the report can't be");
+            return;
+        }
+        save(session);
+        try {
+            report.publish(record, {utf8(saver_.target()), options_.dryRun});
+        } catch (const dxf::WriteError& error) {
+            refuse(Exit::unwritable, error.what());
+        }
+    }
+
+    // Of several failures the first decides.
+    void refuse(Exit exit, const std::string& sentence) {
+        printer_.error(sentence);
+        if (exit_ == Exit::done) exit_ = exit;
     }
 
     void writeOutput(Session& session) {

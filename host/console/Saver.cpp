@@ -5,6 +5,7 @@
 #include <string>
 #include <system_error>
 
+#include "host/console/Files.h"
 #include "host/console/Interruption.h"
 #include "host/console/Meter.h"
 #include "host/console/Proof.h"
@@ -42,6 +43,7 @@ void Saver::save(AcDbDatabase& drawing, const std::filesystem::path& target) {
     if (!options_.dryRun) write(drawing, target);
     printer_.print(utf8(target) + (options_.dryRun ? " would be written: " : " written: ") +
                    counted(changes.size()) + ".\n");
+    target_ = target;
     hasSaved_ = true;
     if (options_.verify) verify(drawing, target, changes);
     saved_ = std::move(changes);
@@ -56,11 +58,8 @@ bool Saver::isModified(const AcDbDatabase& drawing) const {
 }
 
 void Saver::write(AcDbDatabase& drawing, const std::filesystem::path& target) {
-    std::error_code ignored;
-    const std::filesystem::path folder = target.parent_path();
-    if (!folder.empty() && !std::filesystem::exists(folder, ignored))
-        throw NotSaved(utf8(target) + " was not written: there is no folder " + utf8(folder) +
-                       "; make it first");
+    if (const std::string missing = missingFolder(target); !missing.empty())
+        throw NotSaved(utf8(target) + " was not written: " + missing);
     const Interruption interruption;
     try {
         database::saveDrawing(

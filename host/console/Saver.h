@@ -39,7 +39,14 @@ class Saver {
     bool isModified(const AcDbDatabase& drawing) const;
 
     // Another drawing has been opened.
-    void forget() { saved_.clear(); }
+    void forget() {
+        saved_.clear();
+        target_.clear();
+    }
+
+    // The file that the open drawing was last written to, or would have been with --dry-run; empty
+    // before.
+    const std::filesystem::path& target() const { return target_; }
 
     // True once a drawing was written, or would have been with --dry-run.
     bool hasSaved() const { return hasSaved_; }
@@ -55,6 +62,7 @@ class Saver {
     const Options& options_;
     Printer& printer_;
     dxf::Changes saved_;
+    std::filesystem::path target_;
     bool hasSaved_ = false;
     bool proved_ = true;
 };

@@ -91,8 +91,9 @@ Answer State::ask(const Request& request) {
     if (reply.kind == Reply::Kind::entities) {
         ads_name set;
         SelectionSets::instance().make(reply.entities, set);
-        return {Answer::Kind::value, reply.text,
-                std::make_shared<const lisp::HeldSet>(set[0], set[1]), reply.where, stops};
+        return {
+            Answer::Kind::value, reply.text, std::make_shared<const lisp::HeldSet>(set[0], set[1]),
+            reply.where,         stops,      reply.lockedOut};
     }
     return {Answer::Kind::text, reply.text, {}, reply.where, stops};
 }

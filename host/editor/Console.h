@@ -33,7 +33,8 @@ struct Reply {
     std::size_t line = 0;    // of the reply's first character in what was read, from 1
     std::size_t column = 0;  // from 1
     std::vector<AcDbObjectId> entities = {};
-    bool quoted = false;  // it stood in double quotes, and means what it says
+    bool quoted = false;                       // it stood in double quotes, and means what it says
+    std::vector<AcDbObjectId> lockedOut = {};  // left out of `entities` for their locked layers
 };
 
 // Replies. Never waits when nobody can answer: that is `end`.

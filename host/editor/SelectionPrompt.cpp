@@ -101,7 +101,7 @@ int SelectionPrompt::run() {
 SelectionPrompt::Step SelectionPrompt::take(const Answer& answer) {
     if (answer.givesUp()) return Step::cancelled;
     if (answer.kind == Answer::Kind::failed) return Step::goOn;
-    if (answer.kind == Answer::Kind::value) return takeValue(answer.value);
+    if (answer.kind == Answer::Kind::value) return takeValue(answer.value, answer.lockedOut);
     const std::wstring_view word = trimmed(answer.text);
     if (word.empty()) return Step::done;
     if (const auto point = parsePoint(word, state_.lastPoint)) return takePoint(*point);
@@ -164,7 +164,7 @@ SelectionPrompt::Step SelectionPrompt::takePoint(const AcGePoint3d& point) {
     return apply(found);
 }
 
-SelectionPrompt::Step SelectionPrompt::takeValue(const lisp::Value& value) {
+SelectionPrompt::Step SelectionPrompt::takeValue(const lisp::Value& value, const Ids& lockedOut) {
     Ids ids;
     if (lisp::isNil(value)) {
         state_.print(L"\nThe expression gives nil: there is no such entity.");
@@ -172,7 +172,7 @@ SelectionPrompt::Step SelectionPrompt::takeValue(const lisp::Value& value) {
     }
     if (const auto point = lisp::pointOf(value)) return takePoint(*point);
     if (!collect(value, ids)) return refuse();
-    return apply(livingOf(ids));
+    return apply(livingOf(ids), lockedOut);
 }
 
 SelectionPrompt::Step SelectionPrompt::selectAll() {

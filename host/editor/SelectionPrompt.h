@@ -40,7 +40,7 @@ class SelectionPrompt {
     Step take(const Answer& answer);
     Step takeOption(std::wstring_view word);
     Step takePoint(const AcGePoint3d& point);
-    Step takeValue(const lisp::Value& value);
+    Step takeValue(const lisp::Value& value, const Ids& lockedOut);
     Step rectangle(bool crossing, bool byDirection);
     Step rectangleFrom(const AcGePoint3d& first, bool crossing, bool byDirection);
     Step polygon(bool crossing);

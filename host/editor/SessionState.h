@@ -33,6 +33,7 @@ struct Answer {
     std::wstring where;
     // Whether the input that gave it is stopped when its answers are out of step.
     bool stops = false;
+    std::vector<AcDbObjectId> lockedOut = {};  // as the reply has it
 
     bool isEmpty() const { return kind == Kind::text && text.empty(); }
     bool isCancel() const { return kind == Kind::cancel || kind == Kind::end; }

@@ -1,5 +1,5 @@
-// The examples of README.md and docs/using.md, run as they are printed there, the table of angles
-// in docs/command.md computed again, and the files that the documents name.
+// The examples of README.md, docs/using.md and docs/report.md, run as they are printed there, the
+// table of angles in docs/command.md computed again, and the files that the documents name.
 //
 // A block that opens with ```scr NAME is the content of the file NAME. In a block that opens with
 // ```console a line "$ orlinth ..." is run, "$ cat NAME" shows a file, "$ echo $?" the exit code of
@@ -28,9 +28,9 @@ std::filesystem::path document(const std::string& name) {
     return exampleDrawing().parent_path().parent_path() / name;
 }
 
-const std::vector<std::string> documents{"README.md",     "CONTRIBUTING.md",
-                                         "docs/using.md", "docs/command.md",
-                                         "docs/dxf.md",   "docs/architecture.md"};
+const std::vector<std::string> documents{
+    "README.md",   "CONTRIBUTING.md",      "docs/using.md", "docs/command.md",
+    "docs/dxf.md", "docs/architecture.md", "docs/report.md"};
 
 bool startsWith(const std::string& text, const std::string& start) {
     return text.rfind(start, 0) == 0;
@@ -136,6 +136,10 @@ int playExamples(const std::string& name) {
 
 TEST(Documentation, EveryExampleOfUsingPrintsWhatIsWritten) {
     EXPECT_GT(playExamples("docs/using.md"), 10);
+}
+
+TEST(Documentation, EveryExampleOfTheReportPrintsWhatIsWritten) {
+    EXPECT_GE(playExamples("docs/report.md"), 2);
 }
 
 TEST(Documentation, EveryExampleOfTheReadmePrintsWhatIsWritten) {

@@ -74,13 +74,23 @@ TEST(Options, UnknownOptionsAreRefusedByName) {
     EXPECT_TRUE(contains(refusal({"in.dxf", "second.dxf"}), "second.dxf"));
 }
 
-TEST(Options, PictureAndReportAreNotOffered) {
+TEST(Options, PictureIsNotOffered) {
     EXPECT_NE(refusal({"in.dxf", "--picture", "p.svg"}), "");
-    EXPECT_NE(refusal({"in.dxf", "--report", "-"}), "");
+}
+
+TEST(Options, AReportGoesToAFileOrToStandardOutput) {
+    EXPECT_EQ(accepted({"in.dxf", "--report", "r.json"}).report, "r.json");
+    EXPECT_EQ(accepted({"in.dxf", "--report", "-"}).report, "-");
+    EXPECT_EQ(accepted({"align", "in.dxf", "--line", "1,2", "--report", "-"}).report, "-");
+    EXPECT_TRUE(contains(refusal({"in.dxf", "--report", "--verify"}), "--report"));
+    EXPECT_TRUE(contains(refusal({"in.dxf", "--report", "in.dxf"}), "overwrite the drawing"));
+    EXPECT_TRUE(contains(refusal({"in.dxf", "--report", "a", "-o", "a"}), "the same file"));
+    // Standard output is no file that could be overwritten.
+    EXPECT_EQ(accepted({"-o", "./-", "--report", "-"}).report, "-");
 }
 
 TEST(Options, MissingAndEmptyValuesAreRefused) {
-    for (const char* option : {"-i", "-s", "-o", "--log", "--module"}) {
+    for (const char* option : {"-i", "-s", "-o", "--report", "--log", "--module"}) {
         EXPECT_TRUE(contains(refusal({option}), option)) << option;
         EXPECT_TRUE(contains(refusal({option, ""}), "value")) << option;
     }

@@ -1,0 +1,170 @@
+// The report as JSON. Who changes what is written here changes docs/report.schema.json and
+// docs/report.md with it, and counts `formatVersion` up when a reader of the old one would stumble.
+#include <array>
+
+#include "host/console/Json.h"
+#include "host/console/Options.h"
+#include "host/console/Report.h"
+
+namespace host::console {
+
+namespace {
+
+using Layout = JsonWriter::Layout;
+
+constexpr std::size_t formatVersion = 1;
+
+constexpr std::array<Reason, 6> allReasons = {Reason::lockedLayer, Reason::classNotTurned,
+                                              Reason::arrayInsert, Reason::attributeDefinition,
+                                              Reason::notOpened,   Reason::erased};
+
+const char* keyOf(Reason reason) {
+    switch (reason) {
+        case Reason::lockedLayer:
+            return "lockedLayer";
+        case Reason::classNotTurned:
+            return "classNotTurned";
+        case Reason::arrayInsert:
+            return "arrayInsert";
+        case Reason::attributeDefinition:
+            return "attributeDefinition";
+        case Reason::notOpened:
+            return "notOpened";
+        case Reason::erased:
+            break;
+    }
+    return "erased";
+}
+
+const char* keyOf(editor::CommandResult::End end) {
+    using End = editor::CommandResult::End;
+    switch (end) {
+        case End::done:
+            return "done";
+        case End::cancelled:
+            return "cancelled";
+        case End::inputEnded:
+            return "inputEnded";
+        case End::exceptionLeft:
+            return "exception";
+        case End::unknown:
+        case End::failed:
+            break;
+    }
+    return "failed";
+}
+
+void point(JsonWriter& json, const AcGePoint3d& point) {
+    json.beginArray(Layout::row);
+    json.number(point.x);
+    json.number(point.y);
+    json.number(point.z);
+    json.endArray();
+}
+
+void note(JsonWriter& json, const EntityNote& entity) {
+    json.key("handle").textOrNull(entity.handle);
+    json.key("type").text(entity.type);
+    json.key("class").text(entity.className);
+    json.key("layer").text(entity.layer);
+}
+
+void line(JsonWriter& json, const PickedLine& line) {
+    json.beginObject();
+    note(json, line);
+    json.key("pickedAt");
+    line.point ? point(json, *line.point) : json.null();
+    json.key("vertices").beginArray();
+    for (const AcGePoint3d& vertex : line.vertices) point(json, vertex);
+    json.endArray();
+    json.endObject();
+}
+
+void turned(JsonWriter& json, const TurnedEntity& entity) {
+    json.beginObject(Layout::row);
+    note(json, entity);
+    json.key("name").text(entity.wording);
+    json.key("angleBefore").number(entity.before.degrees);
+    json.key("angleAfter").number(entity.after.degrees);
+    json.key("insertionBefore");
+    point(json, entity.before.insertion);
+    json.key("insertionAfter");
+    point(json, entity.after.insertion);
+    json.key("hangsAt");
+    point(json, entity.hangsAt);
+    json.key("segment");
+    entity.segment ? json.number(static_cast<std::size_t>(*entity.segment)) : json.null();
+    json.key("distance");
+    entity.segment ? json.number(entity.distance) : json.null();
+    json.endObject();
+}
+
+void left(JsonWriter& json, const LeftEntity& entity) {
+    json.beginObject(Layout::row);
+    note(json, entity);
+    json.key("name").text(entity.wording);
+    json.key("reason").text(keyOf(entity.reason));
+    json.key("detail").textOrNull(entity.detail);
+    json.key("selected").boolean(entity.selected);
+    json.endObject();
+}
+
+void run(JsonWriter& json, const CommandRun& run) {
+    json.beginObject();
+    json.key("command").text(run.command);
+    json.key("where").textOrNull(run.where);
+    json.key("end").text(keyOf(run.end));
+    json.key("exception").textOrNull(run.exception);
+    json.key("takenBack").boolean(run.takenBack);
+    json.key("line");
+    run.line ? line(json, *run.line) : json.null();
+    json.key("reply");
+    run.reply ? json.text(*run.reply) : json.null();
+    json.key("selected").number(run.selected);
+    json.key("otherChanges").number(run.otherChanges);
+    json.key("turned").beginArray();
+    for (const TurnedEntity& entity : run.turned) turned(json, entity);
+    json.endArray();
+    json.key("left").beginArray();
+    for (const LeftEntity& entity : run.left) left(json, entity);
+    json.endArray();
+    json.endObject();
+}
+
+void totals(JsonWriter& json, const Record& record) {
+    json.beginObject();
+    json.key("selected").number(record.selected());
+    json.key("turned").number(record.turned());
+    json.key("unchanged").number(record.unchanged());
+    json.key("left").number(record.left());
+    json.key("leftByReason").beginObject(Layout::row);
+    for (const Reason reason : allReasons) json.key(keyOf(reason)).number(record.left(reason));
+    json.endObject();
+    json.endObject();
+}
+
+}  // namespace
+
+std::string jsonReport(const Record& record, const Saved& saved) {
+    JsonWriter json;
+    json.beginObject();
+    json.key("format").text("orlinth report");
+    json.key("formatVersion").number(formatVersion);
+    json.key("program").text(programVersion());
+    json.key("drawing").beginObject();
+    json.key("file").text(record.drawing);
+    json.key("release").textOrNull(record.release);
+    json.key("version").textOrNull(record.version);
+    json.endObject();
+    json.key("savedAs").textOrNull(saved.file);
+    json.key("dryRun").boolean(saved.dryRun);
+    json.key("totals");
+    totals(json, record);
+    json.key("runs").beginArray();
+    for (const CommandRun& each : record.runs) run(json, each);
+    json.endArray();
+    json.endObject();
+    return json.take();
+}
+
+}  // namespace host::console

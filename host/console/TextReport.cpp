@@ -1,0 +1,196 @@
+// The report as text for people: a heading, for each command a table of what it turned and one of
+// what it left, and the totals. Angles are degrees from 0 to 360.
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <string_view>
+#include <vector>
+
+#include "host/console/Report.h"
+#include "host/dxf/Utf8.h"
+
+namespace host::console {
+
+namespace {
+
+// How many characters a UTF-8 text has.
+std::size_t width(std::string_view text) {
+    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
+        return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
+    }));
+}
+
+// On one line, and harmless for a terminal: what controls it becomes a blank, what is no UTF-8
+// U+FFFD.
+std::string tame(std::string_view text) {
+    std::string tamed;
+    while (!text.empty()) {
+        const std::size_t length = dxf::utf8::sequenceLength(text);
+        char32_t c = length == 0 ? dxf::utf8::kReplacement : dxf::utf8::decodeOne(text, length);
+        if (c < 0x20 || (c >= 0x7F && c < 0xA0)) c = ' ';
+        dxf::utf8::append(tamed, c);
+        text.remove_prefix(length == 0 ? 1 : length);
+    }
+    return tamed;
+}
+
+std::string fixed(double value) {
+    constexpr int decimals = 3;
+    char digits[400];
+    const auto result =
+        std::to_chars(digits, digits + sizeof digits, value, std::chars_format::fixed, decimals);
+    const std::string text(digits, result.ptr);
+    return text == "-0.000" ? "0.000" : text;
+}
+
+std::string wholeTurn(double degrees) {
+    double angle = std::fmod(degrees, 360.0);
+    if (angle < 0) angle += 360.0;
+    const std::string text = fixed(angle);
+    return text == "360.000" ? "0.000" : text;
+}
+
+std::string moved(const TurnedEntity& entity) {
+    const double distance = entity.before.insertion.distanceTo(entity.after.insertion);
+    return distance == 0 ? "-" : fixed(distance);
+}
+
+std::string counted(std::size_t count, const char* what) {
+    return std::to_string(count) + " " + what;
+}
+
+std::string nameOf(const EntityNote& entity) {
+    return tame(entity.type) + " " + (entity.handle.empty() ? "without a handle" : entity.handle);
+}
+
+// Columns as wide as their widest cell, numbers to the right.
+class Table {
+  public:
+    using Row = std::vector<std::string>;
+    enum class Side { left, right };
+
+    Table(Row heads, std::vector<Side> sides) : sides_(std::move(sides)) { add(std::move(heads)); }
+
+    void add(Row row) { rows_.push_back(std::move(row)); }
+
+    std::string text() const {
+        std::vector<std::size_t> widths(sides_.size());
+        for (const Row& row : rows_)
+            for (std::size_t i = 0; i < row.size(); ++i)
+                widths[i] = std::max(widths[i], width(row[i]));
+        std::string all;
+        for (const Row& row : rows_) {
+            std::string line = " ";
+            for (std::size_t i = 0; i < row.size(); ++i) {
+                const std::string blanks(widths[i] - width(row[i]), ' ');
+                line += " " + (sides_[i] == Side::left ? row[i] + blanks : blanks + row[i]) + " ";
+            }
+            all += line.substr(0, line.find_last_not_of(' ') + 1) + "\n";
+        }
+        return all;
+    }
+
+  private:
+    std::vector<Side> sides_;
+    std::vector<Row> rows_;
+};
+
+std::string tableOf(const std::vector<TurnedEntity>& turned) {
+    constexpr auto l = Table::Side::left;
+    constexpr auto r = Table::Side::right;
+    Table table({"handle", "type", "layer", "was", "is", "segment", "distance", "moved", "name"},
+                {l, l, l, r, r, r, r, r, l});
+    for (const TurnedEntity& entity : turned)
+        table.add({entity.handle, tame(entity.type), tame(entity.layer),
+                   wholeTurn(entity.before.degrees), wholeTurn(entity.after.degrees),
+                   entity.segment ? std::to_string(*entity.segment) : "-",
+                   entity.segment ? fixed(entity.distance) : "-", moved(entity),
+                   tame(entity.wording)});
+    return table.text();
+}
+
+std::string reasonOf(const LeftEntity& entity) {
+    std::string reason = described(entity.reason);
+    if (entity.reason == Reason::classNotTurned) reason += ": " + tame(entity.className);
+    if (!entity.detail.empty()) reason += ": " + tame(entity.detail);
+    return entity.selected ? reason : reason + ", not selected";
+}
+
+std::string tableOf(const std::vector<LeftEntity>& left) {
+    constexpr auto l = Table::Side::left;
+    Table table({"handle", "type", "layer", "reason", "name"}, {l, l, l, l, l});
+    for (const LeftEntity& entity : left)
+        table.add({entity.handle, tame(entity.type), tame(entity.layer), reasonOf(entity),
+                   tame(entity.wording)});
+    return table.text();
+}
+
+std::string lineOf(const PickedLine& line) {
+    std::string text = "  along " + nameOf(line) + " on layer " + tame(line.layer);
+    if (line.point) text += ", picked at " + fixed(line.point->x) + "," + fixed(line.point->y);
+    return text + (line.vertices.empty() ? ", which can't be read as a line\n" : "\n");
+}
+
+std::string endOf(const CommandRun& run) {
+    using End = editor::CommandResult::End;
+    std::string text;
+    if (run.end == End::exceptionLeft) text += "  stopped by " + tame(run.exception) + "\n";
+    if (run.end == End::cancelled) text += "  did not finish\n";
+    if (run.end == End::inputEnded) text += "  did not finish: the answers ended inside it\n";
+    if (run.takenBack) text += "  taken back: nothing of it is in the drawing\n";
+    return text;
+}
+
+std::string textOf(const CommandRun& run) {
+    std::string text = "\n" + run.command;
+    if (!run.where.empty()) text += " (" + tame(run.where) + ")";
+    text += "\n";
+    if (run.line) text += lineOf(*run.line);
+    if (run.reply) text += "  reply \"" + tame(*run.reply) + "\"\n";
+    text += endOf(run);
+    if (run.takenBack) return text;
+    text += "  " + counted(run.turned.size(), "turned") + " of " +
+            counted(run.selected, "selected") + "\n";
+    if (!run.turned.empty()) text += tableOf(run.turned);
+    if (!run.left.empty())
+        text += "  " + counted(run.left.size(), "left") + "\n" + tableOf(run.left);
+    if (run.otherChanges != 0)
+        text += "  " + counted(run.otherChanges, "changed otherwise, made or erased") + "\n";
+    return text;
+}
+
+std::string totalsOf(const Record& record) {
+    constexpr std::array reasons = {Reason::lockedLayer, Reason::classNotTurned,
+                                    Reason::arrayInsert, Reason::attributeDefinition,
+                                    Reason::notOpened,   Reason::erased};
+    std::string text = "\nTotal: " + counted(record.turned(), "turned");
+    if (record.unchanged() != 0) text += " (" + counted(record.unchanged(), "to where they stood)");
+    text += ", " + counted(record.left(), "left");
+    const char* separator = ": ";
+    for (const Reason reason : reasons) {
+        if (record.left(reason) == 0) continue;
+        text += separator + counted(record.left(reason), described(reason).c_str());
+        separator = ", ";
+    }
+    return text + "\n";
+}
+
+}  // namespace
+
+std::string textReport(const Record& record, const Saved& saved) {
+    std::string text = "Report of " + tame(record.drawing);
+    if (!record.version.empty())
+        text += ", " + (record.release.empty() ? "" : record.release + ", ") + tame(record.version);
+    text += "\n";
+    if (saved.file.empty())
+        text += saved.dryRun ? "A dry run: nothing is written.\n" : "Not saved.\n";
+    else
+        text += (saved.dryRun ? "A dry run; it would be saved as " : "Saved as ") +
+                tame(saved.file) + "\n";
+    if (record.runs.empty()) text += "\nNo command was run.\n";
+    for (const CommandRun& run : record.runs) text += textOf(run);
+    return text + totalsOf(record);
+}
+
+}  // namespace host::console
