@@ -18,6 +18,13 @@ endfunction()
 orlinth_header_package(orlinth_boost boost)
 orlinth_header_package(orlinth_cli11 CLI)
 
+if(NOT WIN32)
+  # Line editing at a terminal.
+  find_library(LIBEDIT edit REQUIRED)
+  add_library(orlinth_libedit INTERFACE)
+  target_link_libraries(orlinth_libedit INTERFACE ${LIBEDIT})
+endif()
+
 if(ORLINTH_TESTS)
   add_library(orlinth_gtest INTERFACE)
   if(WIN32)

@@ -1,9 +1,12 @@
 #include "host/console/HostCommands.h"
 
+#include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "host/console/Files.h"
+#include "host/console/Interruption.h"
 #include "host/console/Meter.h"
 #include "host/database/Drawing.h"
 #include "host/dxf/Errors.h"
@@ -64,7 +67,7 @@ void saveTo(Session& session, Workplace& workplace, const std::filesystem::path&
 std::filesystem::path askTarget(Session& session, const Workplace& workplace) {
     const std::wstring shown =
         workplace.drawing.empty() ? L"" : L" <" + wide(workplace.drawing) + L">";
-    const std::wstring reply = session.askWord(L"\nSave drawing as" + shown + L": ");
+    const std::wstring reply = session.askFile(L"\nSave drawing as" + shown + L": ", {L".dxf"});
     if (reply.empty()) return workplace.drawing;
     std::filesystem::path target = pathFrom(reply);
     if (!target.has_extension()) target += ".dxf";
@@ -95,11 +98,13 @@ void qsave(Session& session, Workplace& workplace) {
 
 void open(Session& session, Workplace& workplace) {
     if (isModified(session, workplace) && !confirmed(session, L"Discard the changes?")) return;
-    const std::wstring reply = session.askWord(L"\nOpen drawing: ");
+    const std::wstring reply = session.askFile(L"\nOpen drawing: ", {L".dxf"});
     if (reply.empty()) return;
     try {
         openDrawing(session, workplace, pathFrom(reply));
     } catch (const dxf::ReadError& error) {
+        fail(workplace, Exit::unreadable, error.what());
+    } catch (const UnreadableFile& error) {
         fail(workplace, Exit::unreadable, error.what());
     }
 }
@@ -131,7 +136,7 @@ void redo(Session& session) {
 }
 
 void script(Session& session, Workplace& workplace) {
-    const std::wstring reply = session.askWord(L"\nScript file: ");
+    const std::wstring reply = session.askFile(L"\nScript file: ", {L".scr"});
     if (reply.empty()) return;
     try {
         session.runScript(readScript(pathFrom(reply)), reply);
@@ -176,11 +181,24 @@ void tellFindings(Session& session, const std::filesystem::path& path,
     session.print(editor::fromUtf8(line + "; kept as it stands."));
 }
 
+std::unique_ptr<AcDbDatabase> readUnlessInterrupted(const std::filesystem::path& path,
+                                                    dxf::Progress progress) {
+    const Interruption interruption;
+    try {
+        return database::readDrawing(path, interruption.watching(std::move(progress)));
+    } catch (const Interruption::Happened&) {
+        throw UnreadableFile(utf8(path) + " was not opened: it was interrupted");
+    }
+}
+
 }  // namespace
 
 void openDrawing(Session& session, Workplace& workplace, const std::filesystem::path& path) {
-    session.useDrawing(
-        database::readDrawing(path, progressMeter("Reading " + utf8(path.filename()))));
+    dxf::Progress progress = progressMeter("Reading " + utf8(path.filename()));
+    if (workplace.person)
+        session.useDrawing(readUnlessInterrupted(path, std::move(progress)));
+    else
+        session.useDrawing(database::readDrawing(path, progress));
     tellFindings(session, path, database::document(*session.drawing()));
     workplace.saver.forget();
     workplace.account.forget();

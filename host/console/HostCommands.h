@@ -21,9 +21,11 @@ struct Workplace {
     std::filesystem::path
         drawing;  // where the open drawing came from, or was last saved as; empty: no drawing
     bool discarded = false;  // QUIT was told to drop the changes
+    bool person = false;     // somebody sits at a terminal: Ctrl-C cancels and does not end
 };
 
-// Opens `path` in place of the drawing that is open. Throws dxf::ReadError; all is as it was then.
+// Opens `path` in place of the drawing that is open. Throws dxf::ReadError, and UnreadableFile when
+// a person interrupts; all is as it was then.
 void openDrawing(editor::Session& session, Workplace& workplace, const std::filesystem::path& path);
 
 // OPEN, SAVE, SAVEAS, QSAVE, QUIT, U, UNDO, REDO, SCRIPT and HELP. What each asks and says stands

@@ -1,6 +1,7 @@
 // Ctrl-C, and the requests of the system to end, while a drawing is being saved: the saving is
-// given up, so that no half-written file stays behind. At all other times they end the program at
-// once, as they do by default; nothing is lost on disk then.
+// given up, so that no half-written file stays behind. The same while a person's session opens a
+// drawing. At all other times they end the program at once, as they do by default, or do what
+// TerminalSignals.h tells; nothing is lost on disk then.
 #pragma once
 
 #include "host/dxf/Document.h"

@@ -1,7 +1,8 @@
 #include "host/console/Meter.h"
 
-#include <chrono>
+#include <algorithm>
 #include <cstdio>
+#include <memory>
 #include <utility>
 
 #include "host/console/Printer.h"
@@ -10,41 +11,38 @@ namespace host::console {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds patience(250);
-
-class Meter {
-  public:
-    explicit Meter(std::string label) : label_(std::move(label)) {}
-
-    void show(double fraction) {
-        const int percent = static_cast<int>(fraction * 100);
-        if (fraction >= 1) return clear();
-        if (percent == shown_ || Clock::now() - start_ < patience) return;
-        shown_ = percent;
-        std::fprintf(stderr, "\r%s %d %%", label_.c_str(), percent);
-        std::fflush(stderr);
-    }
-
-  private:
-    void clear() {
-        if (shown_ < 0) return;
-        std::fprintf(stderr, "\r%*s\r", static_cast<int>(label_.size()) + 6, "");
-        std::fflush(stderr);
-        shown_ = -1;
-    }
-
-    const std::string label_;
-    const Clock::time_point start_ = Clock::now();
-    int shown_ = -1;
-};
 
 }  // namespace
 
+StatusLine::StatusLine() : terminal_(errorIsTerminal()) {}
+
+void StatusLine::show(const std::string& label, double fraction) {
+    if (!terminal_) return;
+    if (!running_) start_ = Clock::now();
+    running_ = true;
+    if (Clock::now() - start_ < patience) return;
+    const int percent = static_cast<int>(std::clamp(fraction, 0.0, 1.0) * 100);
+    std::string text = label + ' ' + std::to_string(percent) + " %";
+    if (text == shown_) return;
+    const std::size_t left = shown_.size() - std::min(shown_.size(), text.size());
+    std::fprintf(stderr, "\r%s%*s", text.c_str(), static_cast<int>(left), "");
+    std::fflush(stderr);
+    shown_ = std::move(text);
+}
+
+void StatusLine::clear() {
+    running_ = false;
+    if (shown_.empty()) return;
+    std::fprintf(stderr, "\r%*s\r", static_cast<int>(shown_.size()), "");
+    std::fflush(stderr);
+    shown_.clear();
+}
+
 dxf::Progress progressMeter(std::string label) {
     if (!errorIsTerminal()) return {};
-    return [meter = std::make_shared<Meter>(std::move(label))](double fraction) {
-        meter->show(fraction);
+    return [label = std::move(label), line = std::make_shared<StatusLine>()](double fraction) {
+        fraction < 1 ? line->show(label, fraction) : line->clear();
     };
 }
 

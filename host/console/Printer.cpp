@@ -68,9 +68,10 @@ void Printer::endLine() {
     if (!atLineStart_) print("\n");
 }
 
-void Printer::typed(std::string_view line) {
-    log(std::string(line) + "\n");
-    atLineStart_ = true;
+void Printer::isShown(std::string_view text) {
+    if (text.empty()) return;
+    log(text);
+    atLineStart_ = text.back() == '\n';
 }
 
 void Printer::log(std::string_view text) {

@@ -36,8 +36,9 @@ class Printer {
     // more.
     void endLine();
 
-    // A typed line, which a terminal shows by itself: only the log gets it, with its line end.
-    void typed(std::string_view line);
+    // Text that stands on the screen already, such as a typed line with its end: only the log gets
+    // it.
+    void isShown(std::string_view text);
 
     // False once the log could not take everything that was printed.
     bool logComplete() const { return logComplete_; }

@@ -50,7 +50,7 @@ class Call {
           printer_(printer),
           saver_(options, printer),
           verdict_(options, isPerson(options)),
-          workplace_{options, printer, saver_, verdict_, account_, {}} {}
+          workplace_{options, printer, saver_, verdict_, account_, {}, false, isPerson(options)} {}
 
     Exit run() {
         SessionOutput output(printer_);

@@ -1,45 +1,32 @@
 #include "host/console/StandardInput.h"
 
-#include <iostream>
-#include <optional>
 #include <string>
 
-#ifdef _WIN32
-#include <windows.h>
-#endif
+#include "host/editor/Session.h"
 
 namespace host::console {
 
 namespace {
 
+using editor::Reply;
 using editor::ReplyReader;
+using editor::Request;
 
-#ifdef _WIN32
+// Stands before the lines of an expression that has not been closed yet.
+constexpr const wchar_t* openExpression = L"(_> ";
 
-// A console gives its lines as wide text; its code page would lose letters. Ctrl-Z at the start
-// ends the input.
-std::optional<std::wstring> readConsoleLine() {
-    std::wstring line;
-    for (;;) {
-        wchar_t part[512];
-        DWORD count = 0;
-        if (!ReadConsoleW(GetStdHandle(STD_INPUT_HANDLE), part, 512, &count, nullptr) || count == 0)
-            return std::nullopt;
-        line.append(part, count);
-        if (line.front() == 0x1A) return std::nullopt;
-        if (line.back() == L'\n') break;
+Vocabulary vocabularyOf(const Request* request) {
+    Vocabulary vocabulary;
+    if (request != nullptr) {
+        vocabulary.kind = request->kind;
+        vocabulary.words = request->completions;
+        vocabulary.fileTypes = request->fileTypes;
     }
-    line.erase(line.find_last_not_of(L"\r\n") + 1);
-    return line;
-}
-
-#endif
-
-std::optional<std::wstring> readStreamLine() {
-    std::string line;
-    if (!std::getline(std::cin, line)) return std::nullopt;
-    if (!line.empty() && line.back() == '\r') line.pop_back();
-    return editor::decodeScript(line);
+    vocabulary.symbols = [] {
+        const editor::Session* session = editor::Session::current();
+        return session == nullptr ? std::vector<std::wstring>() : session->lispNames();
+    };
+    return vocabulary;
 }
 
 }  // namespace
@@ -47,13 +34,29 @@ std::optional<std::wstring> readStreamLine() {
 StandardInput::StandardInput(SessionOutput& output)
     : output_(output),
       terminal_(inputIsTerminal()),
-      reader_([this](const editor::Request*, bool) { return readLine(); }) {}
+      reader_([this](const Request* request, bool continuing) {
+          return readLine(request, continuing);
+      }) {
+    if (terminal_) {
+        signals_ = std::make_unique<TerminalSignals>();
+        lines_ = editedLines(*signals_);
+        if (lines_ == nullptr) lines_ = terminalLines(*signals_);
+    } else {
+        lines_ = streamLines();
+    }
+    output_.holdPrompts(lines_->showsPrompt());
+}
 
-editor::Reply StandardInput::next(const editor::Request& request) {
+StandardInput::~StandardInput() {
+    output_.holdPrompts(false);
+}
+
+Reply StandardInput::next(const Request& request) {
     lineIsNew_ = false;
-    editor::Reply reply = reader_.next(request);
+    Reply reply = reader_.next(request);
     // The first reply of a line stands where it was typed; what follows in the line does not.
-    if (terminal_ && lineIsNew_) output_.nextReplyIsShown();
+    const bool typed = reply.kind == Reply::Kind::text || reply.kind == Reply::Kind::lisp;
+    if (terminal_ && lineIsNew_ && typed) output_.nextReplyIsShown();
     if (!terminal_) reply.where = L"standard input, line " + std::to_wstring(reader_.line());
     return reply;
 }
@@ -63,17 +66,17 @@ void StandardInput::stop() {
     ended_ = true;
 }
 
-ReplyReader::Line StandardInput::readLine() {
+bool StandardInput::takeCancel() {
+    return signals_ != nullptr && signals_->takeCancel();
+}
+
+ReplyReader::Line StandardInput::readLine(const Request* request, bool continuing) {
     if (ended_) return {};
-#ifdef _WIN32
-    std::optional<std::wstring> line = terminal_ ? readConsoleLine() : readStreamLine();
-#else
-    std::optional<std::wstring> line = readStreamLine();
-#endif
-    ended_ = !line;
+    const std::wstring prompt = continuing ? openExpression : output_.takePrompt();
+    ReplyReader::Line line = lines_->read(prompt, vocabularyOf(request));
+    ended_ = line.kind == ReplyReader::Line::Kind::end;
     lineIsNew_ = true;
-    if (ended_) return {};
-    return {ReplyReader::Line::Kind::text, std::move(*line)};
+    return line;
 }
 
 }  // namespace host::console

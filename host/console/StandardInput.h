@@ -3,9 +3,12 @@
 // end of the replies.
 #pragma once
 
+#include <memory>
 #include <string>
 
+#include "host/console/LineReader.h"
 #include "host/console/SessionOutput.h"
+#include "host/console/TerminalSignals.h"
 #include "host/editor/Console.h"
 #include "host/editor/Script.h"
 
@@ -15,19 +18,23 @@ class StandardInput : public editor::Input {
   public:
     // `output` is told which replies a terminal has shown already; it outlives this object.
     explicit StandardInput(SessionOutput& output);
+    ~StandardInput() override;
 
     editor::Reply next(const editor::Request& request) override;
     void stop() override;
     bool stopsWhenOutOfStep() const override { return !terminal_; }
     bool pending() const override { return reader_.pending(); }
+    bool takeCancel() override;
 
   private:
-    editor::ReplyReader::Line readLine();
+    editor::ReplyReader::Line readLine(const editor::Request* request, bool continuing);
 
     SessionOutput& output_;
     const bool terminal_;
     bool ended_ = false;
     bool lineIsNew_ = false;
+    std::unique_ptr<TerminalSignals> signals_;  // of a terminal
+    std::unique_ptr<LineReader> lines_;
     editor::ReplyReader reader_;
 };
 

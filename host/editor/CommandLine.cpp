@@ -56,6 +56,11 @@ Reply State::fetch(const Request& request, bool& stops) {
     while (true) {
         Input& from = source();
         stops = from.stopsWhenOutOfStep();
+        if (&from != &input_ && input_.takeCancel()) {
+            showPrompt(request.prompt);
+            dropScripts();
+            return {Reply::Kind::cancel, {}, {}, 0, 0};
+        }
         if (!shown && !stops) {
             showPrompt(request.prompt);
             shown = true;
@@ -71,6 +76,12 @@ Reply State::fetch(const Request& request, bool& stops) {
         if (ended && shown) output_.print(L"\n");
         return reply;
     }
+}
+
+void State::dropScripts() {
+    sent_.clear();
+    if (ahead_ != nullptr) ahead_->stop();
+    if (script_ != nullptr) script_->stop();
 }
 
 Answer State::ask(const Request& request) {

@@ -19,6 +19,8 @@ struct Request {
     Kind kind = Kind::word;
     std::wstring prompt;                    // as it was shown, for an editor that has to redraw it
     std::vector<std::wstring> completions;  // what makes sense here; may be empty
+    // Endings of the files that make sense here (".dxf"), "" for any; none: no file is asked for.
+    std::vector<std::wstring> fileTypes = {};
 };
 
 // One reply.
@@ -51,6 +53,9 @@ class Input {
     virtual bool pending() const = 0;
     // True for a script: another script takes its place.
     virtual bool isScript() const { return false; }
+    // True once when a person has asked to cancel while nothing was being asked: what runs by
+    // itself, such as a script, stops then.
+    virtual bool takeCancel() { return false; }
 };
 
 // A running meter; `from` .. `to` with the position between.

@@ -112,6 +112,13 @@ void Interpreter::define(std::wstring_view name, Function function) {
     functions_[upperCase(name)] = std::move(function);
 }
 
+std::vector<std::wstring> Interpreter::names() const {
+    std::vector<std::wstring> all{L"QUOTE", L"SETQ"};
+    for (const auto& function : functions_) all.push_back(function.first);
+    for (const auto& variable : variables_) all.push_back(variable.first);
+    return all;
+}
+
 void Interpreter::print(const std::wstring& text) const {
     if (print_) print_(text);
 }

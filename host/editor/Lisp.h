@@ -58,6 +58,8 @@ class Interpreter {
     void clear() { variables_.clear(); }
 
     void define(std::wstring_view name, Function function);
+    // Of the functions and of the symbols that have a value, in capitals.
+    std::vector<std::wstring> names() const;
     void print(const std::wstring& text) const;
 
   private:

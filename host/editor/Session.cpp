@@ -117,6 +117,10 @@ std::vector<std::wstring> Session::commandNames() const {
     return names;
 }
 
+std::vector<std::wstring> Session::lispNames() const {
+    return implementation_->lisp.names();
+}
+
 CommandResult Session::runCommand(std::wstring_view name) {
     return implementation_->runCommand(name, {});
 }
@@ -150,17 +154,13 @@ void Session::runScript(std::wstring text, std::wstring name) {
 }
 
 std::wstring Session::askWord(std::wstring_view prompt, std::vector<std::wstring> completions) {
-    Answer answer = implementation_->askWord(prompt, std::move(completions));
-    PromptRecord record;
-    record.reply = answer.text;
-    record.code = answer.isCancel() || answer.kind == Answer::Kind::failed ? RTCAN : RTNORM;
-    implementation_->record(record);
-    if (record.code == RTCAN) throw Cancelled();
-    if (answer.kind == Answer::Kind::value && !isWord(answer.value)) {
-        throw CommandFailure(answer.text + L" gives " + lisp::text(answer.value, true) +
-                             L"; a text or a number is needed");
-    }
-    return answer.word();
+    return implementation_->askForWord(
+        {Request::Kind::word, std::wstring(prompt), std::move(completions)});
+}
+
+std::wstring Session::askFile(std::wstring_view prompt, std::vector<std::wstring> types) {
+    return implementation_->askForWord(
+        {Request::Kind::word, std::wstring(prompt), {}, std::move(types)});
 }
 
 std::wstring Session::askText(std::wstring_view prompt) {
@@ -206,6 +206,20 @@ Session::Implementation::Implementation(Session& owner, Input& input, Output& ou
 }
 
 Session::Implementation::~Implementation() = default;
+
+std::wstring Session::Implementation::askForWord(const Request& request) {
+    const Answer answer = ask(request);
+    PromptRecord record;
+    record.reply = answer.text;
+    record.code = answer.isCancel() || answer.kind == Answer::Kind::failed ? RTCAN : RTNORM;
+    this->record(record);
+    if (record.code == RTCAN) throw Cancelled();
+    if (answer.kind == Answer::Kind::value && !isWord(answer.value)) {
+        throw CommandFailure(answer.text + L" gives " + lisp::text(answer.value, true) +
+                             L"; a text or a number is needed");
+    }
+    return answer.word();
+}
 
 std::wstring Session::Implementation::describeException() const {
     if (exceptionReporter) return exceptionReporter();

@@ -131,6 +131,8 @@ class Session {
     const std::vector<HostCommand>& hostCommands() const;
     // Names of all commands, the modules' included, sorted; for HELP and completion.
     std::vector<std::wstring> commandNames() const;
+    // Names of LISP's functions and of the symbols that have a value, in capitals; for completion.
+    std::vector<std::wstring> lispNames() const;
 
     // Runs one command by name; `_`, `.` and `'` in front are passed over, case is ignored. One
     // undo step. Exceptions that leave the command are caught by the outermost call: the changes
@@ -171,6 +173,8 @@ class Session {
     class Cancelled {};
     std::wstring askWord(std::wstring_view prompt, std::vector<std::wstring> completions = {});
     std::wstring askText(std::wstring_view prompt);
+    // The name of a file, which ends like one of `types` (".dxf"; "": any), as a word.
+    std::wstring askFile(std::wstring_view prompt, std::vector<std::wstring> types);
 
     void print(std::wstring_view text);
     void error(std::wstring_view sentence);

@@ -56,6 +56,8 @@ class Session::Implementation {
     // Shows the prompt and takes a reply. What is no free text may be an expression or "!symbol".
     Answer ask(const Request& request);
     Answer askWord(std::wstring_view prompt, std::vector<std::wstring> completions = {});
+    // One reply of a host command's own, noted as a prompt; throws Cancelled.
+    std::wstring askForWord(const Request& request);
     // Notes how a prompt of the running command ended.
     void record(PromptRecord record);
     // Notes that a prompt could not be shown for want of a drawing; gives RTERROR.
@@ -125,6 +127,7 @@ class Session::Implementation {
     void repeatOrRun(const Answer& answer);
     void evaluateAtCommandPrompt(const Answer& answer);
     void endScript();
+    void dropScripts();
     Input& source();
     Reply fetch(const Request& request, bool& stops);
     Answer evaluated(const Reply& reply, bool stops);

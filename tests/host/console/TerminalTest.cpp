@@ -2,129 +2,133 @@
 #ifndef _WIN32
 
 #include <gtest/gtest.h>
-#include <poll.h>
-#include <pty.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
+#include <algorithm>
+#include <csignal>
+#include <stdexcept>
 #include <string>
+#include <vector>
 
-#include "tests/host/console/ChildProcess.h"
+#include "tests/host/console/Terminal.h"
 
 namespace {
 
 using namespace console_test;
 
-// The program with a pseudo-terminal as its three streams.
-class Terminal {
-  public:
-    explicit Terminal(const std::filesystem::path& folder) {
-        child_ = forkpty(&master_, nullptr, nullptr, nullptr);
-        if (child_ != 0) return;
-        alarm(120);
-        if (chdir(folder.c_str()) == 0) execl(orlinth().c_str(), "orlinth", "streets.dxf", nullptr);
-        _exit(126);
-    }
+std::filesystem::path sessionFolder() {
+    return std::filesystem::path(ORLINTH_TEST_DATA).parent_path() / "host" / "console" / "terminal";
+}
 
-    ~Terminal() {
-        close(master_);
-        if (child_ > 0) waitpid(child_, nullptr, 0);
-    }
+std::vector<std::string> sessionNames() {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(sessionFolder()))
+        if (entry.path().extension() == ".txt") names.push_back(entry.path().stem().string());
+    std::sort(names.begin(), names.end());
+    if (names.empty()) throw std::runtime_error("no sessions in " + sessionFolder().string());
+    return names;
+}
 
-    void type(const std::string& keys) {
-        ASSERT_EQ(write(master_, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
-    }
+class LinuxTerminal : public testing::TestWithParam<std::string> {};
 
-    // Reads until the screen has shown `text` since the last call; false when the program ends
-    // before.
-    bool shows(const std::string& text) {
-        std::size_t at;
-        while ((at = screen_.find(text, seen_)) == std::string::npos)
-            if (!readMore()) return false;
-        seen_ = at + text.size();
-        return true;
-    }
+TEST_P(LinuxTerminal, ShowsWhatIsWrittenDown) {
+    const std::string file = GetParam() + ".txt";
+    playSession(read(sessionFolder() / file), file);
+}
 
-    int exitCode() {
-        while (readMore()) {
-        }
-        int status = 0;
-        waitpid(child_, &status, 0);
-        child_ = -1;
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
+INSTANTIATE_TEST_SUITE_P(Sessions, LinuxTerminal, testing::ValuesIn(sessionNames()),
+                         [](const auto& session) { return session.param; });
 
-    const std::string& screen() const { return screen_; }
-
-  private:
-    bool readMore() {
-        char bytes[4096];
-        const ssize_t count = read(master_, bytes, sizeof bytes);
-        if (count <= 0) return false;
-        screen_.append(bytes, static_cast<std::size_t>(count));
-        return true;
-    }
-
-    int master_ = -1;
-    pid_t child_ = -1;
-    std::string screen_;
-    std::size_t seen_ = 0;
-};
-
-class TerminalSession : public testing::Test {
+class LinuxTerminalSession : public testing::Test {
   protected:
-    TerminalSession() { write(folder_ / "streets.dxf", read(exampleDrawing())); }
+    LinuxTerminalSession() { write(folder_ / "streets.dxf", read(exampleDrawing())); }
+
+    Terminal::Start start(std::vector<std::string> arguments = {"streets.dxf"}) const {
+        Terminal::Start how;
+        how.arguments = std::move(arguments);
+        how.folder = folder_.path();
+        return how;
+    }
 
     Folder folder_;
 };
 
-TEST_F(TerminalSession, AScriptStopsWhereWhatItPicksIsNoLine) {
-    write(folder_ / "circle.scr", "ZEPTAlignEntities\n(handent \"60\")\nALL\n\n\n");
-    Terminal terminal(folder_.path());
-    ASSERT_TRUE(terminal.shows("Command: "));
-    terminal.type("SCRIPT circle.scr\n");
-    EXPECT_TRUE(terminal.shows("can't be read as a line"));
-    EXPECT_TRUE(terminal.shows("Command: "));
-    terminal.type("QUIT\n");
-    EXPECT_EQ(terminal.exitCode(), 1);
-    EXPECT_EQ(terminal.screen().find("there is no command ALL"), std::string::npos);
-}
-
-TEST_F(TerminalSession, ShowsACommandPromptAndRunsWhatIsTyped) {
-    Terminal terminal(folder_.path());
+TEST_F(LinuxTerminalSession, WithoutAnEditorTheSystemsOwnLinesAreTaken) {
+    Terminal::Start how = start();
+    how.kind = "dumb";
+    Terminal terminal(how);
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("REDO\n");
+    ASSERT_TRUE(terminal.shows("Nothing to redo."));
     ASSERT_TRUE(terminal.shows("Command: "));
     terminal.type("ZEPTAlignEntities\n");
     ASSERT_TRUE(terminal.shows("Valitse suunnan määräävä viiva : "));
-    terminal.type("(handent \"2F\")\n");
-    ASSERT_TRUE(terminal.shows("Select objects: "));
-    terminal.type("ALL\n");
-    ASSERT_TRUE(terminal.shows("Select objects: "));
-    terminal.type("\n");
-    ASSERT_TRUE(terminal.shows("Käännetäänkö symboleja 180 astetta k/<e> : "));
-    terminal.type("k\n");
-    ASSERT_TRUE(terminal.shows("Command: "));
-    terminal.type("QSAVE\n");
-    ASSERT_TRUE(terminal.shows("Command: "));
-    terminal.type("QUIT\n");
-    EXPECT_EQ(terminal.exitCode(), 0);
-    EXPECT_NE(read(folder_ / "streets.dxf"), read(exampleDrawing()));
-}
-
-TEST_F(TerminalSession, WhatIsTypedStandsOnTheScreenOnce) {
-    Terminal terminal(folder_.path());
-    ASSERT_TRUE(terminal.shows("Command: "));
-    terminal.type("REDO\n");
-    ASSERT_TRUE(terminal.shows("Command: "));
-    terminal.type("QUIT\n");
-    EXPECT_EQ(terminal.exitCode(), 0);
-    EXPECT_EQ(terminal.screen().find("REDO"), terminal.screen().rfind("REDO"));
-}
-
-TEST_F(TerminalSession, EndOfInputLeavesWithoutSaving) {
-    Terminal terminal(folder_.path());
+    terminal.type("\x03");
+    ASSERT_TRUE(terminal.shows("*Cancel*"));
     ASSERT_TRUE(terminal.shows("Command: "));
     terminal.type("\x04");
+    EXPECT_EQ(terminal.exitCode(), 1);
+    EXPECT_FALSE(std::filesystem::exists(folder_ / ".local"));
+}
+
+TEST_F(LinuxTerminalSession, WithItsOutputInAFileThePersonIsStillAsked) {
+    Terminal::Start how = start();
+    how.outputToFile = true;
+    Terminal terminal(how);
+    terminal.type("REDO\nQUIT\n");
     EXPECT_EQ(terminal.exitCode(), 0);
+    EXPECT_EQ(read(folder_ / "out"), "Command: Nothing to redo.\nCommand: ");
+}
+
+TEST_F(LinuxTerminalSession, TheLogHasWhatTheTerminalShowed) {
+    Terminal terminal(start({"streets.dxf", "--log", "session.log"}));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("REDOO\x7F\r");
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("\x03");
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("UNDO 1\r");
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("\x04");
+    EXPECT_EQ(terminal.exitCode(), 0);
+    EXPECT_EQ(read(folder_ / "session.log"),
+              "Command: REDO\nNothing to redo.\nCommand: *Cancel*\n"
+              "Command: UNDO\nEnter the number of operations to undo <1>: 1\nNothing to undo.\n"
+              "Command: \n");
+}
+
+TEST_F(LinuxTerminalSession, TheHistoryIsTheUsersAlone) {
+    Terminal terminal(start());
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    for (const char* const line : {"REDO\r", "REDO\r", "\r", "U\r", "\x04"}) {
+        terminal.type(line);
+        if (*line == '\x04') break;
+        ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    }
+    EXPECT_EQ(terminal.exitCode(), 0);
+    const auto history = folder_ / ".local/state/orlinth/history";
+    EXPECT_EQ(read(history), "REDO\nU\n");
+    EXPECT_EQ(std::filesystem::status(history).permissions(),
+              std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+}
+
+TEST_F(LinuxTerminalSession, AnInterruptFromOutsideCancelsToo) {
+    Terminal terminal(start());
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("ZEPTAlignEntities\r");
+    ASSERT_TRUE(terminal.showsPrompt("Valitse suunnan määräävä viiva : "));
+    terminal.signal(SIGINT);
+    ASSERT_TRUE(terminal.shows("*Cancel*"));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("QUIT\r");
+    EXPECT_EQ(terminal.exitCode(), 1);
+}
+
+TEST_F(LinuxTerminalSession, ARequestToEndEndsIt) {
+    Terminal terminal(start());
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.signal(SIGTERM);
+    EXPECT_EQ(terminal.exitCode(), -1);
+    EXPECT_EQ(terminal.endedBy(), SIGTERM);
     EXPECT_EQ(read(folder_ / "streets.dxf"), read(exampleDrawing()));
 }
 
