@@ -10,8 +10,11 @@
 #include "host/console/Meter.h"
 #include "host/database/Drawing.h"
 #include "host/dxf/Errors.h"
+#include "host/editor/Listing.h"
 #include "host/editor/Script.h"
+#include "host/editor/VariablePrompt.h"
 #include "host/editor/Words.h"
+#include "host/editor/Zoom.h"
 
 namespace host::console {
 
@@ -209,6 +212,10 @@ void addHostCommands(Session& session, Workplace& workplace) {
     const auto add = [&](const wchar_t* name, const wchar_t* text, auto action) {
         session.addHostCommand({name, {}, text, false, std::move(action)});
     };
+    const auto addTransparent = [&](const wchar_t* name, const wchar_t* text, auto action,
+                                    std::vector<std::wstring> aliases = {}) {
+        session.addHostCommand({name, std::move(aliases), text, false, std::move(action), true});
+    };
     add(L"OPEN", L"opens another drawing", [&](Session& s) { open(s, workplace); });
     add(L"QSAVE", L"saves the drawing where it came from",
         [&](Session& s) { qsave(s, workplace); });
@@ -222,7 +229,14 @@ void addHostCommands(Session& session, Workplace& workplace) {
     add(L"UNDO", L"takes back a number of commands", [](Session& s) { undoSome(s); });
     add(L"REDO", L"does again what U took back", [](Session& s) { redo(s); });
     add(L"SCRIPT", L"takes the answers from a file", [&](Session& s) { script(s, workplace); });
-    add(L"HELP", L"this list", [](Session& s) { help(s); });
+    add(L"LIST", L"tells of entities what they are and where", editor::listEntities);
+    addTransparent(L"LAYER", L"lists the layers (also -LAYER)", editor::listLayers, {L"-LAYER"});
+    addTransparent(L"ZOOM", L"chooses the view, which decides how far a pick reaches",
+                   editor::zoom);
+    addTransparent(L"SETVAR", L"shows and sets system variables", editor::setVariables);
+    addTransparent(L"REGEN", L"does nothing without a screen",
+                   [](Session& s) { s.print(L"\nRegenerating model."); });
+    addTransparent(L"HELP", L"this list", [](Session& s) { help(s); });
 }
 
 }  // namespace host::console

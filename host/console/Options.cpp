@@ -41,7 +41,8 @@ Options:
   -h, --help              this text
       --version           the version
 
-Commands in a session: ZEPTAlignEntities, OPEN, SAVE, SAVEAS, QSAVE, QUIT, U, UNDO, REDO, SCRIPT, HELP.
+Commands in a session: ZEPTAlignEntities, OPEN, SAVE, SAVEAS, QSAVE, QUIT, U, UNDO, REDO, SCRIPT, LIST, LAYER,
+ZOOM, SETVAR, REGEN, HELP. In a terminal Tab completes, Escape or Ctrl-C cancels the running command.
 An entity is picked by a point (25496080,6672015) or by its handle: (handent "2F").
 
 Examples:

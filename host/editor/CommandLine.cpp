@@ -38,9 +38,11 @@ void State::error(std::wstring_view sentence) {
 }
 
 void State::showPrompt(std::wstring_view prompt) {
-    if (freshLine_ && !prompt.empty() && prompt.front() == L'\n') prompt.remove_prefix(1);
+    std::wstring shown(prompt);
+    if (transparent_) shown.insert(!shown.empty() && shown.front() == L'\n' ? 1 : 0, L">>");
+    if (freshLine_ && !shown.empty() && shown.front() == L'\n') shown.erase(0, 1);
     freshLine_ = false;
-    if (!prompt.empty()) output_.prompt(prompt);
+    if (!shown.empty()) output_.prompt(shown);
 }
 
 Input& State::source() {
@@ -58,7 +60,8 @@ Reply State::fetch(const Request& request, bool& stops) {
         stops = from.stopsWhenOutOfStep();
         if (&from != &input_ && input_.takeCancel()) {
             showPrompt(request.prompt);
-            dropScripts();
+            sent_.clear();
+            stopInputs();
             return {Reply::Kind::cancel, {}, {}, 0, 0};
         }
         if (!shown && !stops) {
@@ -78,13 +81,7 @@ Reply State::fetch(const Request& request, bool& stops) {
     }
 }
 
-void State::dropScripts() {
-    sent_.clear();
-    if (ahead_ != nullptr) ahead_->stop();
-    if (script_ != nullptr) script_->stop();
-}
-
-Answer State::ask(const Request& request) {
+Answer State::askOnce(const Request& request, bool& quoted) {
     if (inputEnded_) return {};
     bool stops = false;
     const Reply reply = fetch(request, stops);
@@ -94,6 +91,7 @@ Answer State::ask(const Request& request) {
         return {};
     }
     output_.reply(reply);
+    quoted = reply.quoted;
     if (reply.kind == Reply::Kind::cancel) return {Answer::Kind::cancel, {}, {}, {}, stops};
     if (request.kind != Request::Kind::text &&
         (reply.kind == Reply::Kind::lisp || isSymbolReply(reply))) {
@@ -107,6 +105,15 @@ Answer State::ask(const Request& request) {
             reply.where,         stops,      reply.lockedOut};
     }
     return {Answer::Kind::text, reply.text, {}, reply.where, stops};
+}
+
+Answer State::ask(const Request& request) {
+    while (true) {
+        bool quoted = false;
+        Answer answer = askOnce(request, quoted);
+        const bool mayBeCommand = request.kind == Request::Kind::word && !quoted;
+        if (!mayBeCommand || !ranTransparently(answer)) return answer;
+    }
 }
 
 Answer State::askWord(std::wstring_view prompt, std::vector<std::wstring> completions) {

@@ -103,8 +103,7 @@ std::optional<State::Callable> State::variableCommand(std::wstring_view name) co
     const std::wstring known = upperCase(name);
     const std::vector<std::wstring> names = variables.names();
     if (!std::binary_search(names.begin(), names.end(), known)) return std::nullopt;
-    return Callable{known, false,
-                    [known](Session& session) { askVariable(session.implementation(), known); }};
+    return Callable{known, false, [known](Session& session) { askVariable(session, known); }};
 }
 
 // Runs the command inside its undo group. Exceptions of another kind than the host's own leave with
@@ -130,6 +129,29 @@ void State::call(const Callable& command, CommandResult& result) {
         endGroup(false);
         throw;
     }
+}
+
+bool State::ranTransparently(const Answer& answer) {
+    const bool asks = answer.kind == Answer::Kind::text && answer.text.size() > 1 &&
+                      answer.text.front() == L'\'' && commandIsRunning() && !transparent_;
+    const std::optional<Callable> command = asks ? find(answer.text) : std::nullopt;
+    if (!command) return false;
+    const auto known =
+        std::find_if(hostCommands.begin(), hostCommands.end(),
+                     [&](const HostCommand& own) { return own.name == command->name; });
+    if (known == hostCommands.end() || !known->transparent) return false;
+    transparent_ = true;
+    CommandResult result;
+    try {
+        result = runCommand(answer.text, answer.where);
+        transparent_ = false;
+    } catch (...) {
+        transparent_ = false;
+        throw;
+    }
+    if (result.end != CommandResult::End::done) conclude(result, answer);
+    print(L"\nResuming " + commandName_ + L" command.");
+    return true;
 }
 
 CommandResult State::runCommand(std::wstring_view typed, std::wstring where) {

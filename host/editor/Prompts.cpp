@@ -205,9 +205,7 @@ std::optional<int> takePoint(State& state, const Expected& expected, const Answe
         state.print(L"\nA point is needed, as in 3,4.");
         return std::nullopt;
     }
-    const auto point = answer.kind == Answer::Kind::value
-                           ? lisp::pointOf(answer.value)
-                           : parsePoint(trimmed(answer.text), state.lastPoint);
+    const auto point = state.pointFrom(answer);
     if (point) {
         state.lastPoint = *point;
         result = *point;

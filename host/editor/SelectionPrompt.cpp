@@ -190,9 +190,7 @@ std::optional<AcGePoint3d> SelectionPrompt::askPoint(std::wstring_view prompt, S
             return std::nullopt;
         }
         if (answer.isEmpty()) return std::nullopt;
-        const auto point = answer.kind == Answer::Kind::value
-                               ? lisp::pointOf(answer.value)
-                               : parsePoint(trimmed(answer.text), state_.lastPoint);
+        const auto point = state_.pointFrom(answer);
         if (point) {
             state_.lastPoint = *point;
             return point;
@@ -231,9 +229,7 @@ std::optional<std::vector<PlanPoint>> SelectionPrompt::askLine(std::wstring_view
         if (answer.givesUp()) return std::nullopt;
         if (answer.kind == Answer::Kind::failed) continue;
         if (answer.isEmpty()) break;
-        const auto point = answer.kind == Answer::Kind::value
-                               ? lisp::pointOf(answer.value)
-                               : parsePoint(trimmed(answer.text), state_.lastPoint);
+        const auto point = state_.pointFrom(answer);
         if (!point && matchKeyword(answer.text, L"Undo") && !points.empty()) {
             points.pop_back();
         } else if (!point) {

@@ -10,6 +10,7 @@
 #include "host/editor/CommandStack.h"
 #include "host/editor/DrawingView.h"
 #include "host/editor/Modules.h"
+#include "host/editor/Points.h"
 #include "host/editor/SessionState.h"
 #include "host/editor/Words.h"
 
@@ -164,13 +165,7 @@ std::wstring Session::askFile(std::wstring_view prompt, std::vector<std::wstring
 }
 
 std::wstring Session::askText(std::wstring_view prompt) {
-    const Answer answer = implementation_->ask({Request::Kind::text, std::wstring(prompt), {}});
-    PromptRecord record;
-    record.reply = answer.text;
-    record.code = answer.isCancel() ? RTCAN : RTNORM;
-    implementation_->record(record);
-    if (answer.isCancel()) throw Cancelled();
-    return answer.text;
+    return implementation_->askOrCancel({Request::Kind::text, std::wstring(prompt), {}}).text;
 }
 
 void Session::print(std::wstring_view text) {
@@ -207,18 +202,28 @@ Session::Implementation::Implementation(Session& owner, Input& input, Output& ou
 
 Session::Implementation::~Implementation() = default;
 
+Answer Session::Implementation::askOrCancel(const Request& request) {
+    Answer answer = ask(request);
+    PromptRecord noted;
+    noted.reply = answer.text;
+    noted.code = answer.isCancel() || answer.kind == Answer::Kind::failed ? RTCAN : RTNORM;
+    record(noted);
+    if (noted.code == RTCAN) throw Cancelled();
+    return answer;
+}
+
 std::wstring Session::Implementation::askForWord(const Request& request) {
-    const Answer answer = ask(request);
-    PromptRecord record;
-    record.reply = answer.text;
-    record.code = answer.isCancel() || answer.kind == Answer::Kind::failed ? RTCAN : RTNORM;
-    this->record(record);
-    if (record.code == RTCAN) throw Cancelled();
+    const Answer answer = askOrCancel(request);
     if (answer.kind == Answer::Kind::value && !isWord(answer.value)) {
         throw CommandFailure(answer.text + L" gives " + lisp::text(answer.value, true) +
                              L"; a text or a number is needed");
     }
     return answer.word();
+}
+
+std::optional<AcGePoint3d> Session::Implementation::pointFrom(const Answer& answer) const {
+    return answer.kind == Answer::Kind::value ? lisp::pointOf(answer.value)
+                                              : parsePoint(trimmed(answer.text), lastPoint);
 }
 
 std::wstring Session::Implementation::describeException() const {
@@ -255,6 +260,7 @@ void Session::Implementation::closeDrawing() {
     // Names of entities and sets mean nothing in another drawing.
     lisp.clear();
     previousSelection.clear();
+    earlierViews.clear();
     lastPoint = {};
     view_.reset();
     scriptGroupIsOpen_ = false;

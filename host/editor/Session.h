@@ -124,6 +124,9 @@ class Session {
         // and QSAVE.
         bool undoable = false;
         std::function<void(Session&)> run;  // throws CommandFailure for what can't be done
+        // Whether it can be given as the answer to a word prompt of another command, with "'" in
+        // front; that prompt is shown again then.
+        bool transparent = false;
     };
     // Host commands are found before those of modules. A name that is taken throws
     // std::logic_error.

@@ -56,8 +56,12 @@ class Session::Implementation {
     // Shows the prompt and takes a reply. What is no free text may be an expression or "!symbol".
     Answer ask(const Request& request);
     Answer askWord(std::wstring_view prompt, std::vector<std::wstring> completions = {});
-    // One reply of a host command's own, noted as a prompt; throws Cancelled.
+    // One reply of a host command's own, noted as a prompt; throws Cancelled, also when it could
+    // not be evaluated. The second as a text.
+    Answer askOrCancel(const Request& request);
     std::wstring askForWord(const Request& request);
+    // The point that a reply means; none for anything else.
+    std::optional<AcGePoint3d> pointFrom(const Answer& answer) const;
     // Notes how a prompt of the running command ended.
     void record(PromptRecord record);
     // Notes that a prompt could not be shown for want of a drawing; gives RTERROR.
@@ -89,6 +93,8 @@ class Session::Implementation {
     };
     const View& view();
     void setView(const View& view) { view_ = view; }
+    // Those before it, the latest last.
+    std::deque<View> earlierViews;
     // How far from a typed point an entity may lie to be picked: a hundredth of the view's height.
     double pickReach() { return view().height / 100.0; }
 
@@ -100,6 +106,7 @@ class Session::Implementation {
     lisp::Interpreter lisp;
     std::vector<AcDbObjectId> previousSelection;
     AcGePoint3d lastPoint;
+    std::wstring lastVariable;  // that SETVAR was given
     // What acedInitGet has set for the next prompt.
     int initialBits = 0;
     std::wstring keywords;
@@ -127,12 +134,15 @@ class Session::Implementation {
     void repeatOrRun(const Answer& answer);
     void evaluateAtCommandPrompt(const Answer& answer);
     void endScript();
-    void dropScripts();
     Input& source();
     Reply fetch(const Request& request, bool& stops);
     Answer evaluated(const Reply& reply, bool stops);
     lisp::Value evaluate(const Reply& reply);
     void tellLisp(const lisp::Error& failure, const Reply& reply);
+    Answer askOnce(const Request& request, bool& quoted);
+    // Runs a command that was given as the answer to the prompt of another; false for any other
+    // answer. Not inside of such a command.
+    bool ranTransparently(const Answer& answer);
     void showPrompt(std::wstring_view prompt);
 
     Session& owner_;
@@ -147,6 +157,7 @@ class Session::Implementation {
         true;  // nothing stands on the line: it is the first, or a reply has ended the last
     bool inputEnded_ = false;
     int depth_ = 0;
+    bool transparent_ = false;  // a command runs inside a prompt of another
     CommandResult* running_ = nullptr;
     bool expressionFailed_ = false;  // since the innermost evaluation began, in an input that stops
     std::wstring commandName_;

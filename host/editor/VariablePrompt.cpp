@@ -1,10 +1,13 @@
 #include "host/editor/VariablePrompt.h"
 
+#include <acutads.h>
 #include <adscodes.h>
 
 #include <optional>
+#include <vector>
 
 #include "host/editor/Points.h"
+#include "host/editor/SessionState.h"
 #include "host/editor/Words.h"
 
 namespace host::editor {
@@ -41,13 +44,48 @@ std::optional<VariableValue> typedValue(const std::wstring& text, const Variable
     return VariableValue(text == L"." ? std::wstring() : text);
 }
 
+void listVariables(Session::Implementation& state, const std::wstring& pattern) {
+    std::wstring text;
+    for (const std::wstring& name : state.variables.names()) {
+        if (!acutWcMatchEx(name.c_str(), pattern.c_str(), true)) continue;
+        text += L"\n" + name + std::wstring(name.size() < 12 ? 12 - name.size() : 1, L' ') +
+                variableText(*state.variables.get(name));
+        if (state.variables.isReadOnly(name)) text += L"  (read only)";
+    }
+    state.print(text.empty() ? L"\nNo system variable is called " + pattern + L"." : text);
+}
+
 }  // namespace
+
+void setVariables(Session& session) {
+    Session::Implementation& state = session.implementation();
+    const std::wstring& last = state.lastVariable;
+    const std::wstring shown = last.empty() ? L"" : L" <" + last + L">";
+    std::vector<std::wstring> words = state.variables.names();
+    words.push_back(L"?");
+    std::wstring name =
+        upperCase(session.askWord(L"\nEnter variable name or [?]" + shown + L": ", words));
+    if (name.empty()) name = last;
+    if (name.empty()) return;
+    if (name == L"?") {
+        const std::wstring given = session.askWord(L"\nEnter variable(s) to list <*>: ");
+        return listVariables(state, given.empty() ? L"*" : given);
+    }
+    const VariableValue* value = state.variables.get(name);
+    if (value == nullptr)
+        throw CommandFailure(L"there is no system variable " + name + L"; SETVAR ? lists them");
+    state.lastVariable = name;
+    if (state.variables.isReadOnly(name))
+        return state.print(L"\n" + name + L" = " + variableText(*value) + L" (read only)");
+    askVariable(session, name);
+}
 
 std::wstring variableText(const VariableValue& value) {
     return std::visit(Show(), value);
 }
 
-void askVariable(Session::Implementation& state, std::wstring_view given) {
+void askVariable(Session& session, std::wstring_view given) {
+    Session::Implementation& state = session.implementation();
     const std::wstring name = upperCase(given);
     const VariableValue* current = state.variables.get(name);
     if (current == nullptr) throw CommandFailure(L"there is no system variable " + name);
@@ -58,8 +96,7 @@ void askVariable(Session::Implementation& state, std::wstring_view given) {
     const bool isText = std::holds_alternative<std::wstring>(before);
     const std::wstring prompt =
         L"\nEnter new value for " + name + L" <" + variableText(before) + L">: ";
-    const std::wstring reply =
-        isText ? state.session().askText(prompt) : state.session().askWord(prompt);
+    const std::wstring reply = isText ? session.askText(prompt) : session.askWord(prompt);
     if (reply.empty()) return;
     const auto value = typedValue(reply, before);
     if (!value || !state.variables.set(name, *value)) {
