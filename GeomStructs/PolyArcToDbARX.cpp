@@ -39,7 +39,7 @@ std::unique_ptr<AcDbEntity> PlanePolyline(const PolyArc& line) {
             new AcDb2dVertex(ToAcGePoint3d(line.data[i]), BulgeBehind(line, i)), kSource);
         if (polyline->appendVertex(vertex.get()) != Acad::eOk)
             throw TamExpAcad(L"Adding AcDbPolyLine to Acad DB failed", __LINE__, kSource);
-        vertex.release();  // the polyline's now
+        static_cast<void>(vertex.release());  // the polyline's now
     }
     if (line.IsClosed()) polyline->makeClosed();
     return polyline;
