@@ -82,6 +82,14 @@ Reply State::fetch(const Request& request, bool& stops) {
 }
 
 Answer State::askOnce(const Request& request, bool& quoted) {
+    if (isGiven()) {
+        if (!isPauseGiven()) {
+            const Answer answer = takeGiven();
+            echo(request.prompt, answer);
+            return answer;
+        }
+        ++given_->next;
+    }
     if (inputEnded_) return {};
     bool stops = false;
     const Reply reply = fetch(request, stops);
@@ -121,6 +129,8 @@ Answer State::askWord(std::wstring_view prompt, std::vector<std::wstring> comple
 }
 
 lisp::Value State::evaluate(const Reply& reply) {
+    // A wish to stop that came before was meant for something else.
+    if (!commandIsRunning() && !lisp.isEvaluating()) interrupted = false;
     if (reply.kind != Reply::Kind::lisp) return lisp.variable(reply.text.substr(1));
     // What a person types counts for itself.
     const bool typed = reply.where.empty();

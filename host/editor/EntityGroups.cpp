@@ -106,34 +106,62 @@ GroupValue valueOf(const dxf::GroupEdit& group) {
     return GroupValue(std::get<std::wstring>(group.value));
 }
 
-// The values of a code among groups that stand in no drawing.
-std::vector<GroupValue> among(const std::vector<dxf::GroupEdit>& groups, int code) {
-    std::vector<GroupValue> found;
+using Groups = std::vector<std::pair<int, GroupValue>>;
+
+// Puts a group behind the others; a coordinate that belongs to the point before becomes part of it.
+void append(Groups& groups, int code, GroupValue value) {
+    auto* const point = groups.empty() ? nullptr : std::get_if<AcGePoint3d>(&groups.back().second);
+    const int axis = point == nullptr ? 0 : (code - groups.back().first) / 10;
+    const auto* real = std::get_if<double>(&value);
+    if (real != nullptr && point != nullptr && (axis == 1 || axis == 2) &&
+        code == groups.back().first + 10 * axis) {
+        (axis == 1 ? point->y : point->z) = *real;
+    } else if (real != nullptr && isPoint(code)) {
+        groups.emplace_back(code, AcGePoint3d(*real, 0.0, 0.0));
+    } else {
+        groups.emplace_back(code, std::move(value));
+    }
+}
+
+Groups joined(const std::vector<dxf::GroupEdit>& groups) {
+    Groups all;
     for (const dxf::GroupEdit& group : groups) {
         if (group.code == embeddedObject || group.code >= extendedData) break;
-        const auto* real = std::get_if<double>(&group.value);
-        if (isPoint(code) && real != nullptr && group.code == code) {
-            found.emplace_back(AcGePoint3d(*real, 0.0, 0.0));
-        } else if (isPoint(code) && real != nullptr && !found.empty() &&
-                   (group.code == code + 10 || group.code == code + 20)) {
-            auto& point = std::get<AcGePoint3d>(found.back());
-            (group.code == code + 10 ? point.y : point.z) = *real;
-        } else if (group.code == code) {
-            found.push_back(valueOf(group));
-        }
+        append(all, group.code, valueOf(group));
     }
-    return found;
+    return all;
 }
 
 }  // namespace
 
+std::vector<std::pair<int, GroupValue>> EntityGroups::all() const {
+    const auto changed = database::changedGroups(entity_);
+    const auto record = database::recordOf(entity_);
+    if (!changed.empty()) return joined(changed);
+    Groups all;
+    if (!record) return all;
+    const dxf::Document& document = database::document(*entity_.database());
+    for (const dxf::Group& group : document.groups(*record)) {
+        if (group.code() == embeddedObject || group.code() >= extendedData) break;
+        const bool words = group.code() == 1 || group.code() == 3;  // blanks belong to them
+        auto value = words ? std::optional<GroupValue>(document.decode(group.bytes()))
+                           : valueOf(document, group);
+        if (value) append(all, group.code(), std::move(*value));
+    }
+    return all;
+}
+
 std::vector<GroupValue> EntityGroups::stored(int code) const {
     const auto changed = database::changedGroups(entity_);
-    if (!changed.empty()) return among(changed, code);
+    std::vector<GroupValue> found;
+    if (!changed.empty()) {
+        for (auto& group : joined(changed))
+            if (group.first == code) found.push_back(std::move(group.second));
+        return found;
+    }
     const auto record = database::recordOf(entity_);
     if (!record) return {};
     const dxf::Document& document = database::document(*entity_.database());
-    std::vector<GroupValue> found;
     AcGePoint3d point;
     bool inPoint = false;
     for (const dxf::Group& group : document.groups(*record)) {

@@ -6,6 +6,7 @@
 #include <gepnt3d.h>
 
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -23,6 +24,10 @@ class EntityGroups {
     // same: 6 "BYLAYER", 8 "0", 62 256, 60 and 67 0, 410 "Model", 50 0, 38 and 39 0, 210 (0, 0, 1),
     // 7 "STANDARD".
     std::vector<GroupValue> values(int code) const;
+
+    // All groups in their order, as they stand: those of an embedded object and extended data are
+    // left out, and so are chunks of bytes and numbers that are none.
+    std::vector<std::pair<int, GroupValue>> all() const;
 
   private:
     std::vector<GroupValue> stored(int code) const;

@@ -98,6 +98,7 @@ Value Interpreter::evaluate(std::wstring_view text, Position start) {
     const fault::Quiet quiet;
     const std::vector<Value> expressions = read(text, start);
     const Inside inside(*this, start);
+    for (const Value& expression : expressions) check(expression);
     Value value;
     for (const Value& expression : expressions) value = evaluateForm(expression, start);
     return value;
@@ -123,19 +124,12 @@ void Interpreter::print(const std::wstring& text) const {
     if (print_) print_(text);
 }
 
-Value Interpreter::evaluateForm(const Value& expression, Position where) {
-    if (++steps_ > mostSteps) {
-        throw Error(L"stopped after " + std::to_wstring(mostSteps) + L" steps", where);
-    }
-    if (const auto* symbol = std::get_if<Symbol>(&expression)) {
-        if (symbol->name == L"T") return *symbol;
-        return variable(symbol->name);
-    }
-    if (const auto* form = std::get_if<PairPtr>(&expression)) return evaluateList(**form);
-    return expression;
-}
-
-Value Interpreter::evaluateList(const Pair& form) {
+// What can be said of an expression before anything is done: all that will be called is read
+// before.
+void Interpreter::check(const Value& expression) const {
+    const auto* list = std::get_if<PairPtr>(&expression);
+    if (list == nullptr) return;
+    const Pair& form = **list;
     const auto* symbol = std::get_if<Symbol>(&form.car);
     if (symbol == nullptr) {
         throw Error(L"a list begins with the name of a function, not with " +
@@ -144,40 +138,62 @@ Value Interpreter::evaluateList(const Pair& form) {
                     form.where);
     }
     Value dotted;
-    std::vector<Value> parts = members(form.cdr, &dotted);
+    const std::vector<Value> parts = members(form.cdr, &dotted);
     if (!isNil(dotted))
         throw Error(L"a dotted pair can't be called; put a quote mark before it", form.where);
+    if (symbol->name == L"SETQ") return checkSetq(parts, form.where);
     if (symbol->name == L"QUOTE") {
-        if (parts.size() != 1)
-            throw Error(L"quote takes 1 argument, not " + std::to_wstring(parts.size()),
-                        form.where);
-        return parts.front();
+        if (parts.size() == 1) return;
+        throw Error(L"quote takes 1 argument, not " + std::to_wstring(parts.size()), form.where);
     }
-    if (symbol->name == L"SETQ") return setq(parts, form.where);
     const auto found = functions_.find(symbol->name);
-    if (found == functions_.end()) {
-        throw Error(L"there is no function " + symbol->name, form.where);
-    }
+    if (found == functions_.end()) throw Error(L"there is no function " + symbol->name, form.where);
     const Function& function = found->second;
-    if (parts.size() < function.least || parts.size() > function.most) {
+    if (parts.size() < function.least || parts.size() > function.most)
         throw Error(countSentence(symbol->name, function, parts.size()), form.where);
+    for (const Value& part : parts) check(part);
+}
+
+void Interpreter::checkSetq(const std::vector<Value>& parts, Position where) const {
+    if (parts.empty() || parts.size() % 2 != 0)
+        throw Error(L"setq takes symbols and values in pairs", where);
+    for (std::size_t i = 0; i < parts.size(); i += 2) {
+        const auto* symbol = std::get_if<Symbol>(&parts[i]);
+        if (symbol == nullptr || symbol->name == L"T")
+            throw Error(L"setq takes a symbol, not " + lisp::text(parts[i], true), where);
+        check(parts[i + 1]);
     }
+}
+
+Value Interpreter::evaluateForm(const Value& expression, Position where) {
+    const auto* form = std::get_if<PairPtr>(&expression);
+    if (form != nullptr) where = (*form)->where;
+    if (++steps_ > mostSteps)
+        throw Error(L"stopped after " + std::to_wstring(mostSteps) + L" steps", where);
+    if (stop_ && stop_()) throw Error(L"stopped, as it was asked to", where);
+    if (const auto* symbol = std::get_if<Symbol>(&expression)) {
+        if (symbol->name == L"T") return *symbol;
+        return variable(symbol->name);
+    }
+    return form != nullptr ? evaluateList(**form) : expression;
+}
+
+// A form that `check` has let pass.
+Value Interpreter::evaluateList(const Pair& form) {
+    const std::wstring& name = std::get<Symbol>(form.car).name;
+    std::vector<Value> parts = members(form.cdr);
+    if (name == L"QUOTE") return parts.front();
+    if (name == L"SETQ") return setq(parts, form.where);
     for (Value& part : parts) part = evaluateForm(part, form.where);
-    Call call{*this, symbol->name, std::move(parts), form.where};
-    return function.run(call);
+    Call call{*this, name, std::move(parts), form.where};
+    return functions_.find(name)->second.run(call);
 }
 
 Value Interpreter::setq(const std::vector<Value>& parts, Position where) {
-    if (parts.empty() || parts.size() % 2 != 0)
-        throw Error(L"setq takes symbols and values in pairs", where);
     Value value;
     for (std::size_t i = 0; i < parts.size(); i += 2) {
-        const auto* symbol = std::get_if<Symbol>(&parts[i]);
-        if (symbol == nullptr || symbol->name == L"T") {
-            throw Error(L"setq takes a symbol, not " + lisp::text(parts[i], true), where);
-        }
         value = evaluateForm(parts[i + 1], where);
-        variables_[symbol->name] = value;
+        variables_[std::get<Symbol>(parts[i]).name] = value;
     }
     return value;
 }

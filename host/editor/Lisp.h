@@ -1,7 +1,7 @@
 // The evaluator: symbols, functions, limits.
 //
 // What a function does to the drawing goes through the host's own interface functions, so that LISP
-// sees what a module sees. Nothing outside of the drawing and the command line can be reached.
+// sees what a module sees. Beyond the drawing and the command line, files of expressions are read.
 #pragma once
 
 #include <functional>
@@ -47,15 +47,21 @@ class Interpreter {
     explicit Interpreter(std::function<void(const std::wstring&)> print = {});
 
     // Evaluates all expressions of a text and gives the value of the last, nil for none. Throws
-    // Error for what can't be read, and then nothing was evaluated; for what can't be evaluated;
-    // and after 100000 steps. An expression may ask, and be answered by an expression, which is
-    // evaluated inside of it: the steps count together, and more than 20 of them are an Error.
+    // Error for what can't be read, for functions that are not there or have too few or too many
+    // arguments, and then nothing was evaluated; for what can't be evaluated; when it is asked to
+    // stop; and after 100000 steps. An expression may ask, and be answered by an expression, which
+    // is evaluated inside of it: the steps count together, and more than 20 of them are an Error.
     Value evaluate(std::wstring_view text, Position start = {});
 
     // nil for a symbol without a value. Names in any case.
     Value variable(std::wstring_view name) const;
     // Forgets the values, as a drawing that is closed takes its names along.
     void clear() { variables_.clear(); }
+
+    // Whether `evaluate` is running.
+    bool isEvaluating() const { return depth_ > 0; }
+    // Asked before each step; true ends the evaluation.
+    void stopWhen(std::function<bool()> stop) { stop_ = std::move(stop); }
 
     void define(std::wstring_view name, Function function);
     // Of the functions and of the symbols that have a value, in capitals.
@@ -68,6 +74,8 @@ class Interpreter {
 
     class Inside;  // one call of evaluate
 
+    void check(const Value& expression) const;
+    void checkSetq(const std::vector<Value>& parts, Position where) const;
     Value evaluateForm(const Value& expression, Position where);
     Value evaluateList(const Pair& form);
     Value setq(const std::vector<Value>& parts, Position where);
@@ -75,6 +83,7 @@ class Interpreter {
     std::map<std::wstring, Value, std::less<>> variables_;
     std::map<std::wstring, Function, std::less<>> functions_;
     std::function<void(const std::wstring&)> print_;
+    std::function<bool()> stop_;
     int steps_ = 0;
     int depth_ = 0;  // of evaluate inside evaluate
 };
@@ -82,7 +91,11 @@ class Interpreter {
 // The functions that work on values alone: list, cons, car, cdr, princ.
 void defineListFunctions(Interpreter& interpreter);
 
-// handent, entlast, ssget, ssname, sslength, getvar, setvar.
+// handent, entget, entlast, ssget, ssname, sslength, getvar, setvar.
 void defineDrawingFunctions(Interpreter& interpreter);
+
+// command, load. A file is a regular one of at most 16 MB; the values of its expressions are
+// forgotten but for the last one.
+void defineSessionFunctions(Interpreter& interpreter);
 
 }  // namespace host::editor::lisp

@@ -9,6 +9,7 @@
 
 #include "host/database/Drawing.h"
 #include "host/editor/Drawn.h"
+#include "host/editor/EntityGroups.h"
 #include "host/editor/Filter.h"
 #include "host/editor/Lisp.h"
 #include "host/editor/ResultBuffers.h"
@@ -160,6 +161,33 @@ Value entlast(Call& call) {
     return all.empty() ? Value(Nil{}) : Value(all.back());
 }
 
+// A group as (code . value). Handles of other objects are entity names, as entget has them.
+Value groupPair(const Call& call, int code, const GroupValue& value) {
+    if (const auto* point = std::get_if<AcGePoint3d>(&value))
+        return list({code, point->x, point->y, point->z});
+    if (const auto* real = std::get_if<double>(&value)) return cons(code, *real);
+    if (const auto* whole = std::get_if<long long>(&value)) {
+        const auto small = static_cast<std::int32_t>(*whole);
+        return small == *whole ? cons(code, small) : cons(code, static_cast<double>(*whole));
+    }
+    const auto& text = std::get<std::wstring>(value);
+    const auto handle = valueKind(code) == ValueKind::name ? parseHandle(text) : std::nullopt;
+    const AcDbObjectId id =
+        handle ? database::idFromHandle(drawing(call), static_cast<std::uint64_t>(*handle))
+               : AcDbObjectId();
+    return id.isNull() ? cons(code, text) : cons(code, id);
+}
+
+Value entget(Call& call) {
+    const AcDbObjectId id = call.entity(0);
+    drawing(call);
+    if (!isLivingEntity(id)) return Nil{};
+    std::vector<Value> groups{cons(-1, id)};
+    for (const auto& group : EntityGroups(id).all())
+        groups.push_back(groupPair(call, group.first, group.second));
+    return list(std::move(groups), call.where);
+}
+
 // --- selection sets ----------------------------------------------------------------------------
 
 // What a selection is given besides its mode and filter.
@@ -305,6 +333,7 @@ Value setvar(Call& call) {
 
 void defineDrawingFunctions(Interpreter& interpreter) {
     interpreter.define(L"handent", {1, 1, handent});
+    interpreter.define(L"entget", {1, 1, entget});
     interpreter.define(L"entlast", {0, 0, entlast});
     interpreter.define(L"ssget", {0, 4, ssget});
     interpreter.define(L"sslength", {1, 1, sslength});

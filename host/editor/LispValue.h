@@ -84,6 +84,12 @@ inline bool isNil(const Value& value) {
     return std::holds_alternative<Nil>(value);
 }
 
+// A text or a number: what stands for a word where one is asked for.
+inline bool isWord(const Value& value) {
+    return std::holds_alternative<std::wstring>(value) || std::holds_alternative<double>(value) ||
+           std::holds_alternative<std::int32_t>(value);
+}
+
 // A pair. Throws Error when it would nest too deeply or hold too many values, 64 characters of a
 // text counting as one.
 Value cons(Value first, Value rest, Position where = {});

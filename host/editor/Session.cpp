@@ -24,12 +24,6 @@ std::wstring wide(const std::exception& error) {
     return fromUtf8(error.what());
 }
 
-// What an expression may give where a word is asked for.
-bool isWord(const lisp::Value& value) {
-    return std::holds_alternative<std::wstring>(value) || std::holds_alternative<double>(value) ||
-           std::holds_alternative<std::int32_t>(value);
-}
-
 }  // namespace
 
 CommandFailure::CommandFailure(std::wstring sentence)
@@ -198,6 +192,8 @@ Session::Implementation::Implementation(Session& owner, Input& input, Output& ou
       input_(input),
       output_(output) {
     lisp::defineDrawingFunctions(lisp);
+    lisp::defineSessionFunctions(lisp);
+    lisp.stopWhen([this] { return interrupted.load(); });
 }
 
 Session::Implementation::~Implementation() = default;
@@ -214,7 +210,7 @@ Answer Session::Implementation::askOrCancel(const Request& request) {
 
 std::wstring Session::Implementation::askForWord(const Request& request) {
     const Answer answer = askOrCancel(request);
-    if (answer.kind == Answer::Kind::value && !isWord(answer.value)) {
+    if (answer.kind == Answer::Kind::value && !lisp::isWord(answer.value)) {
         throw CommandFailure(answer.text + L" gives " + lisp::text(answer.value, true) +
                              L"; a text or a number is needed");
     }
@@ -238,6 +234,9 @@ std::wstring Session::Implementation::describeException() const {
 }
 
 void Session::Implementation::useDrawing(std::unique_ptr<AcDbDatabase> drawing) {
+    // Values that are being worked with may name entities of the drawing that is open.
+    if (lisp.isEvaluating())
+        throw CommandFailure(L"another drawing can't be opened from inside of an expression");
     closeDrawing();
     drawing_ = std::move(drawing);
     acdbHostApplicationServices()->setWorkingDatabase(drawing_.get());

@@ -81,6 +81,13 @@ class Session::Implementation {
 
     void startScript(std::wstring text, std::wstring name);
 
+    // Runs the commands that `values` name, each answered by the values behind its name: texts and
+    // numbers as if they were typed, "" Enter, "\\" whatever the input says, nil cancels, entities,
+    // sets and points as they are. When the values end inside of a command the input goes on
+    // answering. Throws lisp::Error for a value that names no command, for a command that does not
+    // get to its end, and inside of a command.
+    void runFromLisp(const std::vector<lisp::Value>& values, lisp::Position where);
+
     // --- the drawing ---------------------------------------------------------------------------
 
     void useDrawing(std::unique_ptr<AcDbDatabase> drawing);
@@ -139,6 +146,15 @@ class Session::Implementation {
     Answer evaluated(const Reply& reply, bool stops);
     lisp::Value evaluate(const Reply& reply);
     void tellLisp(const lisp::Error& failure, const Reply& reply);
+    struct Given {
+        const std::vector<lisp::Value>& values;
+        std::size_t next = 0;
+    };
+    bool isGiven() const;
+    bool isPauseGiven() const;
+    Answer takeGiven();
+    void echo(std::wstring_view prompt, const Answer& answer);
+    void runNextFromLisp(lisp::Position where);
     Answer askOnce(const Request& request, bool& quoted);
     // Runs a command that was given as the answer to the prompt of another; false for any other
     // answer. Not inside of such a command.
@@ -157,6 +173,7 @@ class Session::Implementation {
         true;  // nothing stands on the line: it is the first, or a reply has ended the last
     bool inputEnded_ = false;
     int depth_ = 0;
+    Given* given_ = nullptr;    // while (command ...) runs commands
     bool transparent_ = false;  // a command runs inside a prompt of another
     CommandResult* running_ = nullptr;
     bool expressionFailed_ = false;  // since the innermost evaluation began, in an input that stops

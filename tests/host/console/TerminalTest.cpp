@@ -49,6 +49,8 @@ class LinuxTerminalSession : public testing::Test {
         return how;
     }
 
+    static std::string probe() { return std::string(ORLINTH_BIN_DIR) + "/ConsoleProbe.arx"; }
+
     Folder folder_;
 };
 
@@ -121,6 +123,56 @@ TEST_F(LinuxTerminalSession, AnInterruptFromOutsideCancelsToo) {
     ASSERT_TRUE(terminal.showsPrompt("Command: "));
     terminal.type("QUIT\r");
     EXPECT_EQ(terminal.exitCode(), 1);
+}
+
+TEST_F(LinuxTerminalSession, CtrlCStopsACommandThatWorks) {
+    Terminal terminal(start({"streets.dxf", "--module", probe()}));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("PROBEWORK\r");
+    ASSERT_TRUE(terminal.shows("working"));
+    terminal.type("\x03");
+    ASSERT_TRUE(terminal.shows("stopped"));
+    ASSERT_TRUE(terminal.shows("*Cancel*"));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("REDO\r");
+    ASSERT_TRUE(terminal.shows("Nothing to redo."));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("QUIT\r");
+    EXPECT_EQ(terminal.exitCode(), 0);
+}
+
+TEST_F(LinuxTerminalSession, CtrlCStopsAScriptThatRuns) {
+    write(folder_ / "long.scr", "PROBEWORK\nREDO\n");
+    Terminal terminal(start({"streets.dxf", "--module", probe()}));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("SCRIPT long.scr\r");
+    ASSERT_TRUE(terminal.shows("working"));
+    terminal.type("\x03");
+    ASSERT_TRUE(terminal.shows("*Cancel*"));
+    ASSERT_TRUE(terminal.shows("Command: "));
+    terminal.type("QUIT\r");
+    EXPECT_EQ(terminal.exitCode(), 0);
+    EXPECT_EQ(terminal.bytes().find("Nothing to redo."), std::string::npos);
+}
+
+TEST_F(LinuxTerminalSession, AMeterOfACommandIsShownAndTakenAway) {
+    Terminal terminal(start({"streets.dxf", "--module", probe()}));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("PROBEMETER\r");
+    ASSERT_TRUE(terminal.shows("Measuring 50 %"));
+    ASSERT_TRUE(terminal.shows("measured"));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("QUIT\r");
+    EXPECT_EQ(terminal.exitCode(), 0);
+    EXPECT_EQ(terminal.screen().lines(),
+              (std::vector<std::string>{"Command: PROBEMETER", "measured", "Command: QUIT", ""}));
+}
+
+TEST_F(LinuxTerminalSession, AMeterIsSilentElsewhere) {
+    const Outcome outcome =
+        run({orlinth(), {"streets.dxf", "--module", probe()}, folder_.path(), "PROBEMETER\n"});
+    EXPECT_EQ(outcome.output, "Command: PROBEMETER\nmeasured\n");
+    EXPECT_EQ(outcome.error, "");
 }
 
 TEST_F(LinuxTerminalSession, ARequestToEndEndsIt) {

@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <random>
+
 #include "host/database/Ledger.h"
 #include "host/editor/SelectionSets.h"
 #include "host/editor/Words.h"
@@ -132,6 +137,32 @@ TEST(Lisp, NothingIsEvaluatedOfATextThatCantBeRead) {
     lisp::Interpreter interpreter;
     EXPECT_NE(failure(interpreter, L"(setq a 1) (setq b"), L"no failure");
     EXPECT_EQ(value(interpreter, L"a"), L"nil");
+}
+
+TEST(Lisp, NothingIsEvaluatedOfATextThatCallsWhatIsNotThere) {
+    lisp::Interpreter interpreter;
+    EXPECT_EQ(failure(interpreter, L"(setq a 1)\n(list (strcat \"x\"))"),
+              L"there is no function STRCAT @2:7");
+    EXPECT_EQ(failure(interpreter, L"(setq a 1) (car)"), L"CAR takes 1 argument, not 0 @1:12");
+    EXPECT_EQ(failure(interpreter, L"(setq a 1 2 3)"), L"setq takes a symbol, not 2 @1:1");
+    EXPECT_EQ(value(interpreter, L"a"), L"nil");
+    EXPECT_EQ(value(interpreter, L"(setq a '(strcat 1))"), L"(STRCAT 1)") << "quoted is no call";
+}
+
+TEST(Lisp, AnEvaluationStopsWhenItIsAskedTo) {
+    lisp::Interpreter interpreter;
+    int steps = 0;
+    interpreter.stopWhen([&steps] { return ++steps == 3; });
+    EXPECT_EQ(failure(interpreter, L"(setq a 1) (setq b 2)"), L"stopped, as it was asked to @1:12");
+    EXPECT_EQ(value(interpreter, L"(list a b)"), L"(1 nil)");
+}
+
+TEST(Lisp, NamesAreThoseOfFunctionsAndValues) {
+    lisp::Interpreter interpreter;
+    interpreter.evaluate(L"(setq käytävä 1)");
+    const std::vector<std::wstring> names = interpreter.names();
+    for (const wchar_t* name : {L"QUOTE", L"SETQ", L"LIST", L"CONS", L"KÄYTÄVÄ"})
+        EXPECT_EQ(std::count(names.begin(), names.end(), name), 1);
 }
 
 TEST(Lisp, WhatCantBeEvaluatedSaysWhere) {
@@ -393,4 +424,188 @@ TEST_F(LispDrawing, WithoutADrawingThereIsNothingToName) {
     EXPECT_EQ(failure(L"(handent \"20\")"), L"no drawing is open @1:1");
     EXPECT_EQ(failure(L"(entlast)"), L"no drawing is open @1:1");
     EXPECT_EQ(failure(L"(ssget \"X\")"), L"no drawing is open @1:1");
+}
+
+TEST_F(LispDrawing, EntgetGivesTheGroupsOfAnEntity) {
+    EXPECT_EQ(
+        value(L"(cdr (entget (handent \"10\")))"),
+        L"((0 . \"LINE\") (5 . \"10\") (8 . \"street\") (10 0.0 0.0 0.0) (11 100.0 0.0 0.0))");
+    EXPECT_EQ(entity(L"(cdr (car (entget (handent \"10\"))))"), harness_.entity(L"10"));
+    EXPECT_EQ(value(L"(car (car (entget (handent \"10\"))))"), L"-1");
+    EXPECT_EQ(failure(L"(entget \"10\")"),
+              L"ENTGET takes an entity as its first argument, not \"10\" @1:1");
+    EXPECT_EQ(failure(L"(entget (handent \"99\"))"),
+              L"ENTGET takes an entity as its first argument, not nil @1:1");
+}
+
+TEST(LispEntities, EntgetHasAnglesInRadiansAndHandlesAsEntities) {
+    test::DrawingText drawing("AC1015");
+    drawing.entity("LINE|5 1A|8 0|10 0.0|20 0.0|30 0.0|11 1.0|21 0.0|31 0.0");
+    drawing.entity(
+        "TEXT|5 1B|330 1A|331 FFFF|100 AcDbEntity|8 0|62 3|100 AcDbText|10 1.0|20 2.0|40 2.5|1 Tie "
+        "|50 "
+        "180.0|160 5000000000|1001 APP|1000 x");
+    Harness harness(drawing, {});
+    lisp::Interpreter interpreter;
+    lisp::defineDrawingFunctions(interpreter);
+    interpreter.evaluate(L"(setq g (cdr (entget (handent \"1B\"))))");
+    const std::wstring shown = value(interpreter, L"(cdr (cdr (cdr g)))");
+    EXPECT_EQ(
+        shown,
+        L"((331 . \"FFFF\") (100 . \"AcDbEntity\") (8 . \"0\") (62 . 3) (100 . \"AcDbText\") (10 "
+        L"1.0 2.0 0.0) (40 . 2.5) (1 . \"Tie \") (50 . 3.141592653589793) (160 . 5e+09))");
+    EXPECT_EQ(value(interpreter, L"(entget (cdr (car (cdr (cdr g)))))"),
+              value(interpreter, L"(entget (handent \"1A\"))"));
+}
+
+TEST(LispCommands, CommandRunsACommandWithItsAnswers) {
+    Harness harness(smallTown(), {L"(command \"SELECT\" (handent \"10\") (ssget \"X\" '((0 . "
+                                  L"\"CIRCLE\"))) '(30 50) \"W\" \"0,0\" '(60 5) \"\")"});
+    const std::wstring shown = harness.run();
+    EXPECT_EQ(test::handles(harness.result().prompts.at(0).entities), L"10 12 11 20");
+    EXPECT_NE(shown.find(L"Command: SELECT\nSelect objects: <Entity name: "), std::wstring::npos);
+    EXPECT_NE(shown.find(L"Select objects: (30 50)\n1 found, 3 total\nSelect objects: W\nSpecify "
+                         L"first corner: 0,0\n"),
+              std::wstring::npos);
+    EXPECT_EQ(shown.substr(shown.size() - 4), L"\nnil");
+}
+
+TEST(LispCommands, WhatTheArgumentsLeaveOpenTheInputAnswers) {
+    Harness harness(smallTown(), {L"(command \"SELECT\" \"ALL\")", L"(handent \"10\")", L"",
+                                  L"(command \"SELECT\" \"\\\\\" \"\")", L"L"});
+    harness.run();
+    ASSERT_EQ(harness.results().size(), 2u);
+    EXPECT_EQ(harness.results()[0].end, CommandResult::End::done);
+    EXPECT_EQ(test::handles(harness.results()[1].prompts.at(0).entities), L"22");
+}
+
+TEST(LispCommands, SeveralCommandsAndRepetition) {
+    Harness harness(smallTown(),
+                    {L"(command \"SELECT\" \"L\" \"\" \"_.select\" \"ALL\" \"\" \"\" \"L\" \"\")",
+                     L"(command)", L"(command nil)"});
+    harness.run();
+    EXPECT_EQ(harness.results().size(), 3u);
+}
+
+TEST(LispCommands, CmdechoHidesWhatIsAskedAndAnswered) {
+    Harness harness(smallTown(), {L"(setvar \"CMDECHO\" 0)", L"(command \"SELECT\" \"L\" \"\")"});
+    EXPECT_EQ(harness.run(),
+              L"Command: (setvar \"CMDECHO\" 0)\n0\nCommand: (command \"SELECT\" \"L\" \"\")\n1 "
+              L"found\nRTNORM 22\nnil");
+}
+
+TEST(LispCommands, WhatGoesWrongEndsTheExpression) {
+    const auto errorOf = [](const std::wstring& line) {
+        Harness harness(smallTown(), {line});
+        harness.run();
+        return harness.output().errors.empty() ? std::wstring() : harness.output().errors.back();
+    };
+    EXPECT_EQ(errorOf(L"(command \"NOSUCH\")"),
+              L"LISP: there is no command NOSUCH (RUN.scr, line 1, column 1)");
+    EXPECT_EQ(errorOf(L"(command 7)"),
+              L"LISP: command takes the name of a command, not 7 (RUN.scr, line 1, column 1)");
+    EXPECT_EQ(errorOf(L"(list (command \"SELECT\" nil) (setvar \"EXPERT\" 1))"),
+              L"LISP: SELECT did not finish (RUN.scr, line 1, column 7)");
+    Harness harness(smallTown(), {L"SELECT", L"(command \"SELECT\" \"L\" \"\")"});
+    harness.run();
+    EXPECT_EQ(harness.output().errors.at(0),
+              L"LISP: command can't be used inside of SELECT (RUN.scr, line 2, column 1)");
+}
+
+TEST(LispCommands, AnotherDrawingIsNotOpenedFromInside) {
+    Harness harness(smallTown(), {L"(command \"REOPEN\")", L""});
+    Session::HostCommand reopen;
+    reopen.name = L"REOPEN";
+    reopen.run = [](Session& session) { session.useDrawing(smallTown().database()); };
+    harness.session().addHostCommand(reopen);
+    AcDbDatabase* const before = harness.session().drawing();
+    harness.run();
+    EXPECT_EQ(harness.session().drawing(), before);
+    EXPECT_EQ(harness.output().errors.at(0),
+              L"another drawing can't be opened from inside of an expression");
+}
+
+// Files to load.
+class LispLoad : public testing::Test {
+  protected:
+    LispLoad() {
+        folder_ = std::filesystem::temp_directory_path() /
+                  ("orlinth-lisp-" + std::to_string(std::random_device()()));
+        std::filesystem::create_directory(folder_);
+        lisp::defineSessionFunctions(interpreter_);
+    }
+    ~LispLoad() override {
+        std::error_code ignored;
+        std::filesystem::remove_all(folder_, ignored);
+    }
+
+    void file(const std::string& name, const std::string& text) const {
+        std::ofstream(folder_ / name, std::ios::binary) << text;
+    }
+    // "(load "FOLDER/name" rest)"
+    std::wstring load(const std::string& name, const std::wstring& rest = L"") const {
+        return L"(load \"" + fromUtf8((folder_ / name).generic_u8string()) + L"\"" + rest + L")";
+    }
+    // What `failure` tells, without the folder.
+    std::wstring failed(const std::wstring& text) {
+        std::wstring said = failure(interpreter_, text);
+        const std::wstring folder = fromUtf8((folder_ / "").generic_u8string());
+        for (std::size_t at = 0; (at = said.find(folder)) != std::wstring::npos;)
+            said.erase(at, folder.size());
+        return said;
+    }
+
+    std::filesystem::path folder_;
+    lisp::Interpreter interpreter_;
+};
+
+TEST_F(LispLoad, AFileIsEvaluatedAndGivesItsLastValue) {
+    file("a.lsp", "; two\n(setq a 1)\n(list a\n \"\xC3\xA4\")\n");
+    EXPECT_EQ(value(interpreter_, load("a.lsp")), L"(1 \"ä\")");
+    EXPECT_EQ(value(interpreter_, load("a")), L"(1 \"ä\")") << ".lsp is added";
+    file("empty.lsp", "");
+    EXPECT_EQ(value(interpreter_, load("empty")), L"nil");
+}
+
+TEST_F(LispLoad, WhatIsWrongInAFileIsToldWithItsPlace) {
+    file("a.lsp", "(setq b 2)\n (nosuch)");
+    EXPECT_EQ(failed(load("a")), L"there is no function NOSUCH, in a.lsp, line 2, column 2 @1:1");
+    EXPECT_EQ(value(interpreter_, L"b"), L"nil") << "nothing of the file was done";
+    file("open.lsp", "(list");
+    EXPECT_EQ(
+        failed(L"(list " + load("open") + L")"),
+        L"the list that begins here has no closing parenthesis, in open.lsp, line 1, column 1 "
+        L"@1:7");
+}
+
+TEST_F(LispLoad, AFileThatIsNotThereIsNamedOrAnswersOtherwise) {
+    EXPECT_EQ(failed(load("none")), L"none.lsp is not there: no file of that name was found @1:1");
+    EXPECT_EQ(value(interpreter_, load("none", L" 7")), L"7");
+    std::filesystem::create_directory(folder_ / "folder.lsp");
+    EXPECT_EQ(failed(load("folder")), L"folder.lsp is no file that can be read @1:1");
+    EXPECT_EQ(failed(L"(load 7)"), L"LOAD takes a text as its first argument, not 7 @1:1");
+}
+
+TEST_F(LispLoad, AFileThatIsTooLargeIsRefused) {
+    file("large.lsp", "");
+    std::filesystem::resize_file(folder_ / "large.lsp", (16U << 20U) + 1);
+    EXPECT_EQ(failed(load("large")), L"large.lsp is too large: at most 16 MB can be loaded @1:1");
+}
+
+TEST_F(LispLoad, AFileThatLeadsToItselfIsStopped) {
+    file("a.lsp", toUtf8(load("b.lsp")));
+    file("b.lsp", toUtf8(load("a.lsp")));
+    EXPECT_EQ(failed(load("a")),
+              L"a.lsp has led to itself and would never end, in b.lsp, line 1, column 1, in a.lsp, "
+              L"line 1, column 1 @1:1");
+    EXPECT_EQ(failed(load("a")).substr(0, 7), L"a.lsp h") << "and may be tried again";
+}
+
+TEST_F(LispLoad, StepsOfAllFilesCountTogether) {
+    std::string many;
+    for (int i = 0; i < 60000; ++i) many += "1 ";
+    file("many.lsp", many);
+    EXPECT_EQ(value(interpreter_, load("many")), L"1");
+    EXPECT_NE(failed(load("many") + load("many")).find(L"stopped after 100000 steps"),
+              std::wstring::npos);
 }

@@ -7,15 +7,20 @@
 //   PROBEOPEN     turns it and leaves it open
 //   PROBEERASE    erases it, which is no turning
 //   PROBETURN     turns it by a quarter, as it should
+// Two ask for nothing:
+//   PROBEMETER    shows a meter at its half for as long as it takes one to appear
+//   PROBEWORK     works until somebody asks it to stop, but at most a minute
 #include <accmd.h>
 #include <acdbads.h>
 #include <aced.h>
 #include <acedads.h>
+#include <acutads.h>
 #include <adscodes.h>
 #include <dbents.h>
 #include <rxdefs.h>
 #include <rxdlinkr.h>
 
+#include <chrono>
 #include <stdexcept>
 
 #include "tam/TamExceptions.h"
@@ -84,6 +89,24 @@ void turn() {
     close(askAndTurn());
 }
 
+using Clock = std::chrono::steady_clock;
+
+void showMeter() {
+    const auto end = Clock::now() + std::chrono::milliseconds(500);
+    acedSetStatusBarProgressMeter(L"Measuring", 10, 30);
+    while (Clock::now() < end) acedSetStatusBarProgressMeterPos(20);
+    acedRestoreStatusBar();
+    acutPrintf(L"\nmeasured");
+}
+
+void work() {
+    const auto end = Clock::now() + std::chrono::minutes(1);
+    acutPrintf(L"\nworking\n");
+    while (acedUsrBrk() == 0 && Clock::now() < end) {
+    }
+    acutPrintf(L"\n%s", acedUsrBrk() == 0 ? L"done" : L"stopped");
+}
+
 void addCommands(void* packet) {
     acrxDynamicLinker->unlockApplication(packet);
     const auto add = [](const wchar_t* name, AcRxFunctionPtr function) {
@@ -96,6 +119,8 @@ void addCommands(void* packet) {
     add(L"PROBEOPEN", leaveOpen);
     add(L"PROBEERASE", erase);
     add(L"PROBETURN", turn);
+    add(L"PROBEMETER", showMeter);
+    add(L"PROBEWORK", work);
 }
 
 }  // namespace
