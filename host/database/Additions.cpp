@@ -145,6 +145,13 @@ void AcDbImpDatabase::complete(AcDbObject& object, Number owner) const {
     if (structure_.block(owner) != nullptr) {
         fields.paperSpace = owner == structure_.paperSpace() ? 1 : 0;
     }
+    if (auto* mline = dynamic_cast<MlineFields*>(&fields)) {
+        const auto style = find(Table::mlineStyle, mline->style);
+        MlineStyleFields read;
+        if (style) {
+            mline->elements = static_cast<const MlineStyleFields&>(fieldsAt(*style, read)).elements;
+        }
+    }
     if (auto* text = dynamic_cast<TextFields*>(&fields); text != nullptr && text->height == 0.0) {
         const auto size = document_->headerVariable("$TEXTSIZE").find(40);
         const double height = size ? size->real().value_or(0.0) : 0.0;

@@ -1,5 +1,6 @@
 // AcDbDatabase and the host's services around it.
 #include <dbapserv.h>
+#include <dbdict.h>
 #include <dbmain.h>
 #include <dbsymtb.h>
 
@@ -17,15 +18,21 @@ ACRX_NO_CONS_DEFINE_MEMBERS(AcDbHostApplicationServices, AcRxObject)
 namespace {
 
 template <class T>
-Acad::ErrorStatus openTable(AcDbImpDatabase& database, Table which, T*& table,
-                            AcDb::OpenMode mode) {
-    table = nullptr;
-    HOST_CALL("AcDbDatabase::getSymbolTable");
+Acad::ErrorStatus openObjectOf(AcDbImpDatabase& database, Table which, T*& table,
+                               AcDb::OpenMode mode) {
     AcDbObject* opened = nullptr;
     const Acad::ErrorStatus status =
         database.open(opened, database.structure().tableObject(which), mode, false);
     if (status == Acad::eOk) table = static_cast<T*>(opened);
     return status;
+}
+
+template <class T>
+Acad::ErrorStatus openTable(AcDbImpDatabase& database, Table which, T*& table,
+                            AcDb::OpenMode mode) {
+    table = nullptr;
+    HOST_CALL("AcDbDatabase::getSymbolTable");
+    return openObjectOf(database, which, table, mode);
 }
 
 AcDbObjectId tableId(const AcDbImpDatabase& database, Table which) {
@@ -67,6 +74,13 @@ AcDbObjectId AcDbDatabase::linetypeTableId() const {
 }
 AcDbObjectId AcDbDatabase::textStyleTableId() const {
     return tableId(*m_impl, Table::textStyle);
+}
+
+Acad::ErrorStatus AcDbDatabase::getMLStyleDictionary(AcDbDictionary*& dictionary,
+                                                     AcDb::OpenMode mode) {
+    dictionary = nullptr;
+    HOST_CALL("AcDbDatabase::getMLStyleDictionary");
+    return openObjectOf(*m_impl, Table::mlineStyle, dictionary, mode);
 }
 
 AcDbObjectId AcDbDatabase::layerZero() const {

@@ -1,6 +1,7 @@
 #include "host/database/DatabaseImp.h"
 
 #include <dbapserv.h>
+#include <dbmline.h>
 #include <dbsymtb.h>
 
 #include <algorithm>
@@ -268,6 +269,8 @@ bool AcDbImpDatabase::mayErase(const AcDbObject& object) const {
     const Number number = numberOf(object.objectId());
     if (object.isKindOf(AcDbSymbolTable::desc())) return false;
     if (number == structure_.modelSpace() || number == structure_.paperSpace()) return false;
+    if (number == structure_.tableObject(Table::mlineStyle)) return false;
     // Symbols are named by others, and records that the drawing lacks can't be taken out of it.
-    return !object.isKindOf(AcDbSymbolTableRecord::desc());
+    return !object.isKindOf(AcDbSymbolTableRecord::desc()) &&
+           !object.isKindOf(AcDbMlineStyle::desc());
 }

@@ -1,8 +1,10 @@
 #include "host/database/HostClasses.h"
 
 #include <dbapserv.h>
+#include <dbdict.h>
 #include <dbelipse.h>
 #include <dbents.h>
+#include <dbmline.h>
 #include <dbpl.h>
 #include <dbregion.h>
 #include <dbsol3d.h>
@@ -95,7 +97,6 @@ constexpr Kept kKeptEntities[] = {
     {"LOFTEDSURFACE", L"LOFTEDSURFACE", L"AcDbLoftedSurface"},
     {"MESH", L"MESH", L"AcDbSubDMesh"},
     {"MLEADER", L"MLEADER", L"AcDbMLeader"},
-    {"MLINE", L"MLINE", L"AcDbMline"},
     {"MULTILEADER", L"MULTILEADER", L"AcDbMLeader"},
     {"NURBSURFACE", L"NURBSURFACE", L"AcDbNurbSurface"},
     {"OLE2FRAME", L"OLE2FRAME", L"AcDbOle2Frame"},
@@ -118,13 +119,11 @@ constexpr Kept kKeptObjects[] = {
     {"ACAD_PROXY_OBJECT", L"ACAD_PROXY_OBJECT", L"AcDbProxyObject"},
     {"ACDBDICTIONARYWDFLT", L"ACDBDICTIONARYWDFLT", L"AcDbDictionaryWithDefault"},
     {"ACDBPLACEHOLDER", L"ACDBPLACEHOLDER", L"AcDbPlaceHolder"},
-    {"DICTIONARY", L"DICTIONARY", L"AcDbDictionary"},
     {"DICTIONARYVAR", L"DICTIONARYVAR", L"AcDbDictionaryVar"},
     {"GROUP", L"GROUP", L"AcDbGroup"},
     {"IMAGEDEF", L"IMAGEDEF", L"AcDbRasterImageDef"},
     {"LAYOUT", L"LAYOUT", L"AcDbLayout"},
     {"MATERIAL", L"MATERIAL", L"AcDbMaterial"},
-    {"MLINESTYLE", L"MLINESTYLE", L"AcDbMlineStyle"},
     {"PLOTSETTINGS", L"PLOTSETTINGS", L"AcDbPlotSettings"},
     {"SORTENTSTABLE", L"SORTENTSTABLE", L"AcDbSortentsTable"},
     {"XRECORD", L"XRECORD", L"AcDbXrecord"},
@@ -156,6 +155,7 @@ const ClassTable& entityClasses() {
             {"ELLIPSE", whole<AcDbEllipse>()},
             {"LINE", whole<AcDbLine>()},
             {"LWPOLYLINE", whole<AcDbPolyline>()},
+            {"MLINE", whole<AcDbMline>()},
             {"MTEXT", whole<AcDbMText>()},
             {"POINT", whole<AcDbPoint>()},
             {"REGION", whole<AcDbRegion>()},
@@ -184,7 +184,8 @@ const ClassTable& entityClasses() {
 
 const ClassTable& objectClasses() {
     static const auto* const table = [] {
-        auto* made = new ClassTable;
+        auto* made = new ClassTable{{"DICTIONARY", whole<AcDbDictionary>()},
+                                    {"MLINESTYLE", whole<AcDbMlineStyle>()}};
         for (const Kept& kept : kKeptObjects) {
             made->emplace(kept.type, named<AcDbObject, NoFields>(kept.className, kept.dxfName));
         }
@@ -342,9 +343,11 @@ ObjectClass classOfImplied(const Structure::Implied& implied) {
             return implied.isTable ? whole<AcDbLayerTable>() : whole<AcDbLayerTableRecord>();
         case Table::linetype:
             return implied.isTable ? whole<AcDbLinetypeTable>() : whole<AcDbLinetypeTableRecord>();
-        default:
+        case Table::textStyle:
             return implied.isTable ? whole<AcDbTextStyleTable>()
                                    : whole<AcDbTextStyleTableRecord>();
+        default:
+            return implied.isTable ? whole<AcDbDictionary>() : whole<AcDbMlineStyle>();
     }
 }
 

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "host/database/BodyData.h"
+#include "host/database/Dictionaries.h"
 #include "host/database/Names.h"
 #include "host/database/ObjectFields.h"
 #include "host/database/ObjectImp.h"
@@ -47,6 +48,7 @@ class NewRecords {
             for (const auto& [owner, members] : database_.added()) {
                 if (owner < document_.size() && isSubEntityOwner(owner)) addParts(owner, members);
             }
+            addMlineStyle();
         }
         updateHeader();
     }
@@ -89,6 +91,8 @@ class NewRecords {
         const std::vector<ObjectNumber> parts = liveParts(number);
         if (const auto* reference = dynamic_cast<const InsertFields*>(&fields)) {
             reference->writeWith(out, !parts.empty());
+        } else if (const auto* mline = dynamic_cast<const MlineFields*>(&fields)) {
+            mline->writeWith(out, styleHandle(*mline));
         } else {
             fields.write(out);
         }
@@ -327,6 +331,89 @@ class NewRecords {
         changes_[record].push_back({GroupEdit::Kind::replace, *index, 70, wanted});
     }
 
+    // --- styles of multi-lines
+
+    // What the drawing doesn't list gets a handle here.
+    std::uint64_t styleHandle(const MlineFields& mline) {
+        const auto style = structure_.find(Table::mlineStyle, mline.style);
+        if (style && *style < document_.size()) return database_.handleOf(*style);
+        if (newStyle_ == 0) newStyle_ = freshHandle();
+        return newStyle_;
+    }
+
+    void addMlineStyle() {
+        if (newStyle_ == 0) return;
+        RecordWriter out = writer();
+        const ObjectNumber styles = structure_.tableObject(Table::mlineStyle);
+        std::uint64_t dictionary = database_.handleOf(styles);
+        if (styles < document_.size()) {
+            addEntry(styles, kStandardMline, newStyle_);
+        } else {
+            dictionary = freshHandle();
+            const std::uint64_t root = enterIntoRoot(out, dictionary);
+            writeDictionary(out, dictionary, root, kStandardMline, newStyle_);
+        }
+        out.setIdentity(newStyle_, dictionary);
+        MlineStyleFields style;
+        style.name = kStandardMline;
+        style.write(out);
+        addObjects(out.take());
+    }
+
+    // The handle of the drawing's first dictionary, which is made when there is none.
+    std::uint64_t enterIntoRoot(RecordWriter& out, std::uint64_t styles) {
+        if (const auto root = rootDictionary(document_)) {
+            addEntry(*root, kMlineStyles, styles);
+            return database_.handleOf(*root);
+        }
+        const std::uint64_t root = freshHandle();
+        writeDictionary(out, root, 0, kMlineStyles, styles);
+        return root;
+    }
+
+    static void writeDictionary(RecordWriter& out, std::uint64_t handle, std::uint64_t owner,
+                                const wchar_t* name, std::uint64_t entry) {
+        out.setIdentity(handle, owner);
+        out.beginObject("DICTIONARY");
+        out.marker(L"AcDbDictionary");
+        if (out.manner().atLeast(dxf::Release::R2000)) out.integer(281, 1);
+        out.text(3, name);
+        out.handleGroup(350, entry);
+    }
+
+    // At the end of the dictionary's own groups.
+    void addEntry(RecordIndex dictionary, const wchar_t* name, std::uint64_t entry) {
+        constexpr int kExtendedData = 1000;
+        std::size_t last = 0;
+        std::size_t index = 0;
+        for (const dxf::Group& group : document_.groups(dictionary)) {
+            if (group.code() >= kExtendedData) break;
+            last = index++;
+        }
+        auto& edits = changes_[dictionary];
+        edits.push_back({GroupEdit::Kind::insertAfter, last, 3, std::wstring(name)});
+        edits.push_back({GroupEdit::Kind::insertAfter, last, 350, handleText(entry)});
+    }
+
+    // The first dictionary has to be the first object.
+    void addObjects(std::vector<GroupEdit> objects) {
+        const auto section = firstSection({Section::objects});
+        if (section && rootDictionary(document_)) {
+            put(*endOfSection(Section::objects), std::move(objects));
+            return;
+        }
+        if (section) {
+            put(*section + 1, std::move(objects));
+            return;
+        }
+        RecordWriter out = writer();
+        beginSection(out, L"OBJECTS");
+        put(behindEntities(), out.take());
+        put(behindEntities(), std::move(objects));
+        out.beginRecord("ENDSEC");
+        put(behindEntities(), out.take());
+    }
+
     // --- sections
 
     static void beginSection(RecordWriter& out, const wchar_t* name) {
@@ -416,6 +503,7 @@ class NewRecords {
     std::vector<BodyData> bodies_;
     std::uint64_t nextHandle_ = 0;
     std::uint64_t highest_ = 0;  // of the handles written
+    std::uint64_t newStyle_ = 0;
 };
 
 }  // namespace

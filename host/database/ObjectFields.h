@@ -347,6 +347,49 @@ struct CornerFields : FieldsOf<CornerFields, EntityFields> {
     AcGeVector3d plane() const override { return normal; }
 };
 
+// The lines of a multi-line style.
+struct MlineElements {
+    std::vector<double> offsets{0.5, -0.5};  // to the left
+    double startAngle = 1.5707963267948966;  // at which the lines of an open one begin and end
+    double endAngle = 1.5707963267948966;
+};
+
+// MLINE. Vertices are in world coordinates.
+struct MlineFields : FieldsOf<MlineFields, EntityFields> {
+    static constexpr int kHasVertices = 1;
+    static constexpr int kClosed = 2;
+
+    struct Vertex {
+        AcGePoint3d position;
+        AcGeVector3d direction;  // of the segment that follows
+        AcGeVector3d miter;      // across it, to the left
+        double stretch = 1.0;    // of offsets along the miter
+    };
+    std::wstring style = L"STANDARD";
+    double scale = 1.0;
+    int justification = 0;
+    int flags = 0;
+    AcGeVector3d normal = AcGeVector3d::kZAxis;
+    std::vector<AcGePoint3d> points;  // as they were given
+    MlineElements elements;           // of the style, once it is in a database
+    static FieldTable fieldTable();
+    bool takeGroup(const dxf::Document& document, const dxf::Group& group) override;
+    Acad::ErrorStatus mayBeWritten(const Manner& manner) const override;
+    bool isFinite() const override;
+    Names namesUsed() const override;
+    void write(RecordWriter& out) const override { writeWith(out, 0); }
+    void writeWith(RecordWriter& out, std::uint64_t styleHandle) const;
+    bool isClosedLine() const { return (flags & kClosed) != 0; }
+    // The point in the plane.
+    AcGePoint3d position(std::size_t index) const;
+    std::vector<Vertex> vertices() const;
+
+  private:
+    std::vector<AcGeVector3d> directions() const;
+    // What is added to offsets for the justification.
+    double shift() const;
+};
+
 // What the header says and the host changes.
 struct HeaderFields : FieldsOf<HeaderFields> {
     std::wstring currentLayer;
@@ -394,6 +437,18 @@ struct TextStyleFields : FieldsOf<TextStyleFields, SymbolFields> {
     static FieldTable fieldTable();
     Acad::ErrorStatus mayBeWritten(const Manner& manner) const override;
     void write(RecordWriter& out) const override;
+};
+
+// MLINESTYLE. Of a new one, the style that every drawing has.
+struct MlineStyleFields : FieldsOf<MlineStyleFields, SymbolFields> {
+    MlineElements elements;
+    static FieldTable fieldTable();
+    bool takeGroup(const dxf::Document& document, const dxf::Group& group) override;
+    void finish(const std::function<bool(int)>& seen) override;
+    void write(RecordWriter& out) const override;
+
+  private:
+    std::vector<double> read_;
 };
 
 struct BlockFields : FieldsOf<BlockFields, SymbolFields> {

@@ -114,6 +114,12 @@ void RecordWriter::beginTable(const wchar_t* name, std::size_t count) {
     integer(70, static_cast<std::int64_t>(count));
 }
 
+void RecordWriter::beginObject(std::string_view type) {
+    beginRecord(type);
+    handleGroup(5, handle_);
+    text(330, owner_ == 0 ? L"0" : handleText(owner_));
+}
+
 void RecordWriter::marker(const wchar_t* name) {
     if (manner_.markers) text(100, name);
 }

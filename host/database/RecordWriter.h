@@ -60,6 +60,8 @@ class RecordWriter {
     void beginSymbol(std::string_view type, const wchar_t* marker, const SymbolFields& fields);
     // A record with a handle of its own that belongs to the object.
     void beginPart(std::string_view type, const EntityFields& fields);
+    // An object that is neither, which names its owner in every release.
+    void beginObject(std::string_view type);
     void beginRecord(std::string_view type) { text(0, std::wstring(type.begin(), type.end())); }
     // A record with a handle, without an owner.
     void beginTable(const wchar_t* name, std::size_t count);

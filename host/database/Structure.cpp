@@ -5,6 +5,7 @@
 #include <unordered_set>
 #include <utility>
 
+#include "host/database/Dictionaries.h"
 #include "host/database/Names.h"
 
 namespace host::database {
@@ -62,6 +63,7 @@ class Structure::Builder {
             if (section == dxf::Section::blocks) takeBlockRecord(record);
         }
         endBlock(document_.size());
+        takeMlineStyles();
         addImplied();
         indexBlocks();
         return std::move(result_);
@@ -134,6 +136,18 @@ class Structure::Builder {
         openBlock_.reset();
     }
 
+    void takeMlineStyles() {
+        const auto dictionary = mlineStyleDictionary(document_);
+        if (!dictionary) return;
+        table(Table::mlineStyle).object = *dictionary;
+        for (const DictionaryEntry& entry : dictionaryEntries(document_, *dictionary)) {
+            const auto style = document_.find(entry.handle);
+            if (style && document_.type(*style) == "MLINESTYLE") {
+                list(Table::mlineStyle, *style, entry.name);
+            }
+        }
+    }
+
     ObjectNumber imply(Table which, bool isTable, std::wstring_view name) {
         result_->implied.push_back({which, isTable, std::wstring(name)});
         return document_.size() + static_cast<ObjectNumber>(result_->implied.size()) - 1;
@@ -149,6 +163,9 @@ class Structure::Builder {
         implyRecord(Table::layer, L"0");
         implyRecord(Table::linetype, L"CONTINUOUS");
         implyRecord(Table::textStyle, L"STANDARD");
+        auto& styles = table(Table::mlineStyle).object;
+        if (!styles) styles = imply(Table::mlineStyle, true, kMlineStyles);
+        implyRecord(Table::mlineStyle, kStandardMline);
     }
 
     // Puts the record at the head of its table unless the drawing has it.

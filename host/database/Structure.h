@@ -1,6 +1,6 @@
-// How a drawing's records hang together: its symbol tables, its blocks and what they hold, the
-// sub-entities of polylines and block references. Found out when it is first asked for, from record
-// types and the few groups that say it.
+// How a drawing's records hang together: its symbol tables and styles of multi-lines, its blocks
+// and what they hold, the sub-entities of polylines and block references. Found out when it is
+// first asked for, from record types and the few groups that say it.
 #pragma once
 
 #include <cstdint>
@@ -20,8 +20,9 @@ namespace host::database {
 // drawing lacks.
 using ObjectNumber = std::uint32_t;
 
-enum class Table : std::uint8_t { block, layer, linetype, textStyle };
-constexpr int kTables = 4;
+// The symbol tables, and the dictionary of multi-line styles, which is looked into as they are.
+enum class Table : std::uint8_t { block, layer, linetype, textStyle, mlineStyle };
+constexpr int kTables = 4;  // symbol tables
 
 class Structure {
   public:
@@ -79,7 +80,7 @@ class Structure {
         std::unordered_map<std::wstring, ObjectNumber> byName;
     };
     struct Tables {
-        TableIndex tables[kTables];
+        TableIndex tables[kTables + 1];
         std::vector<Block> blocks;  // in the drawing's order
         std::unordered_map<ObjectNumber, std::size_t> byObject;
         std::vector<std::pair<dxf::RecordIndex, std::size_t>> byBegin;

@@ -56,8 +56,8 @@ class AcDbDatabase : public AcRxObject {
   public:
     ACRX_DECLARE_MEMBERS(AcDbDatabase);
 
-    // An empty drawing: model space, paper space, layer "0", linetype "CONTINUOUS" and text style
-    // "STANDARD".
+    // An empty drawing: model space, paper space, layer "0", linetype "CONTINUOUS", text style and
+    // multi-line style "STANDARD".
     explicit AcDbDatabase(bool buildDefaultDrawing = true, bool noDocument = false);
     ~AcDbDatabase() override;
 
@@ -70,6 +70,9 @@ class AcDbDatabase : public AcRxObject {
     AcDbObjectId layerTableId() const;
     AcDbObjectId linetypeTableId() const;
     AcDbObjectId textStyleTableId() const;
+    // The styles of multi-lines by name, opened in the given mode; the caller closes them.
+    Acad::ErrorStatus getMLStyleDictionary(AcDbDictionary*& dictionary,
+                                           AcDb::OpenMode mode = AcDb::kForRead);
 
     // Layer "0", and the layer that new entities take: the drawing's current one, or "0" when that
     // doesn't exist.

@@ -1,0 +1,117 @@
+// An independent reader, ezdxf, audits drawings with new multi-lines and computes their joints
+// itself: natively only, for it is a package of the distribution's own Python.
+#ifndef _WIN32
+
+#include <dbdict.h>
+#include <dbmline.h>
+#include <stdlib.h>
+
+#include <filesystem>
+#include <fstream>
+#include <random>
+
+#include "tests/host/database/NewEntities.h"
+#include "tests/host/support/LedgerListener.h"
+
+using namespace host;
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr int kDrawn = 24;
+
+// Arguments: the drawing, the drawing before, the number of multi-lines at its end.
+constexpr char kScript[] = R"(
+import sys, ezdxf
+def audited(path):
+    drawing = ezdxf.readfile(path)
+    auditor = drawing.audit()
+    return drawing, len(auditor.errors) + len(auditor.fixes), auditor
+after, troubles, auditor = audited(sys.argv[1])
+if troubles != audited(sys.argv[2])[1]:
+    sys.exit('audit: ' + '; '.join(e.message for e in auditor.errors + auditor.fixes))
+count = int(sys.argv[3])
+added = list(after.modelspace())[-count:]
+def near(a, b, what):
+    if abs(a - b) > 1e-8 * max(1, abs(b)): sys.exit('%s: %s is not %s' % (what, a, b))
+for number, mline in enumerate(added):
+    if mline.dxftype() != 'MLINE': sys.exit(mline.dxftype())
+    style = mline.style
+    if style is None or style.dxf.name.upper() != 'STANDARD': sys.exit('style %s' % style)
+    if mline.dxf.style_handle != style.dxf.handle: sys.exit('handle of the style')
+    if mline.dxf.count != len(mline.vertices): sys.exit('number of vertices')
+    if mline.dxf.style_element_count != len(style.elements): sys.exit('number of lines')
+    if mline.is_closed != (number % 2 == 1) or mline.dxf.justification != number % 3:
+        sys.exit('flags')
+    stored = [(v.location, v.line_direction, v.miter_direction, v.line_params) for v in mline.vertices]
+    mline.update_geometry()
+    if len(stored) != len(mline.vertices): sys.exit('vertices fall together')
+    for (place, along, miter, params), v in zip(stored, mline.vertices):
+        for a, b in zip(place.xyz + along.xyz + miter.xyz,
+                        v.location.xyz + v.line_direction.xyz + v.miter_direction.xyz):
+            near(a, b, 'vertex of %d' % number)
+        for line, wanted in zip(params, v.line_params):
+            if len(line) != len(wanted): sys.exit('parameters')
+            for a, b in zip(line, wanted): near(a, b, 'parameter of %d' % number)
+)";
+
+class Folder {
+  public:
+    Folder() {
+        char name[] = "/tmp/orlinth-mline-XXXXXX";
+        path_ = ::mkdtemp(name);
+    }
+    ~Folder() { fs::remove_all(path_); }
+    fs::path operator/(const char* name) const { return path_ / name; }
+
+  private:
+    fs::path path_;
+};
+
+void drawAll(AcDbDatabase& database) {
+    std::mt19937 random(20);
+    const auto real = [&](double low, double high) {
+        return std::uniform_real_distribution<double>(low, high)(random);
+    };
+    for (int i = 0; i < kDrawn; ++i) {
+        auto* mline = new AcDbMline;
+        mline->setNormal(i % 4 == 3 ? AcGeVector3d(real(-1, 1), real(-1, 1), 1)
+                                    : AcGeVector3d::kZAxis);
+        mline->setScale(real(0.1, 4));
+        const AcGePoint3d base = i % 5 == 4 ? AcGePoint3d(25496000, 6672000, 10) : AcGePoint3d();
+        const int vertices = 2 + static_cast<int>(random() % 7) + i % 2;
+        for (int k = 0; k < vertices; ++k) {
+            mline->appendSeg({base.x + real(-9, 9), base.y + real(-9, 9), base.z + real(-9, 9)});
+        }
+        mline->setClosedMline(i % 2 == 1);
+        mline->setJustification(static_cast<Mline::MlineJustification>(i % 3));
+        ASSERT_EQ(test::append(database, mline), Acad::eOk);
+    }
+}
+
+class MlinesEzdxf : public testing::TestWithParam<const char*> {};
+
+}  // namespace
+
+TEST_P(MlinesEzdxf, FindsTheSameJointsAndNoFault) {
+    const fs::path source = fs::path(ORLINTH_TEST_DATA) / "releases" / GetParam();
+    const auto database = database::readDrawing(source);
+    const test::Working working(*database);
+    drawAll(*database);
+    const Folder folder;
+    database::saveDrawing(*database, folder / "drawn.dxf");
+    std::ofstream(folder / "check.py") << kScript;
+    const std::string command = "/usr/bin/python3 '" + (folder / "check.py").string() + "' '" +
+                                (folder / "drawn.dxf").string() + "' '" + source.string() + "' " +
+                                std::to_string(kDrawn) + " 2>&1";
+    EXPECT_EQ(std::system(command.c_str()), 0) << command;
+}
+
+INSTANTIATE_TEST_SUITE_P(Releases, MlinesEzdxf,
+                         testing::Values("r13.dxf", "r13_binary.dxf", "r14.dxf", "r14_binary.dxf",
+                                         "r2000.dxf", "r2000_binary.dxf", "r2004.dxf",
+                                         "r2004_binary.dxf", "r2007.dxf", "r2007_binary.dxf",
+                                         "r2010.dxf", "r2010_binary.dxf", "r2013.dxf",
+                                         "r2013_binary.dxf", "r2018.dxf", "r2018_binary.dxf"));
+
+#endif
