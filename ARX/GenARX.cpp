@@ -3,6 +3,7 @@
 #include <acedads.h>
 #include <acutmem.h>
 #include <dbapserv.h>
+#include <dbdict.h>
 #include <dbents.h>
 #include <dbsymtb.h>
 
@@ -126,6 +127,15 @@ int ARXMakeText(const Point3d& position, const wchar_t* text, const wchar_t* lay
     if (normal != nullptr) entity->setNormal(*normal);
     SetLayer(*entity, layer, database);
     return ARXAddToModelSpace(entity.release(), id, /*close=*/true, database);
+}
+
+bool ARXGetStandardMlineStyle(AcDbObjectId* id, AcDbDatabase* database) {
+    database = OrWorking(database);
+    AcDbDictionary* styles = nullptr;
+    if (database == nullptr || database->getMLStyleDictionary(styles, AcDb::kForRead) != Acad::eOk)
+        return false;
+    const Opened<AcDbDictionary> closing(styles);
+    return styles->getAt(L"STANDARD", *id) == Acad::eOk;
 }
 
 double ARXViewSize() {

@@ -1,6 +1,6 @@
 // What writing geometry into a drawing needs of the host toolkit: layers, adding entities, texts,
-// the height of the view. Declared here, because the output of geometry stands below the toolkit;
-// defined there, in ARX/GenARX*.cpp.
+// the style of multi-lines, the height of the view. Declared here, because the output of geometry
+// stands below the toolkit; defined there, in ARX/GenARX*.cpp.
 //
 // A null `database` is the working one. Statuses are the host's (Acad::ErrorStatus), 0 being good.
 #pragma once
@@ -31,6 +31,9 @@ int ARXAddToModelSpace(AcDbEntity* entity, AcDbObjectId* id, bool close,
 int ARXMakeText(const Point3d& position, const wchar_t* text, const wchar_t* layer, double height,
                 double rotation, int colour, const AcGeVector3d* normal, AcDbObjectId* id,
                 AcDbDatabase* database = nullptr);
+
+// The style "STANDARD" of multi-lines. False when the host gives none; `id` stays then.
+bool ARXGetStandardMlineStyle(AcDbObjectId* id, AcDbDatabase* database = nullptr);
 
 // The height of the current view in drawing units (VIEWSIZE); 0.0 without a working database.
 // Throws `TamExpInvalidArgs`, "Invalid rb return value", when the host tells no real number.

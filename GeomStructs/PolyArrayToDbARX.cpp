@@ -2,6 +2,7 @@
 #include <dbents.h>
 
 #include "GeomStructs/PolyArray.h"
+#include "GeomStructs/WrittenPolyLine.h"
 
 namespace TamLib {
 namespace {
@@ -53,10 +54,8 @@ int PolyArray::DrawAsPoints(int colour, const wchar_t* layer, Array<AcDbObjectId
                             AcDbDatabase* database) const {
     Drawing drawing(ids);
     for (const PolyLine* const line : *this)
-        for (const Point3d& vertex : *line)
-            drawing.Add([&](AcDbObjectId* id) {
-                return (vertex + line->offset).ToDb(colour, layer, id, database);
-            });
+        for (const Point3d& vertex : detail::Shifted(*line))
+            drawing.Add([&](AcDbObjectId* id) { return vertex.ToDb(colour, layer, id, database); });
     return drawing.Status();
 }
 

@@ -17,6 +17,8 @@
 #include "GeomEnts/Line.h"
 #include "GeomStructs/Point3dArray.h"
 
+class AcGeVector3d;
+
 namespace TamLib {
 
 class Arc;
@@ -279,7 +281,10 @@ class PolyLine : public Point3dArrayBase<Point3d> {
                                bool touchFirstEnd = false, int zMode = 0) const;
 
     // Whether two polylines cross or only touch: 0 apart, 1 crossing, 2 touching. Both are put on
-    // one height and given each other's vertices, touches included, and cleaned with 1e-07. Then
+    // one height and given each other's vertices, touches included, and cleaned with 1e-07.
+    // Intended: not by `WithIntersections`, in which an upright segment is touched by what lies
+    // below it and a stretch that both share may lack vertices: what lies apart would touch, and
+    // what runs along would cross. Then
     // each vertex that both have is a touch, and a crossing when the ways through it interleave, or
     // when those of a stretch they share leave it to different sides at its two ends. No crossing
     // is told at the first and last vertex of an open polyline. A single vertex touches when it
@@ -513,6 +518,14 @@ class PolyLine : public Point3dArrayBase<Point3d> {
     // An AcDbFace of the first three vertices, with all edges visible. 3 unless there are three or
     // four vertices. Throws `TamExpNoMem` without memory.
     int ToFace(int colour, const wchar_t* layer, AcDbObjectId* id, AcDbDatabase* database) const;
+    // An AcDbMline of the style "STANDARD", whose offsets are multiplied by `scale`, in the plane
+    // through the first vertex across `normal`. `justification` says what runs through the
+    // vertices: 0 the line farthest to the left, 1 the middle, 2 the one farthest to the right.
+    // When this is closed it is too, without the repeated last vertex. Without vertices 0, and
+    // nothing is written; `eKeyNotFound` where the host gives no such style, `eInvalidInput` below
+    // two vertices. Throws `TamExpNoMem` without memory.
+    int ToMline(int colour, double scale, int justification, const wchar_t* layer, AcDbObjectId* id,
+                AcDbDatabase* database, const AcGeVector3d& normal) const;
     // AcDbRegions of the closed loops that the curves with these ids make; `regions`, when given,
     // is appended their ids. Each curve is opened for read and closed; one that can't be opened is
     // passed over. Returns the first status that is not 0.

@@ -1,5 +1,6 @@
 // Layers, entities and texts made in the drawing, and the height of the view.
 #include <dbents.h>
+#include <dbmline.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -220,6 +221,38 @@ TEST(MakeText, EachCallFailingMakesOneOrNone) {
 }
 
 // --- ARXViewSize.
+
+// --- ARXGetStandardMlineStyle.
+
+TEST(StandardMlineStyle, IsTheEntryOfThatNameInTheDatabaseGiven) {
+    AcDbObjectId id;
+    EXPECT_FALSE(ARXGetStandardMlineStyle(&id));  // no database
+    const TestDrawing drawing{};
+    EXPECT_TRUE(ARXGetStandardMlineStyle(&id));
+    EXPECT_EQ(&drawing.Database(), id.database());
+    EXPECT_STREQ(L"STANDARD", ReadAs<AcDbMlineStyle>(id)->name());
+    host::test::DrawingText text;
+    text.object("DICTIONARY|5 A|330 0|100 AcDbDictionary|3 ACAD_MLINESTYLE|350 B");
+    text.object("DICTIONARY|5 B|330 A|100 AcDbDictionary|3 Standard|350 C");
+    text.object("MLINESTYLE|5 C|330 B|100 AcDbMlineStyle|2 Standard|70 0|71 1|49 0.0");
+    const auto other = text.database();
+    EXPECT_TRUE(ARXGetStandardMlineStyle(&id, other.get()));
+    EXPECT_EQ(other.get(), id.database());
+    EXPECT_EQ(1, ReadAs<AcDbMlineStyle>(id)->numElements());
+}
+
+TEST(StandardMlineStyle, IsFalseAndLeavesTheIdWhenTheHostGivesNone) {
+    const TestDrawing drawing{};
+    for (const char* const call : {"AcDbDatabase::getMLStyleDictionary", "AcDbDictionary::getAt"}) {
+        host::fault::arm(call, 1, Acad::eOutOfDisk);
+        AcDbObjectId id;
+        EXPECT_FALSE(ARXGetStandardMlineStyle(&id)) << call;
+        EXPECT_TRUE(host::fault::fired()) << call;
+        EXPECT_TRUE(id.isNull()) << call;
+        EXPECT_EQ(0u, host::database::Ledger::instance().count()) << call;
+        host::fault::disarm();
+    }
+}
 
 TEST(ViewSize, IsTheVariablesRealNumber) {
     Scripted host;

@@ -74,6 +74,23 @@ TEST(PolyArrayOutput, VerticesAreDrawnAsPoints) {
     ExpectPoint({4, 0, 5}, ReadAs<AcDbPoint>(ids[1])->position());
 }
 
+TEST(PolyArrayOutput, PointsAreShiftedByTheRuleOfAllOutput) {
+    const TestDrawing drawing{};
+    for (const double off : {0.99e-10, 1e-10}) {
+        PolyArray array = MakeArray({{{0, 0, 1e-11}}});
+        for (const Point3d& by : {Point3d(off, 0, 0), Point3d(0, off, 0), Point3d(0, 0, off)}) {
+            array[0]->offset = by;
+            Array<AcDbObjectId> ids;
+            EXPECT_EQ(0, array.DrawAsPoints(2, nullptr, &ids, nullptr));
+            EXPECT_EQ(0, array.Draw(2, nullptr, &ids, nullptr, 3));
+            const bool isShifted = off >= 1e-10;
+            const Point3d expected = Point3d(0, 0, 1e-11) + (isShifted ? by : Point3d());
+            ExpectPoint(expected, ReadAs<AcDbPoint>(ids[0])->position());
+            EXPECT_EQ(Text({expected}), Text(PolyLine(ids[1])));
+        }
+    }
+}
+
 TEST(PolyArrayOutput, ARefusedPolylineIsToldAndTheOthersAreDrawn) {
     const TestDrawing drawing{};
     Array<AcDbObjectId> ids;
@@ -103,6 +120,23 @@ TEST(PolyArrayRegions, MergedTheOnesThatOverlapInAPlaneBecomeOne) {
     EXPECT_EQ(0, array.MakeRegions(4, nullptr, true, &ids, nullptr));
     ASSERT_EQ(3u, ids.count);  // the host keeps apart what lies apart
     EXPECT_EQ(3u, Entities(drawing).size());
+}
+
+// The host unites what overlaps alone. The second square joins the first and the third, which lie
+// apart: whether all become one depends on who is asked first.
+TEST(PolyArrayRegions, MergingTakesTheLastRegionFirst) {
+    const Points kFirst = {{0, 0, 5}, {4, 0, 5}, {4, 4, 5}, {0, 4, 5}, {0, 0, 5}};
+    const Points kSecond = {{3, 3, 5}, {7, 3, 5}, {7, 7, 5}, {3, 7, 5}, {3, 3, 5}};
+    const Points kThird = {{6, 6, 5}, {9, 6, 5}, {9, 9, 5}, {6, 9, 5}, {6, 6, 5}};
+    const TestDrawing drawing{};
+    const auto merged = [](const std::vector<Points>& rings) {
+        Array<AcDbObjectId> ids;
+        EXPECT_EQ(0, MakeArray(rings).MakeRegions(4, nullptr, true, &ids, nullptr));
+        return ids.count;
+    };
+    EXPECT_EQ(2u, merged({kFirst, kSecond, kThird}));
+    EXPECT_EQ(1u, merged({kFirst, kThird, kSecond}));
+    EXPECT_EQ(2u, merged({kThird, kSecond, kFirst}));
 }
 
 TEST(PolyArrayRegions, WithoutACurveTheStatusIsToldAndNothingStays) {
