@@ -1,5 +1,6 @@
 #include "GeomStructs/PolyArray.h"
 
+#include <algorithm>
 #include <memory>
 #include <new>
 #include <utility>
@@ -71,8 +72,10 @@ std::int32_t PolyArray::Clear() {
 
 std::int32_t PolyArray::Add(PolyLine* const& item) {
     std::unique_ptr<PolyLine> owned(item);
+    const std::uint32_t before = count;
     const std::int32_t index = Array<PolyLine*>::Add(item);
-    owned.release();
+    // A duplicate is declined; what stands here already must not be deleted with it.
+    if (count > before || std::find(begin(), end(), owned.get()) != end()) owned.release();
     return index;
 }
 

@@ -3,7 +3,8 @@
 //
 // The array owns what its elements point to: emptying and destroying it delete them, copies are
 // deep. `Remove`, `Set`, `MakeUnique` and `SortUnique` work on the pointers alone: what they take
-// out is the caller's. No element is null. Ends are compared in plan unless said otherwise; angles
+// out is the caller's; what `Insert` and `AddUnique` decline stays the caller's. No element is
+// null. Ends are compared in plan unless said otherwise; angles
 // are radians but for `CloseGaps`.
 //
 // Errors: those of Array; TamExpNoMem from L"GeomStructs/PolyArray" where a polyline can't be made.
@@ -55,15 +56,16 @@ class PolyArray : public Array<PolyLine*> {
     // added, block references in it likewise; any other entity when `PolyLine::IsAcceptedEntity`
     // takes it with `lineLike` and `curves`. With `curves` an entity is read by `FromCurve` with
     // the step `tol`, unless that is below 0.0001, otherwise by `FromEntity`. `mode` is what
-    // becomes of each entity: 0 it stays open, 1 it is closed, 2 erased and closed.
+    // becomes of each entity: 0 it stays open, 1 it is closed, 2 erased and closed. Intended: also
+    // of one that gives no polyline, such as a text.
     PolyArray(const Array<AcDbObjectId>& selection, int mode, double tol, bool curves);
 
     // --- Virtual operations, in the places they have in the table of the array.
 
     // Deletes the polylines and `box`, and gives the block back; settings stay. Returns 0.
     std::int32_t Clear() override;
-    // Takes a polyline over: it is deleted when there is no memory to hold it. Otherwise as
-    // `Array::Add`.
+    // Takes a polyline over: it is deleted when there is no memory to hold it, or when the array is
+    // `sorted` and `unique` and holds another one that equals it. Otherwise as `Array::Add`.
     std::int32_t Add(PolyLine* const& item) override;
     // Orders the polylines by `Compare`, which becomes `compare`; equal ones keep their order.
     void Sort() override;
@@ -138,7 +140,7 @@ class PolyArray : public Array<PolyLine*> {
     // The same of closed copies.
     int DrawClosed(int colour, const wchar_t* layer, Array<AcDbObjectId>* ids,
                    AcDbDatabase* database, int kind) const;
-    // The same of the vertices, each an AcDbPoint, shifted by `offset`.
+    // The same of the vertices, each an AcDbPoint, shifted as `PolyLine::ToDb` shifts them.
     int DrawAsPoints(int colour, const wchar_t* layer, Array<AcDbObjectId>* ids,
                      AcDbDatabase* database) const;
     // Adds to the model space the regions that the host makes of the polylines as curves. With

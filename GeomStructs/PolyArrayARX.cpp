@@ -36,8 +36,8 @@ void AddEntity(PolyArray& array, AcDbEntity* entity, const Reading& reading, int
         for (const auto& part : Explode(*entity)) AddEntity(array, part.get(), reading, depth + 1);
     } else if (PolyLine::IsAcceptedEntity(entity, true, reading.curves, false)) {
         const double step = reading.curves ? reading.step : 0.0;
-        array.Add(
-            detail::MakeNew<PolyLine>(detail::selectionLine, entity, 0, step, false).release());
+        detail::Append(array,
+                       detail::MakeNew<PolyLine>(detail::selectionLine, entity, 0, step, false));
     }
 }
 

@@ -70,8 +70,7 @@ int PolyArray::Load(std::FILE* file) {
     *box = fileBox;
     int read = 0;
     while (std::unique_ptr<PolyLine> line = ReadLine(file)) {
-        if (count == capacity) Resize(std::max(2 * count, increment));
-        Append(line.release());
+        detail::Append(*this, std::move(line));
         ++read;
     }
     return read;

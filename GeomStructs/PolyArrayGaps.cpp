@@ -96,7 +96,8 @@ class GapCloser {
           taken_(open.count),
           replaced_(open.count),
           ends_(EndsOf(open)),
-          grid_(ends_, rule.Reach(), false) {}
+          grid_(ends_, rule.Reach(), false),
+          made_(static_cast<int>(open.count)) {}
 
     // Appends to `result` what becomes of the polylines, from the last to the first.
     void Run(Array<PolyLine*>& result) {

@@ -115,9 +115,7 @@ class Linker {
         std::unique_ptr<PolyLine> stored = detail::MakeNew<PolyLine>(line, 0);
         stored->increment = kGrowth;
         chain_.CopyTo(*stored);
-        if (result_.count == result_.capacity)
-            result_.Resize(std::max(2 * result_.count, result_.increment));
-        result_.Add(stored.release());
+        detail::Append(result_, std::move(stored));
     }
 
     PolyArray& result_;

@@ -1,6 +1,7 @@
 // What the sources of PolyArray share: making objects for it, and its order.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <new>
@@ -52,6 +53,13 @@ void DropIf(Array<PolyLine*>& lines, const Drop& drop) {
     for (std::uint32_t i = 0; i < lines.count; ++i)
         if (!drop(*lines.data[i])) std::swap(lines.data[kept++], lines.data[i]);
     while (lines.count > kept) delete lines.data[--lines.count];
+}
+
+/// Adds a polyline behind the last one. An array that is full doubles: steps of `increment` would
+/// copy the pointers of a long one over and over.
+inline void Append(PolyArray& array, std::unique_ptr<PolyLine> line) {
+    if (array.count == array.capacity) array.Resize(std::max(2 * array.count, array.increment));
+    array.Append(line.release());
 }
 
 /// Orders polylines as PolyArray::Sort does.

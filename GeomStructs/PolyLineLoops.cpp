@@ -2,9 +2,9 @@
 #include <algorithm>
 #include <memory>
 #include <new>
+#include <utility>
 
 #include "GeomStructs/PointGrid.h"
-#include "GeomStructs/PolyArray.h"
 #include "GeomStructs/PolyArrayParts.h"
 #include "GeomStructs/PolyLine.h"
 #include "tam/TamExceptions.h"
@@ -76,7 +76,7 @@ class LoopSplitter {
         for (; loop->count < loop->capacity; ++loop->count)
             loop->data[loop->count] = line_.data[kept_.data[from + loop->count]];
         kept_.count = from;
-        loops_.Add(loop.release());
+        detail::Append(loops_, std::move(loop));
     }
 
     const PolyLine& line_;
@@ -102,7 +102,7 @@ PolyArray PolyLine::SplitLoops() {
     for (std::uint32_t i = 0; i < kept.count; ++i) rest.data[i] = data[kept.data[i]];
     rest.count = kept.count;
     *remainder = rest;
-    loops.Add(remainder.release());
+    detail::Append(loops, std::move(remainder));
     SwapBlocks(rest);
     return loops;
 }

@@ -71,6 +71,17 @@ class GeosPolygon {
         GEOSGeom_destroy_r(context_, point);
         return contains;
     }
+    bool IsSimple() const { return GEOSisValid_r(context_, polygon_) == 1; }
+    // What `PolyLine::CrossesPolygon` tells: the boundary is connected, so that one which comes
+    // both inside and outside of the other polygon goes through its boundary.
+    int Crosses(const GeosPolygon& other) const {
+        char* const matrix = GEOSRelate_r(context_, polygon_, other.polygon_);
+        constexpr int kBoundary = 3;  // the row; columns: interior, boundary, exterior
+        const bool inside = matrix[kBoundary] != 'F', outside = matrix[kBoundary + 2] != 'F';
+        const bool touches = matrix[kBoundary + 1] != 'F';
+        GEOSFree_r(context_, matrix);
+        return inside && outside ? 1 : touches ? 2 : 0;
+    }
     double DistanceToBoundary(const Point3d& p) const {
         GEOSGeometry* const point = GEOSGeom_createPointFromXY_r(context_, p.x, p.y);
         double distance = -1;

@@ -73,6 +73,48 @@ TEST(PolyArray, RemoveHandsAPolylineBack) {
     EXPECT_EQ(1, living);
 }
 
+TEST(PolyArray, ADuplicateThatIsDeclinedIsDeleted) {
+    int living = 0;
+    const auto at = [&](double x) {
+        auto* const line = new Counted(living);
+        line->Append({x, 0, 0});
+        return line;
+    };
+    {
+        PolyArray array;
+        for (const double x : {3.0, 1.0, 2.0}) array.Add(at(x));
+        array.Sort();
+        array.unique = true;
+        PolyLine* const first = array[0];
+        EXPECT_EQ(1, array.Add(at(2.0)));  // the place where its equal stands
+        EXPECT_EQ(3u, array.count);
+        EXPECT_EQ(3, living);
+        EXPECT_EQ(0, array.Add(first));  // what is held already stays
+        EXPECT_EQ(3, living);
+        EXPECT_EQ(first, array[0]);
+        EXPECT_EQ(3, array.Add(at(9.0)));
+        EXPECT_EQ(4, living);
+        // Unsorted it takes everything.
+        array.sorted = false;
+        EXPECT_EQ(4, array.Add(at(9.0)));
+        EXPECT_EQ(5, living);
+    }
+    EXPECT_EQ(0, living);
+}
+
+TEST(PolyArray, WhatInsertAndAddUniqueDeclineStaysTheCallers) {
+    int living = 0;
+    PolyArray array;
+    array.Add(new Counted(living));
+    array.Sort();
+    array.unique = true;
+    const std::unique_ptr<PolyLine> inserted(new Counted(living)), added(new Counted(living));
+    array.Insert(0, inserted.get());
+    EXPECT_EQ(0, array.AddUnique(added.get()));
+    EXPECT_EQ(1u, array.count);
+    EXPECT_EQ(3, living);
+}
+
 TEST(PolyArray, CopiesAreDeepAndLeaveTheBoxBehind) {
     PolyArray array = MakeArray({{{1, 2, 3}, {4, 5, 6}}, {}, {{7, 8, 9}}});
     array[0]->offset = {1, 1, 1};

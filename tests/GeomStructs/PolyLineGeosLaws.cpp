@@ -1,5 +1,5 @@
-// Areas, centroids and inside tests agree with GEOS on thousands of stars, combs and spirals, with
-// repeated and collinear vertices, near the origin and in map coordinates.
+// Areas, centroids, inside tests and crossings agree with GEOS on thousands of stars, combs and
+// spirals, with repeated and collinear vertices, near the origin and in map coordinates.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -87,6 +87,38 @@ TEST(PolyLineGeosLaws, OnWholeNumbersSidesAndTouchesAreExact) {
         }
     }
     EXPECT_GT(on, 2000);
+}
+
+// A simple ring with corners on a grid of whole numbers.
+PolyLine OnGrid(const Geos& geos, RandomLines& random, const Point3d& base) {
+    for (;;) {
+        PolyLine ring;
+        const int corners = random.Whole(3, 7);
+        for (int i = 0; i < corners; ++i)
+            ring.Append(base + Point3d(random.Whole(0, 5), random.Whole(0, 5), 0));
+        ring.Close();
+        if (ring.count > 3 && GeosPolygon(geos, ring).IsSimple()) return ring;
+    }
+}
+
+// On a grid rings share corners, sides and parts of sides all the time.
+TEST(PolyLineGeosLaws, CrossingsAndTouchesOnAGridAreExact) {
+    const Geos geos;
+    RandomLines random(76);
+    int told[3] = {};
+    for (const Point3d& base : {Point3d(), Point3d(25e6, 7e6, 0)}) {
+        for (int i = 0; i < 6000; ++i) {
+            PolyLine here = OnGrid(geos, random, base);
+            const PolyLine there =
+                OnGrid(geos, random, base + Point3d(random.Whole(0, 3), random.Whole(-2, 2), 0));
+            if (random.Chance(2)) here.Reverse();
+            const int expected = GeosPolygon(geos, here).Crosses(GeosPolygon(geos, there));
+            ASSERT_EQ(expected, here.CrossesPolygon(there)) << i;
+            ASSERT_EQ(expected, there.CrossesPolygon(here)) << i;
+            ++told[expected];
+        }
+    }
+    for (const int times : told) EXPECT_GT(times, 1000);
 }
 
 // Beside the boundary: a touch is told only within 0.0001, and always where the told bands of the
