@@ -104,7 +104,7 @@ int ARXAddToModelSpace(AcDbEntity* entity, AcDbObjectId* id, bool close, AcDbDat
     AcDbObjectId made;
     status = space->appendAcDbEntity(made, entity);
     if (status != Acad::eOk) return status;
-    added.release();
+    static_cast<void>(added.release());
     space.reset();
     if (id != nullptr) *id = made;
     if (close) entity->close();

@@ -75,7 +75,8 @@ std::int32_t PolyArray::Add(PolyLine* const& item) {
     const std::uint32_t before = count;
     const std::int32_t index = Array<PolyLine*>::Add(item);
     // A duplicate is declined; what stands here already must not be deleted with it.
-    if (count > before || std::find(begin(), end(), owned.get()) != end()) owned.release();
+    if (count > before || std::find(begin(), end(), owned.get()) != end())
+        static_cast<void>(owned.release());
     return index;
 }
 

@@ -267,8 +267,8 @@ AcGePoint3d AcDbMline::vertexAt(int index) const {
 Acad::ErrorStatus AcDbMline::setClosedMline(bool closed) {
     HOST_CALL("AcDbMline::setClosedMline");
     return changeMline(*this, [&](MlineFields& fields) {
-        fields.flags = closed ? fields.flags | MlineFields::kClosed
-                              : fields.flags & ~MlineFields::kClosed;
+        fields.flags =
+            closed ? fields.flags | MlineFields::kClosed : fields.flags & ~MlineFields::kClosed;
     });
 }
 bool AcDbMline::closedMline() const {

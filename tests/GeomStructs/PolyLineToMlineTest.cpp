@@ -73,8 +73,7 @@ TEST(PolyLineToMline, JustificationSaysWhichLineGoesThroughTheVertices) {
 
 TEST(PolyLineToMline, TheNormalSaysThePlaneAndVerticesAreMovedIntoIt) {
     const TestDrawing drawing{};
-    const AcDbObjectId id =
-        Written(FromText("0 0 1, 4 7 1, 4 7 5"), 1, 1.0, AcGeVector3d(0, 2, 0));
+    const AcDbObjectId id = Written(FromText("0 0 1, 4 7 1, 4 7 5"), 1, 1.0, AcGeVector3d(0, 2, 0));
     EXPECT_EQ("0 0 1, 4 0 1, 4 0 5", Vertices(id));
     EXPECT_EQ(1.0, ReadAs<AcDbMline>(id)->normal().y);
 }
@@ -123,8 +122,7 @@ TEST(PolyLineToMline, IsRefusedByReleasesThatHaveNone) {
 
 TEST(PolyLineToMline, WithoutTheStyleTheHostTellsSo) {
     const TestDrawing drawing{};
-    for (const char* const call :
-         {"AcDbDatabase::getMLStyleDictionary", "AcDbDictionary::getAt"}) {
+    for (const char* const call : {"AcDbDatabase::getMLStyleDictionary", "AcDbDictionary::getAt"}) {
         host::fault::arm(call, 1, Acad::eOutOfDisk);
         EXPECT_EQ(Acad::eKeyNotFound,
                   FromText(kOpen).ToMline(5, 1.0, 0, L"walls", nullptr, nullptr, kUp));
@@ -139,8 +137,8 @@ TEST(PolyLineToMline, SettersAreCalledInOrderTheJustificationLast) {
     host::fault::arm(0, Acad::eOk);
     Written(FromText(kRing));
     const std::vector<std::string> expected{
-        "AcDbMline::setStyle",  "AcDbMline::setNormal", "AcDbMline::setScale",
-        "AcDbMline::appendSeg", "AcDbMline::appendSeg", "AcDbMline::appendSeg",
+        "AcDbMline::setStyle",       "AcDbMline::setNormal",       "AcDbMline::setScale",
+        "AcDbMline::appendSeg",      "AcDbMline::appendSeg",       "AcDbMline::appendSeg",
         "AcDbMline::setClosedMline", "AcDbMline::setJustification"};
     std::vector<std::string> called;
     for (const std::string& name : host::fault::names())

@@ -1,5 +1,5 @@
-// From arrays of polylines to the file: polylines, points, multi-lines and regions stand in the saved
-// drawing, are read back by the host and found by an independent reader.
+// From arrays of polylines to the file: polylines, points, multi-lines and regions stand in the
+// saved drawing, are read back by the host and found by an independent reader.
 #include <dbents.h>
 #include <dbmline.h>
 #include <dbregion.h>
@@ -58,8 +58,8 @@ class SavedShapes : public ::testing::TestWithParam<Release> {
         EXPECT_EQ(0, array.DrawClosed(1, L"shapes", nullptr, nullptr, 1));
         EXPECT_EQ(0, array.DrawAsPoints(2, L"shapes", nullptr, nullptr));
         for (int i = 0; GetParam().hasMlines && i < 2; ++i)
-            EXPECT_EQ(0, array[i]->ToMline(4, 0.5, i, L"shapes", nullptr, nullptr,
-                                           AcGeVector3d::kZAxis));
+            EXPECT_EQ(
+                0, array[i]->ToMline(4, 0.5, i, L"shapes", nullptr, nullptr, AcGeVector3d::kZAxis));
         if (!GetParam().hasRegions) return;
         EXPECT_EQ(0, array.MakeRegions(5, L"shapes", true, nullptr, nullptr));
         EXPECT_EQ(0, PolyLine::ToRegion(drawn, 5, L"shapes", nullptr, nullptr));
@@ -140,23 +140,21 @@ for e in entities[12 + mlines:]:
 TEST_P(SavedShapes, AreFoundByAnIndependentReader) {
     const fs::path script = saved_.string() + ".py";
     std::ofstream(script) << kScript;
-    const std::string command =
-        "/usr/bin/python3 '" + script.string() + "' '" + saved_.string() + "' " +
-        (GetParam().hasMlines ? "2 " : "0 ") + (GetParam().hasRegions ? "2" : "0") + " 2>&1";
+    const std::string command = "/usr/bin/python3 '" + script.string() + "' '" + saved_.string() +
+                                "' " + (GetParam().hasMlines ? "2 " : "0 ") +
+                                (GetParam().hasRegions ? "2" : "0") + " 2>&1";
     EXPECT_EQ(0, std::system(command.c_str()));
     fs::remove(script);
 }
 
 #endif
 
-INSTANTIATE_TEST_SUITE_P(Releases, SavedShapes,
-                         ::testing::Values(Release{"r12.dxf", false, false},
-                                           Release{"r13.dxf", true, false},
-                                           Release{"r14_binary.dxf", true, false},
-                                           Release{"r2000.dxf", true, true},
-                                           Release{"r2004_binary.dxf", true, true},
-                                           Release{"r2010.dxf", true, true},
-                                           Release{"r2018_binary.dxf", true, false}));
+INSTANTIATE_TEST_SUITE_P(
+    Releases, SavedShapes,
+    ::testing::Values(Release{"r12.dxf", false, false}, Release{"r13.dxf", true, false},
+                      Release{"r14_binary.dxf", true, false}, Release{"r2000.dxf", true, true},
+                      Release{"r2004_binary.dxf", true, true}, Release{"r2010.dxf", true, true},
+                      Release{"r2018_binary.dxf", true, false}));
 
 }  // namespace
 }  // namespace TamLib

@@ -2,15 +2,13 @@
 // itself: natively only, for it is a package of the distribution's own Python.
 #ifndef _WIN32
 
-#include <dbdict.h>
 #include <dbmline.h>
-#include <stdlib.h>
 
 #include <filesystem>
-#include <fstream>
 #include <random>
 
 #include "tests/host/database/NewEntities.h"
+#include "tests/host/database/PythonCheck.h"
 #include "tests/host/support/LedgerListener.h"
 
 using namespace host;
@@ -22,14 +20,6 @@ constexpr int kDrawn = 24;
 
 // Arguments: the drawing, the drawing before, the number of multi-lines at its end.
 constexpr char kScript[] = R"(
-import sys, ezdxf
-def audited(path):
-    drawing = ezdxf.readfile(path)
-    auditor = drawing.audit()
-    return drawing, len(auditor.errors) + len(auditor.fixes), auditor
-after, troubles, auditor = audited(sys.argv[1])
-if troubles != audited(sys.argv[2])[1]:
-    sys.exit('audit: ' + '; '.join(e.message for e in auditor.errors + auditor.fixes))
 count = int(sys.argv[3])
 added = list(after.modelspace())[-count:]
 def near(a, b, what):
@@ -54,19 +44,6 @@ for number, mline in enumerate(added):
             if len(line) != len(wanted): sys.exit('parameters')
             for a, b in zip(line, wanted): near(a, b, 'parameter of %d' % number)
 )";
-
-class Folder {
-  public:
-    Folder() {
-        char name[] = "/tmp/orlinth-mline-XXXXXX";
-        path_ = ::mkdtemp(name);
-    }
-    ~Folder() { fs::remove_all(path_); }
-    fs::path operator/(const char* name) const { return path_ / name; }
-
-  private:
-    fs::path path_;
-};
 
 void drawAll(AcDbDatabase& database) {
     std::mt19937 random(20);
@@ -98,13 +75,11 @@ TEST_P(MlinesEzdxf, FindsTheSameJointsAndNoFault) {
     const auto database = database::readDrawing(source);
     const test::Working working(*database);
     drawAll(*database);
-    const Folder folder;
+    const test::Folder folder;
     database::saveDrawing(*database, folder / "drawn.dxf");
-    std::ofstream(folder / "check.py") << kScript;
-    const std::string command = "/usr/bin/python3 '" + (folder / "check.py").string() + "' '" +
-                                (folder / "drawn.dxf").string() + "' '" + source.string() + "' " +
-                                std::to_string(kDrawn) + " 2>&1";
-    EXPECT_EQ(std::system(command.c_str()), 0) << command;
+    const std::string arguments = "'" + (folder / "drawn.dxf").string() + "' '" + source.string() +
+                                  "' " + std::to_string(kDrawn);
+    EXPECT_EQ(test::runPython(folder, test::kAudited, kScript, arguments), 0) << arguments;
 }
 
 INSTANTIATE_TEST_SUITE_P(Releases, MlinesEzdxf,

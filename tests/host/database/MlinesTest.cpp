@@ -184,6 +184,26 @@ TEST_F(Mlines, OfTheDrawingAreReadAndKept) {
     EXPECT_EQ(savedBytes(*database), before);
 }
 
+TEST_F(Mlines, OfBinaryDrawingsAreReadToo) {
+    for (const char* const release : {"AC1012", "AC1015"}) {
+        DrawingText text(release);
+        text.layer("0").object(kRoot).object(kStyles).object(kStandard).object(kWall);
+        database = text.entity(kMline).binaryDatabase();
+        AcDbMline* mline = nullptr;
+        ASSERT_EQ(acdbOpenObject(mline, database::idFromHandle(*database, L"20"), AcDb::kForRead),
+                  Acad::eOk);
+        EXPECT_EQ(mline->style(), styleNamed(*database, L"WALL"));
+        EXPECT_EQ(mline->justification(), Mline::kBottom);
+        ASSERT_EQ(mline->numVertices(), 2);
+        EXPECT_TRUE(mline->vertexAt(1).isEqualTo({7, 2, 3}));
+        mline->close();
+        AcDbMlineStyle* style = nullptr;
+        ASSERT_EQ(acdbOpenObject(style, styleNamed(*database, L"WALL")), Acad::eOk);
+        EXPECT_EQ(style->numElements(), 3);
+        style->close();
+    }
+}
+
 TEST_F(Mlines, WithAPlaceThatIsNoNumberAreRefused) {
     use(withStyles().entity("MLINE|5 20|8 0|2 WALL|40 1|11 NaN|21 2|31 3"));
     AcDbMline* mline = nullptr;
@@ -229,12 +249,11 @@ TEST_F(Mlines, AreWrittenWithTheJointsOfTheirLines) {
     mline->setJustification(Mline::kZero);
     mline->setLayer(L"walls");
     put(mline);
-    const Lines wanted{
-        "0 MLINE",    "5 A0",     "330 0",       "100 AcDbEntity", "8 walls", "100 AcDbMline",
-        "2 STANDARD", "340 C",    "40 2.0",      "70 1",           "71 1",    "72 3",
-        "73 2",       "10 0.0",   "20 0.0",      "30 5.0",         "210 0.0", "220 0.0",
-        "230 1.0",    "11 0.0",   "21 0.0",      "31 5.0",         "12 1.0",  "22 0.0",
-        "32 0.0"};
+    const Lines wanted{"0 MLINE",       "5 A0",       "330 0",   "100 AcDbEntity", "8 walls",
+                       "100 AcDbMline", "2 STANDARD", "340 C",   "40 2.0",         "70 1",
+                       "71 1",          "72 3",       "73 2",    "10 0.0",         "20 0.0",
+                       "30 5.0",        "210 0.0",    "220 0.0", "230 1.0",        "11 0.0",
+                       "21 0.0",        "31 5.0",     "12 1.0",  "22 0.0",         "32 0.0"};
     Lines groups = saved("MLINE");
     ASSERT_GT(groups.size(), wanted.size());
     // Whatever owns the model space.
@@ -246,11 +265,10 @@ TEST_F(Mlines, AreWrittenWithTheJointsOfTheirLines) {
     const auto size = static_cast<std::ptrdiff_t>(known.size());
     EXPECT_EQ(Lines(groups.begin(), groups.begin() + size), known);
     Lines numbers;
-    std::copy_if(groups.begin(), groups.end(), std::back_inserter(numbers),
-                 [](const std::string& g) {
-                     return g.rfind("41 ", 0) == 0 || g.rfind("74 ", 0) == 0 ||
-                            g.rfind("75 ", 0) == 0;
-                 });
+    std::copy_if(
+        groups.begin(), groups.end(), std::back_inserter(numbers), [](const std::string& g) {
+            return g.rfind("41 ", 0) == 0 || g.rfind("74 ", 0) == 0 || g.rfind("75 ", 0) == 0;
+        });
     ASSERT_EQ(numbers.size(), 3U * 8U);  // vertices by lines by count, place, start and no fill
     for (std::size_t i = 0; i < numbers.size(); i += 4) {
         EXPECT_EQ(numbers[i], "74 2");
@@ -260,8 +278,8 @@ TEST_F(Mlines, AreWrittenWithTheJointsOfTheirLines) {
         EXPECT_EQ(numbers[i + 2], "41 0.0");
         EXPECT_EQ(numbers[i + 3], "75 0");
     }
-    EXPECT_EQ(objects(), (Lines{"SECTION", "DICTIONARY", "DICTIONARY", "MLINESTYLE", "MLINESTYLE",
-                                "ENDSEC"}));
+    EXPECT_EQ(objects(),
+              (Lines{"SECTION", "DICTIONARY", "DICTIONARY", "MLINESTYLE", "MLINESTYLE", "ENDSEC"}));
 }
 
 TEST_F(Mlines, ReadBackAreTheSame) {
@@ -286,26 +304,28 @@ TEST_F(Mlines, ReadBackAreTheSame) {
 }
 
 TEST_F(Mlines, TheStyleIsWrittenWithTheFirstOneThatHasIt) {
-    const char* const other = "DICTIONARY|5 B|330 A|100 AcDbDictionary|3 WALL|350 D|1001 APP|1071 1";
+    const char* const other =
+        "DICTIONARY|5 B|330 A|100 AcDbDictionary|3 WALL|350 D|1001 APP|1071 1";
     use(empty().object(kRoot).object(other).object(kWall));
     put(corner());
     put(corner());
-    EXPECT_EQ(objects(), (Lines{"SECTION", "DICTIONARY", "DICTIONARY", "MLINESTYLE", "MLINESTYLE",
-                                "ENDSEC"}));
+    EXPECT_EQ(objects(),
+              (Lines{"SECTION", "DICTIONARY", "DICTIONARY", "MLINESTYLE", "MLINESTYLE", "ENDSEC"}));
     EXPECT_EQ(savedGroups(*database, 0xB),
               (Lines{"0 DICTIONARY", "5 B", "330 A", "100 AcDbDictionary", "3 WALL", "350 D",
                      "3 STANDARD", "350 A2", "1001 APP", "1071 1"}));
     EXPECT_EQ(savedGroups(*database, 0xA2),
-              (Lines{"0 MLINESTYLE", "5 A2",      "330 B",     "100 AcDbMlineStyle", "2 STANDARD",
-                     "70 0",         "3 ",        "62 256",    "51 90.0",            "52 90.0",
-                     "71 2",         "49 0.5",    "62 256",    "6 BYLAYER",          "49 -0.5",
-                     "62 256",       "6 BYLAYER"}));
+              (Lines{"0 MLINESTYLE", "5 A2", "330 B", "100 AcDbMlineStyle", "2 STANDARD", "70 0",
+                     "3 ", "62 256", "51 90.0", "52 90.0", "71 2", "49 0.5", "62 256", "6 BYLAYER",
+                     "49 -0.5", "62 256", "6 BYLAYER"}));
     EXPECT_NE(savedBytes(*database).find("\nA3\n"), std::string::npos);  // the seed
 }
 
 TEST_F(Mlines, OneWithAStyleOfTheDrawingBringsNoOther) {
-    use(empty().object(kRoot).object("DICTIONARY|5 B|330 A|100 AcDbDictionary|3 WALL|350 D").object(
-        kWall));
+    use(empty()
+            .object(kRoot)
+            .object("DICTIONARY|5 B|330 A|100 AcDbDictionary|3 WALL|350 D")
+            .object(kWall));
     AcDbMline* mline = corner();
     mline->setStyle(styleNamed(*database, L"WALL"));
     put(mline);
@@ -316,11 +336,12 @@ TEST_F(Mlines, OneWithAStyleOfTheDrawingBringsNoOther) {
 }
 
 TEST_F(Mlines, DictionariesThatAreMissingAreMade) {
-    use(empty().object("DICTIONARY|5 A|330 0|100 AcDbDictionary|3 ACAD_GROUP|350 B").object(
-        "DICTIONARY|5 B|330 A|100 AcDbDictionary"));
+    use(empty()
+            .object("DICTIONARY|5 A|330 0|100 AcDbDictionary|3 ACAD_GROUP|350 B")
+            .object("DICTIONARY|5 B|330 A|100 AcDbDictionary"));
     put(corner());
-    EXPECT_EQ(objects(), (Lines{"SECTION", "DICTIONARY", "DICTIONARY", "DICTIONARY", "MLINESTYLE",
-                                "ENDSEC"}));
+    EXPECT_EQ(objects(),
+              (Lines{"SECTION", "DICTIONARY", "DICTIONARY", "DICTIONARY", "MLINESTYLE", "ENDSEC"}));
     EXPECT_EQ(savedGroups(*database, 0xA),
               (Lines{"0 DICTIONARY", "5 A", "330 0", "100 AcDbDictionary", "3 ACAD_GROUP", "350 B",
                      "3 ACAD_MLINESTYLE", "350 A2"}));
@@ -332,8 +353,7 @@ TEST_F(Mlines, DictionariesThatAreMissingAreMade) {
 TEST_F(Mlines, ASectionOfObjectsThatIsMissingIsMade) {
     use(empty());
     put(corner());
-    EXPECT_EQ(objects(),
-              (Lines{"SECTION", "DICTIONARY", "DICTIONARY", "MLINESTYLE", "ENDSEC"}));
+    EXPECT_EQ(objects(), (Lines{"SECTION", "DICTIONARY", "DICTIONARY", "MLINESTYLE", "ENDSEC"}));
     const Lines root = saved("DICTIONARY");
     EXPECT_EQ(root, (Lines{"0 DICTIONARY", "5 A3", "330 0", "100 AcDbDictionary", "281 1",
                            "3 ACAD_MLINESTYLE", "350 A2"}));
@@ -346,8 +366,8 @@ TEST_F(Mlines, ASectionOfObjectsThatIsMissingIsMade) {
 TEST_F(Mlines, TheDictionaryOfAllStandsFirst) {
     use(empty().object("XRECORD|5 C|330 0|100 AcDbXrecord|1 kept"));
     put(corner());
-    EXPECT_EQ(objects(), (Lines{"SECTION", "DICTIONARY", "DICTIONARY", "MLINESTYLE", "XRECORD",
-                                "ENDSEC"}));
+    EXPECT_EQ(objects(),
+              (Lines{"SECTION", "DICTIONARY", "DICTIONARY", "MLINESTYLE", "XRECORD", "ENDSEC"}));
 }
 
 TEST_F(Mlines, AreNotInR12AndBefore) {

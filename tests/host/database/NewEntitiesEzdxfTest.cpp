@@ -2,12 +2,10 @@
 // of the distribution's own Python.
 #ifndef _WIN32
 
-#include <stdlib.h>
-
 #include <filesystem>
-#include <fstream>
 
 #include "tests/host/database/NewEntities.h"
+#include "tests/host/database/PythonCheck.h"
 #include "tests/host/support/LedgerListener.h"
 
 using namespace host;
@@ -18,14 +16,6 @@ namespace {
 // The added entities are the last ones of the drawing that is told first; what the audit finds in
 // the drawing before, told second, is the drawing's own.
 constexpr char kScript[] = R"(
-import sys, ezdxf
-def audited(path):
-    drawing = ezdxf.readfile(path)
-    auditor = drawing.audit()
-    return drawing, len(auditor.errors) + len(auditor.fixes), auditor
-after, troubles, auditor = audited(sys.argv[1])
-if troubles != audited(sys.argv[2])[1]:
-    sys.exit('audit: ' + '; '.join(e.message for e in auditor.errors + auditor.fixes))
 added = list(after.modelspace())[-8:]
 line, point, circle, arc, text, polyline, space, face = added
 def near(a, b):
@@ -83,19 +73,6 @@ std::string shownText(const std::string& drawing) {
     return dos ? "H\u201Emeentie" : "H\u00E4meentie";
 }
 
-class Folder {
-  public:
-    Folder() {
-        char name[] = "/tmp/orlinth-new-XXXXXX";
-        path_ = ::mkdtemp(name);
-    }
-    ~Folder() { fs::remove_all(path_); }
-    fs::path operator/(const char* name) const { return path_ / name; }
-
-  private:
-    fs::path path_;
-};
-
 }  // namespace
 
 TEST_P(Ezdxf, ReadsWhatWasAddedAndFindsNoFault) {
@@ -109,13 +86,11 @@ TEST_P(Ezdxf, ReadsWhatWasAddedAndFindsNoFault) {
     record->setColorIndex(3);
     record->close();
     drawAll(*database);
-    const Folder folder;
+    const test::Folder folder;
     database::saveDrawing(*database, folder / "drawn.dxf");
-    std::ofstream(folder / "check.py") << kScript;
-    const std::string command = "/usr/bin/python3 '" + (folder / "check.py").string() + "' '" +
-                                (folder / "drawn.dxf").string() + "' '" + source.string() + "' '" +
-                                shownText(GetParam()) + "' 2>&1";
-    EXPECT_EQ(std::system(command.c_str()), 0) << command;
+    const std::string arguments = "'" + (folder / "drawn.dxf").string() + "' '" + source.string() +
+                                  "' '" + shownText(GetParam()) + "'";
+    EXPECT_EQ(test::runPython(folder, test::kAudited, kScript, arguments), 0) << arguments;
 }
 
 INSTANTIATE_TEST_SUITE_P(Releases, Ezdxf,
