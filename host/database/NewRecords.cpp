@@ -44,11 +44,11 @@ class NewRecords {
                 if (structure_.block(owner) != nullptr) addToBlock(owner, members);
             }
             addSpaces();
+            addMlineStyle();
             addBodyData(document_, manner_, bodies_, changes_);
             for (const auto& [owner, members] : database_.added()) {
                 if (owner < document_.size() && isSubEntityOwner(owner)) addParts(owner, members);
             }
-            addMlineStyle();
         }
         updateHeader();
     }
