@@ -21,6 +21,7 @@ std::vector<std::unique_ptr<AcDbRegion>> RegionsOf(AcDbCurve& curve) {
     curves.append(&curve);
     AcDbRegion::createFromCurves(curves, made);
     std::vector<std::unique_ptr<AcDbRegion>> regions;
+    regions.reserve(static_cast<std::size_t>(made.length()));
     for (int i = 0; i < made.length(); ++i) regions.emplace_back(static_cast<AcDbRegion*>(made[i]));
     return regions;
 }

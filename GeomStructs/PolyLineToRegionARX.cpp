@@ -41,6 +41,7 @@ int PolyLine::ToRegion(const Array<AcDbObjectId>& ids, int colour, const wchar_t
     AcDbVoidPtrArray made;
     int result = AcDbRegion::createFromCurves(OpenCurves(ids).Curves(), made);
     std::vector<std::unique_ptr<AcDbRegion>> owned;
+    owned.reserve(static_cast<std::size_t>(made.length()));
     for (int i = 0; i < made.length(); ++i) owned.emplace_back(static_cast<AcDbRegion*>(made[i]));
     for (std::unique_ptr<AcDbRegion>& region : owned) {
         SetColourAndLayer(*region, colour, layer, database);

@@ -68,7 +68,7 @@ class AcArray {
     int append(const T& value) {
         const T copy = value;
         if (!reserveOneMore()) return -1;
-        m_elements[m_length] = copy;  // NOLINT(clang-analyzer-core.CallAndMessage): room was made
+        m_elements[m_length] = copy;  // NOLINT(clang-analyzer-core*): room was made
         return m_length++;
     }
     AcArray& append(const AcArray& other) {
@@ -146,7 +146,7 @@ class AcArray {
         }
         if (m_length > length) m_length = length;
         for (int i = 0; i < m_length; ++i)
-            elements[i] = m_elements[i];  // NOLINT(clang-analyzer-core.CallAndMessage)
+            elements[i] = m_elements[i];  // NOLINT(clang-analyzer-core*)
         delete[] m_elements;
         m_elements = elements;
         m_physicalLength = length;
