@@ -19,7 +19,9 @@ struct Proof {
 // `changes` is what the commands did to `before`. A difference is theirs when they changed that
 // group of that entity to that very value, and it is what turning does: group 50 of a TEXT or
 // INSERT, or groups 10 and 20 of a TEXT that stands by its group 11 (justified, but neither aligned
-// nor fitted). Everything else is a stranger, down to a blank before a group code.
+// nor fitted). So is a record that they made, group by group, and with such records what follows
+// from them: $HANDSEED, the count of a table, group 66 of an INSERT. Everything else is a stranger,
+// a record that a command has erased among it, down to a blank before a group code.
 Proof prove(const dxf::Document& before, const dxf::Document& after, const dxf::Changes& changes);
 
 }  // namespace host::console

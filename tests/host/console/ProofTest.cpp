@@ -142,6 +142,38 @@ TEST_F(ProofOf, ABlankMoreOrLessIsAStranger) {
     EXPECT_EQ(prove(*before_, *drawingOf(other), {}).strangers, 1U);
 }
 
+TEST_F(ProofOf, ARecordThatACommandMadeIsItsOwn) {
+    using Kind = GroupEdit::Kind;
+    dxf::Changes changes;
+    change(0xA1, 50, 45.0, changes);
+    changes[record(0xA5) + 1] = {{Kind::insertBefore, 0, 0, std::wstring(L"POINT")},
+                                 {Kind::insertBefore, 0, 5, std::wstring(L"B1")},
+                                 {Kind::insertBefore, 0, 8, std::wstring(L"0")},
+                                 {Kind::insertBefore, 0, 10, 4.5},
+                                 {Kind::insertBefore, 0, 20, 1.0}};
+    const console::Proof proof = proofOf(changes, changes);
+    EXPECT_EQ(proof.strangers, 0U) << proof.text;
+    EXPECT_NE(proof.text.find("Verified: 1 group differs in 1 record, 1 record is new, all as the "
+                              "commands turned and made them.\n"),
+              std::string::npos)
+        << proof.text;
+    // Another value of one group: neither what was made nor what was there.
+    dxf::Changes told = changes;
+    told[record(0xA5) + 1][3].value = 4.25;
+    EXPECT_EQ(proofOf(changes, told).strangers, 1U);
+    // Nothing made: a record out of nowhere.
+    told.erase(record(0xA5) + 1);
+    EXPECT_EQ(proofOf(changes, told).strangers, 1U);
+}
+
+TEST_F(ProofOf, MakingRecordsExcusesNoOtherChange) {
+    dxf::Changes changes;
+    change(0xA5, 21, 45.0, changes);
+    changes[record(0xA5) + 1] = {{GroupEdit::Kind::insertBefore, 0, 0, std::wstring(L"POINT")},
+                                 {GroupEdit::Kind::insertBefore, 0, 5, std::wstring(L"B1")}};
+    EXPECT_EQ(proofOf(changes, changes).strangers, 1U);
+}
+
 TEST_F(ProofOf, RecordsThatAppearOrVanishAreStrangers) {
     std::string other = bytes;
     const std::size_t begin = other.find("  0\nLINE");

@@ -7,6 +7,7 @@
 //   PROBEOPEN     turns it and leaves it open
 //   PROBEERASE    erases it, which is no turning
 //   PROBETURN     turns it by a quarter, as it should
+//   PROBEMAKE     turns it by a quarter and makes two lines, one of them on a layer of its own
 // Two ask for nothing:
 //   PROBEMETER    shows a meter at its half for as long as it takes one to appear
 //   PROBEWORK     works until somebody asks it to stop, but at most a minute
@@ -23,6 +24,7 @@
 #include <chrono>
 #include <stdexcept>
 
+#include "GeomEnts/Line.h"
 #include "tam/TamExceptions.h"
 
 #if defined(_WIN32)
@@ -107,6 +109,13 @@ void work() {
     acutPrintf(L"\n%s", acedUsrBrk() == 0 ? L"done" : L"stopped");
 }
 
+void make() {
+    turn();
+    const TamLib::Line line(TamLib::Point3d(0, 0, 0), TamLib::Point3d(10, 5, 0));
+    line.ToDb(256, nullptr, nullptr, nullptr);
+    line.ToDb(1, L"PROBE", nullptr, nullptr);
+}
+
 void addCommands(void* packet) {
     acrxDynamicLinker->unlockApplication(packet);
     const auto add = [](const wchar_t* name, AcRxFunctionPtr function) {
@@ -120,6 +129,7 @@ void addCommands(void* packet) {
     add(L"PROBEERASE", erase);
     add(L"PROBETURN", turn);
     add(L"PROBEMETER", showMeter);
+    add(L"PROBEMAKE", make);
     add(L"PROBEWORK", work);
 }
 
