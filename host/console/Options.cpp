@@ -11,6 +11,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "host/console/Bulk.h"
 #include "host/console/Files.h"
 
 namespace host::console {
@@ -23,14 +24,15 @@ constexpr const char* helpText =
     R"(orlinth turns the texts and symbols of a drawing along a line, without a seat of the CAD program.
 
   orlinth [DRAWING] [options]       a session with the drawing open; a Command: prompt in a terminal
-  orlinth align DRAWING --line LINE [--select FILTER]... [--flip] [options]
+  orlinth DRAWING... -s FILE        a script over several drawings
+  orlinth align DRAWING... --line LINE [--select FILTER]... [--flip] [options]
                                     one command, start to end; `orlinth align --help` tells more
 
 Options:
   -i, --input DRAWING     the same as DRAWING (/i is accepted too)
   -s, --script FILE       take the answers from a script; the session ends with it (/s)
   -o, --output FILE       save there when the session ended well; nothing is written without -o, QSAVE
-                          or SAVEAS
+                          or SAVEAS; FOLDER/ keeps the drawing's name, and {} stands for it in a name
       --report FILE       what was turned and what was left, and why: JSON for machines in a file .json,
                           text otherwise, - for standard output
       --dry-run           everything but writing the drawing
@@ -72,7 +74,7 @@ Exit codes:
 constexpr const char* alignHelpText =
     R"(orlinth align turns the texts and symbols of a drawing along one of its lines.
 
-  orlinth align DRAWING --line LINE [--select FILTER]... [--flip] [options]
+  orlinth align DRAWING... --line LINE [--select FILTER]... [--flip] [options]
 
   --line handle=2F        the entity with this handle gives the direction
   --line x,y              the entity at this point does
@@ -93,6 +95,8 @@ Examples:
   orlinth align streets.dxf --line 25496080,6672015 --select "layer=OSOITE*" --select type=TEXT -o turned.dxf
   orlinth align streets.dxf --line handle=2F --flip --dry-run --report -
       tells what would be turned, and by how much
+  orlinth align north.dxf south.dxf --line handle=2F -o turned/ --report "turned/{}.json"
+      several drawings, each by itself, and a table of all; {} stands for the name of each
 )";
 
 bool startsWith(std::string_view text, std::string_view start) {
@@ -177,7 +181,8 @@ std::vector<std::string> withFamiliarSwitches(std::vector<std::string> arguments
 
 // The texts that the option parser fills before they are looked at more closely.
 struct Raw {
-    std::string positional, input, script, output, report, log, module, line;
+    std::vector<std::string> positional;
+    std::string input, script, output, report, log, module, line;
     std::vector<std::string> filters;
     bool help = false;
     bool version = false;
@@ -236,11 +241,20 @@ void refuseStranger(const std::string& stranger) {
                                     : "'" + stranger + "' is one name too many");
 }
 
-const std::string& drawingOf(const Raw& raw) {
-    if (!raw.positional.empty() && !raw.input.empty())
-        throw std::invalid_argument("the drawing was named twice: '" + raw.positional + "' and '" +
+void readDrawings(const Raw& raw, bool align, Options& options) {
+    const std::vector<std::string>& names = raw.positional;
+    if (!names.empty() && !raw.input.empty())
+        throw std::invalid_argument("the drawing was named twice: '" + names.front() + "' and '" +
                                     raw.input + "'");
-    return raw.input.empty() ? raw.positional : raw.input;
+    if (names.size() < 2) {
+        options.drawing = pathFromUtf8(names.empty() ? raw.input : names.front());
+        return;
+    }
+    if (!align && raw.script.empty())
+        throw std::invalid_argument("'" + names[1] +
+                                    "' is one name too many: several drawings take -s SCRIPT, or "
+                                    "align");
+    for (const std::string& name : names) options.drawings.push_back(pathFromUtf8(name));
 }
 
 // Only a drawing may be overwritten by its own result.
@@ -268,7 +282,8 @@ void refuseOverwriting(const Options& options) {
 
 void readAlign(const Raw& raw, Options& options) {
     AlignRequest& request = *options.align;
-    if (options.drawing.empty()) throw std::invalid_argument("align needs a drawing");
+    if (options.drawing.empty() && options.drawings.empty())
+        throw std::invalid_argument("align needs a drawing");
     if (raw.line.empty()) throw std::invalid_argument("align needs --line handle=2F or --line x,y");
     readLine(raw.line, request);
     for (const std::string& text : raw.filters) request.filters.push_back(parseFilter(text));
@@ -298,19 +313,22 @@ std::variant<Options, Farewell> parse(std::vector<std::string> arguments, bool a
     std::reverse(arguments.begin(), arguments.end());  // the order in which the parser takes them
     app.parse(std::move(arguments));
     // "--" says that only names follow; the parser leaves the mark itself over.
+    if (!align)
+        for (const std::string& name : raw.positional)
+            if (name == "align") refuseStranger(name);
     for (const std::string& stranger : app.remaining())
         if (stranger != "--") refuseStranger(stranger);
     if (raw.help) return Farewell{Exit::done, align ? alignHelpText : helpText, {}};
     if (raw.version) return Farewell{Exit::done, programVersion() + "\n", {}};
     refuseMissingValues(app);
-    options.drawing = pathFromUtf8(drawingOf(raw));
+    readDrawings(raw, align, options);
     options.script = pathFromUtf8(raw.script);
     options.output = pathFromUtf8(raw.output);
     options.report = pathFromUtf8(raw.report);
     options.log = pathFromUtf8(raw.log);
     options.module = pathFromUtf8(raw.module);
     if (align) readAlign(raw, options);
-    refuseOverwriting(options);
+    for (const Options& task : tasksOf(options)) refuseOverwriting(task);
     return options;
 }
 

@@ -59,7 +59,9 @@ void Printer::print(std::string_view text) {
 
 void Printer::error(std::string_view sentence) {
     endLine();
-    const std::string line = "orlinth: " + std::string(sentence) + "\n";
+    const bool told = sentence.substr(0, subject_.size()) == subject_;
+    const std::string line =
+        "orlinth: " + (told ? "" : subject_ + ": ") + std::string(sentence) + "\n";
     write(stderr, line);
     log(line);
 }

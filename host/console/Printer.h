@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace host::console {
 
@@ -32,6 +33,10 @@ class Printer {
     // that a terminal and the log show the error on a line of its own.
     void error(std::string_view sentence);
 
+    // What the errors from now on are about: "orlinth: katu.dxf: " stands before them, unless they
+    // begin with it themselves. Empty: nothing.
+    void setSubject(std::string subject) { subject_ = std::move(subject); }
+
     // Ends a line of standard output that stands open, such as a prompt that nobody answers any
     // more.
     void endLine();
@@ -47,6 +52,7 @@ class Printer {
     void log(std::string_view text);
 
     std::ofstream log_;
+    std::string subject_;
     bool logging_ = false;
     bool logComplete_ = true;
     bool atLineStart_ = true;

@@ -8,6 +8,7 @@
 
 #include "host/console/Account.h"
 #include "host/console/AlignAnswers.h"
+#include "host/console/Bulk.h"
 #include "host/console/ExceptionText.h"
 #include "host/console/Files.h"
 #include "host/console/HostCommands.h"
@@ -52,7 +53,7 @@ class Call {
           verdict_(options, isPerson(options)),
           workplace_{options, printer, saver_, verdict_, account_, {}, false, isPerson(options)} {}
 
-    Exit run() {
+    TaskResult run() {
         SessionOutput output(printer_);
         const std::unique_ptr<editor::Input> input = makeInput(options_, output);
         {
@@ -64,7 +65,9 @@ class Call {
         }
         for (const std::string& leak : database::Ledger::instance().leaks())
             printer_.error("internal: the session left open: " + leak);
-        return exit_;
+        result_.exit = exit_;
+        result_.stopsAll = saver_.wasInterrupted();
+        return result_;
     }
 
   private:
@@ -92,6 +95,11 @@ class Call {
         if (options_.verify && !saver_.hasSaved())
             printer_.print("Nothing was saved, so there is nothing to verify.\n");
         if (exit_ == Exit::done && !saver_.proved()) exit_ = Exit::unproved;
+        if (session.drawing() == nullptr) return;
+        const Record record = account_.record(*session.drawing());
+        result_.turned = record.turned();
+        result_.left = record.left();
+        result_.savedAs = utf8(saver_.target());
     }
 
     void save(Session& session) {
@@ -162,24 +170,37 @@ class Call {
     Account account_;
     Workplace workplace_;
     Exit exit_ = Exit::done;
+    TaskResult result_;
 };
 
-Exit perform(const Options& options, Printer& printer) {
+TaskResult perform(const Options& options, Printer& printer) {
+    const auto unreadable = [&](const std::exception& error, bool inAll) {
+        printer.error(error.what());
+        TaskResult result;
+        result.exit = Exit::unreadable;
+        result.stopsAll = inAll;
+        return result;
+    };
+    makeFolder(options);
     try {
         return Call(options, printer).run();
-    } catch (const UnreadableFile& error) {
-        printer.error(error.what());
-        return Exit::unreadable;
+    } catch (const UnreadableFile& error) {  // the script
+        return unreadable(error, true);
     } catch (const editor::ModuleError& error) {
-        printer.error(error.what());
-        return Exit::unreadable;
+        return unreadable(error, true);
     } catch (const dxf::ReadError& error) {
-        printer.error(error.what());
-        return Exit::unreadable;
+        return unreadable(error, false);
     } catch (...) {
         printer.error("internal: " + describeException());
-        return Exit::cancelled;
+        TaskResult result;
+        result.exit = Exit::cancelled;
+        return result;
     }
+}
+
+Exit perform(const std::vector<Options>& tasks, Printer& printer) {
+    if (tasks.size() == 1) return perform(tasks.front(), printer).exit;
+    return runInTurn(tasks, printer, [&](const Options& task) { return perform(task, printer); });
 }
 
 Exit farewell(const Farewell& farewell) {
@@ -192,7 +213,7 @@ Exit farewell(const Farewell& farewell) {
 Exit runWithLog(const Options& options) {
     try {
         Printer printer(options.log);
-        const Exit exit = perform(options, printer);
+        const Exit exit = perform(tasksOf(options), printer);
         if (!printer.logComplete())
             printer.error("the log '" + utf8(options.log) + "' could not be written to its end");
         return exit;

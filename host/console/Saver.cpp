@@ -68,6 +68,7 @@ void Saver::write(AcDbDatabase& drawing, const std::filesystem::path& target) {
     } catch (const dxf::WriteError& error) {
         throw NotSaved(error.what());
     } catch (const Interruption::Happened&) {
+        wasInterrupted_ = true;
         throw NotSaved(utf8(target) + " was not written: it was interrupted");
     }
 }

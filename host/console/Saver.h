@@ -51,6 +51,9 @@ class Saver {
     // True once a drawing was written, or would have been with --dry-run.
     bool hasSaved() const { return hasSaved_; }
 
+    // True once somebody has interrupted a saving.
+    bool wasInterrupted() const { return wasInterrupted_; }
+
     // False once --verify has found a difference that no command made.
     bool proved() const { return proved_; }
 
@@ -65,6 +68,7 @@ class Saver {
     std::filesystem::path target_;
     bool hasSaved_ = false;
     bool proved_ = true;
+    bool wasInterrupted_ = false;
 };
 
 }  // namespace host::console

@@ -1,39 +1,16 @@
 // The report as text for people: a heading, for each command a table of what it turned and one of
 // what it left, and the totals. Angles are degrees from 0 to 360.
-#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <string_view>
 #include <vector>
 
 #include "host/console/Report.h"
-#include "host/dxf/Utf8.h"
+#include "host/console/Table.h"
 
 namespace host::console {
 
 namespace {
-
-// How many characters a UTF-8 text has.
-std::size_t width(std::string_view text) {
-    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
-        return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
-    }));
-}
-
-// On one line, and harmless for a terminal: what controls it becomes a blank, what is no UTF-8
-// U+FFFD.
-std::string tame(std::string_view text) {
-    std::string tamed;
-    while (!text.empty()) {
-        const std::size_t length = dxf::utf8::sequenceLength(text);
-        char32_t c = length == 0 ? dxf::utf8::kReplacement : dxf::utf8::decodeOne(text, length);
-        if (c < 0x20 || (c >= 0x7F && c < 0xA0)) c = ' ';
-        dxf::utf8::append(tamed, c);
-        text.remove_prefix(length == 0 ? 1 : length);
-    }
-    return tamed;
-}
 
 std::string fixed(double value) {
     constexpr int decimals = 3;
@@ -63,38 +40,6 @@ std::string counted(std::size_t count, const char* what) {
 std::string nameOf(const EntityNote& entity) {
     return tame(entity.type) + " " + (entity.handle.empty() ? "without a handle" : entity.handle);
 }
-
-// Columns as wide as their widest cell, numbers to the right.
-class Table {
-  public:
-    using Row = std::vector<std::string>;
-    enum class Side { left, right };
-
-    Table(Row heads, std::vector<Side> sides) : sides_(std::move(sides)) { add(std::move(heads)); }
-
-    void add(Row row) { rows_.push_back(std::move(row)); }
-
-    std::string text() const {
-        std::vector<std::size_t> widths(sides_.size());
-        for (const Row& row : rows_)
-            for (std::size_t i = 0; i < row.size(); ++i)
-                widths[i] = std::max(widths[i], width(row[i]));
-        std::string all;
-        for (const Row& row : rows_) {
-            std::string line = " ";
-            for (std::size_t i = 0; i < row.size(); ++i) {
-                const std::string blanks(widths[i] - width(row[i]), ' ');
-                line += " " + (sides_[i] == Side::left ? row[i] + blanks : blanks + row[i]) + " ";
-            }
-            all += line.substr(0, line.find_last_not_of(' ') + 1) + "\n";
-        }
-        return all;
-    }
-
-  private:
-    std::vector<Side> sides_;
-    std::vector<Row> rows_;
-};
 
 std::string tableOf(const std::vector<TurnedEntity>& turned) {
     constexpr auto l = Table::Side::left;

@@ -161,7 +161,7 @@ TEST(Options, EveryExampleOfTheHelpIsAccepted) {
             ++examples;
         }
     }
-    EXPECT_EQ(examples, 7);
+    EXPECT_EQ(examples, 9);
 }
 
 TEST(Options, TheHelpNamesEveryOption) {
