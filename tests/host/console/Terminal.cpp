@@ -166,6 +166,9 @@ class Player {
                     << place_ << ": the program ended before '" << rest << "' was shown\n"
                     << terminal().bytes();
                 return !testing::Test::HasFailure();
+            case '~':
+                EXPECT_TRUE(terminal().shows(rest)) << place_ << ": '" << rest << "' never came";
+                return !testing::Test::HasFailure();
             case '<':
                 terminal().type(keys(rest));
                 return true;

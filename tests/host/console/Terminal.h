@@ -8,6 +8,8 @@
 //                  holds the example drawing as streets.dxf; a second one goes on in that folder
 //     ? ...        waits until the line with the cursor reads so, the cursor behind its end; the
 //                  blanks at the end count
+//     ~ ...        waits until the program has written this since the last such wait; before a "?"
+//                  for a prompt that stands there for a moment before, such as those of a script
 //     < ...        keys are typed: {Enter} {Escape} {Ctrl-A}... {Tab} {Up} {Down} {Left} {Right}
 //                  {Backspace}
 //     size N       the window gets N columns
