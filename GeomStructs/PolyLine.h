@@ -69,8 +69,10 @@ class PolyLine : public Point3dArrayBase<Point3d> {
     //   AcDbPolyline                    the vertices; arcs become their chords
     //   AcDbLine                        both ends
     //   AcDbPoint, AcDbBlockReference   the position twice: a polyline without length
-    //   AcDbRegion                      nothing: outlines are not read yet
-    //   any other                       nothing
+    //   AcDbRegion                      the first outer outline, arcs as chords, in place of all
+    //                                   that was here, box and offset too; nothing when the host
+    //                                   gives none (EntityRegions.h)
+    //   any other, a derived region     nothing
     // A closed entity's first vertex is appended again unless the last equals it.
     // `disposal` says what becomes of the entity then: 0 it stays open, 1 it is closed, 2 erased
     // and closed. Intended: an entity that nothing is read of is closed with 1 or 2, but never
@@ -476,7 +478,7 @@ class PolyLine : public Point3dArrayBase<Point3d> {
     //   -1   cancelled (RTCAN)
     //   -2   any other answer than an entity
     //   -3   the pick can't be read as a line: no id, not to be opened, of a class not accepted, or
-    //        a region; it is closed and unchanged
+    //        a region whose outline the host doesn't know; it is closed and unchanged
     // `pickPoint` gets the point of the pick whatever the answer; `id` is stored before opening,
     // `layer` (a text that the caller frees) and `colour` when accepted, and `segment`, the segment
     // nearest to the pick, at the end.

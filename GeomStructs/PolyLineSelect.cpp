@@ -4,6 +4,7 @@
 #include <afxwin.h>
 #include <dbregion.h>
 
+#include "GeomStructs/EntityRegions.h"
 #include "GeomStructs/PolyLine.h"
 #include "datastruct/String.h"
 #include "tam/FrameWindow.h"
@@ -21,10 +22,10 @@ struct Wanted {
     double step;
 };
 
-// Of what is accepted, regions can't be read yet.
+// Of what is accepted, a region counts only when the host knows its outline.
 bool IsRead(AcDbEntity* entity) {
     return PolyLine::IsAcceptedEntity(entity, true, true, false) &&
-           entity->isA() != AcDbRegion::desc();
+           (entity->isA() != AcDbRegion::desc() || HasOutline(entity));
 }
 
 // The entity with that id, open, when it can be read as a line; otherwise null and closed.

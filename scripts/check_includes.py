@@ -41,6 +41,7 @@ HOST_MAY_USE = {"tam/TextCase.h"}
 INTERFACE_HEADERS = set("""
     aced.h acedads.h acdb.h acdbads.h acdocman.h acestext.h acgi.h accmd.h actrans.h adesk.h
     adscodes.h adsdef.h adslib.h acutads.h acutmem.h acarray.h acadstrc.h acbr.h brbrep.h
+    brgbl.h brent.h brtrav.h brbftrav.h brfltrav.h brletrav.h bredge.h brvtx.h dbsubeid.h
     dbmain.h dbents.h dbpl.h dbspline.h dbelipse.h dbregion.h dbsol3d.h dbbody.h dbsymtb.h dbapserv.h
     dbid.h dbidar.h dbptrar.h dbhandle.h dbdict.h dbsortnt.h dbjig.h dbmline.h dbhatch.h dbxrecrd.h
     dbcurve.h dbobjptr.h dbboiler.h dbxutil.h dbacis.h dbdim.h dblead.h dbxfile.h xgraph.h

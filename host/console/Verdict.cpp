@@ -1,6 +1,7 @@
 #include "host/console/Verdict.h"
 
 #include <adscodes.h>
+#include <dbregion.h>
 
 #include <algorithm>
 #include <string>
@@ -73,6 +74,10 @@ bool pickWasNoLine(const CommandResult& result) {
 
 std::wstring noLine(const CommandResult& result) {
     const auto& picked = result.prompts.front().entities;
+    if (!picked.empty() && picked.front().objectClass() == AcDbRegion::desc())
+        return described(picked.front()) +
+               L" can't be read as a line: the body of a region of a drawing is kept as it stands, "
+               L"unread. Pick one of the curves along it, or a polyline drawn over them";
     return (picked.empty() ? L"what was picked" : described(picked.front())) +
            L" can't be read as a line. Lines, polylines, arcs, circles, ellipses, splines and "
            L"points can; pick one of these";

@@ -1,6 +1,7 @@
 #include "host/database/Geometry.h"
 
 #include <dbents.h>
+#include <dbregion.h>
 #include <dbsymtb.h>
 
 #include <algorithm>
@@ -246,7 +247,21 @@ class Drawer {
             put(closed(outlineOfCorners(entity)), matrix);
         } else if (entity.isKindOf(AcDbVertex::desc())) {
             put({fieldsOf<VertexFields>(entity).position}, matrix);
+        } else if (entity.isKindOf(AcDbRegion::desc())) {
+            drawRegion(fieldsOf<RegionFields>(entity), matrix);
         }
+    }
+
+    // Of a region that was made of curves; that of a drawing keeps its body to itself.
+    void drawRegion(const RegionFields& region, const AcGeMatrix3d& matrix) {
+        if (!region.loop) return;
+        const RegionLoop& loop = *region.loop;
+        if (!loop.corners.empty()) {
+            put(closed(loop.corners), matrix);
+            return;
+        }
+        const AcDbCircle circle(loop.center, loop.normal, loop.radius);
+        sink_.curve(Transformed(*circle.impl()->curve(), matrix));
     }
 
     void drawReference(const AcDbEntity& entity, const AcGeMatrix3d& matrix) {

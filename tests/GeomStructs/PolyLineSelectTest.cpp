@@ -156,7 +156,7 @@ TEST_F(PolyLineSelect, AClassThatIsNotAcceptedIsMinusThreeAndNothingFlashes) {
     EXPECT_TRUE(host_.lines().empty());
 }
 
-TEST_F(PolyLineSelect, RegionsAreMinusThreeAsLongAsTheyAreNotRead) {
+TEST_F(PolyLineSelect, RegionsOfUnknownBodyAreMinusThree) {
     host_.pick(drawing_.Id(0x34));
     EXPECT_EQ(-3, pick_.Select(true));
     pick_.ExpectNothingStored();

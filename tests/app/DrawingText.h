@@ -156,6 +156,11 @@ class DrawingText {
                     {{40, Number(ratio)}, {41, Number(start)}, {42, Number(end)}}));
     }
 
+    // Without the lines of its body.
+    void Region(const std::string& handle) {
+        Entity("REGION", handle, "AcDbModelerGeometry", {{70, "1"}});
+    }
+
     struct Spline {
         int flags = 8;
         int degree = 3;

@@ -1,0 +1,28 @@
+// The way to an entity, or a part of one, from outside: through the references that hold it.
+#pragma once
+
+#include <dbid.h>
+#include <dbidar.h>
+
+namespace AcDb {
+enum SubentType { kNullSubentType = 0, kFaceSubentType, kEdgeSubentType, kVertexSubentType };
+}
+
+class AcDbFullSubentPath {
+  public:
+    AcDbFullSubentPath() = default;
+    // Of an entity that no reference holds. `index` 0 is the whole entity.
+    AcDbFullSubentPath(AcDbObjectId entId, AcDb::SubentType type, Adesk::GsMarker index)
+        : m_type(type), m_index(index) {
+        m_ids.append(entId);
+    }
+
+    // From the outermost reference to the entity, which is the last.
+    AcDbObjectIdArray& objectIds() { return m_ids; }
+    const AcDbObjectIdArray& objectIds() const { return m_ids; }
+
+  private:
+    AcDbObjectIdArray m_ids;
+    AcDb::SubentType m_type = AcDb::kNullSubentType;
+    Adesk::GsMarker m_index = 0;
+};
