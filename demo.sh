@@ -20,10 +20,12 @@ cmake --build --preset native --target orlinth ZEPTOrlinth ||
 
 mkdir -p build/demo
 result=build/demo/streets-turned.dxf
+picture=build/demo/streets-turned.svg
 echo
-echo "\$ orlinth align examples/streets.dxf --line handle=2F --flip --verify -o $result"
-build/native/bin/orlinth align examples/streets.dxf --line handle=2F --flip --verify -o "$result"
+echo "\$ orlinth align examples/streets.dxf --line handle=2F --flip --verify -o $result --picture $picture"
+build/native/bin/orlinth align examples/streets.dxf --line handle=2F --flip --verify -o "$result" --picture "$picture"
 echo
 echo "The drawing as it was:  $PWD/examples/streets.dxf"
 echo "with its labels turned: $PWD/$result"
+echo "a picture of it:        $PWD/$picture (any browser shows it)"
 echo "The program:            $PWD/build/native/bin/orlinth (--help tells more)"

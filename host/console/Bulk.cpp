@@ -46,6 +46,7 @@ Options taskOf(const Options& options, const path& drawing) {
     task.output =
         task.makesFolder ? options.output / drawing.filename() : filledIn(options.output, drawing);
     task.report = filledIn(options.report, drawing);
+    task.picture = filledIn(options.picture, drawing);
     return task;
 }
 
@@ -138,11 +139,16 @@ std::vector<Options> tasksOf(const Options& options) {
         throw std::invalid_argument(
             "--report of several drawings needs {} in its name, which stands for the name of each "
             "one, as in {}.json");
+    if (!options.picture.empty() && !hasPlaceholder(options.picture))
+        throw std::invalid_argument(
+            "--picture of several drawings needs {} in its name, which stands for the name of each "
+            "one, as in {}.svg");
     std::vector<Options> tasks;
     for (const path& drawing : options.drawings) tasks.push_back(taskOf(options, drawing));
     Clashes clashes(tasks);
     for (const Options& task : tasks)
-        for (const path* file : {&task.output, &task.report}) clashes.write(task, *file);
+        for (const path* file : {&task.output, &task.report, &task.picture})
+            clashes.write(task, *file);
     return tasks;
 }
 

@@ -19,9 +19,9 @@ namespace host::console {
 //   a
 //                 single drawing FOLDER ends in a slash
 //   "{}"          in the name of any file stands for the drawing's file name without its extension
-// Throws std::invalid_argument: a report without "{}" for several drawings, two drawings that would
-// be written to one file (whatever the case of its letters), and a file that is to be written for
-// one drawing and is read for another.
+// Throws std::invalid_argument: a report or picture without "{}" for several drawings, two drawings
+// that would be written to one file (whatever the case of its letters), and a file that is to be
+// written for one drawing and is read for another.
 std::vector<Options> tasksOf(const Options& options);
 
 // How one drawing went.

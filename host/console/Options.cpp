@@ -13,6 +13,7 @@
 
 #include "host/console/Bulk.h"
 #include "host/console/Files.h"
+#include "host/picture/PictureFile.h"
 
 namespace host::console {
 
@@ -35,6 +36,8 @@ Options:
                           or SAVEAS; FOLDER/ keeps the drawing's name, and {} stands for it in a name
       --report FILE       what was turned and what was left, and why: JSON for machines in a file .json,
                           text otherwise, - for standard output
+      --picture FILE      picture of the change, .svg .png or .pdf: the picked line, what was turned
+                          before (pale) and after, what was left marked
       --dry-run           everything but writing the drawing
       --verify            after saving, compare the two files group by group and list each difference
       --readonly          refuse to save (/readonly)
@@ -87,7 +90,7 @@ constexpr const char* alignHelpText =
       crossing=x1,y1,x2,y2      inside the rectangle or crossing it
   --flip                  turn the symbols half a revolution; texts always stay readable
 
-Options: -i, -o, --report, --dry-run, --verify, --readonly, --log, --module as `orlinth --help` tells.
+Options: -i, -o, --report, --picture, --dry-run, --verify, --readonly, --log, --module as `orlinth --help` tells.
 
 Examples:
   orlinth align streets.dxf --line handle=2F -o turned.dxf
@@ -97,6 +100,7 @@ Examples:
       tells what would be turned, and by how much
   orlinth align north.dxf south.dxf --line handle=2F -o turned/ --report "turned/{}.json"
       several drawings, each by itself, and a table of all; {} stands for the name of each
+  orlinth align streets.dxf --line handle=2F --flip --dry-run --picture change.svg
 )";
 
 bool startsWith(std::string_view text, std::string_view start) {
@@ -182,7 +186,7 @@ std::vector<std::string> withFamiliarSwitches(std::vector<std::string> arguments
 // The texts that the option parser fills before they are looked at more closely.
 struct Raw {
     std::vector<std::string> positional;
-    std::string input, script, output, report, log, module, line;
+    std::string input, script, output, report, picture, log, module, line;
     std::vector<std::string> filters;
     bool help = false;
     bool version = false;
@@ -197,6 +201,7 @@ void addCommonOptions(CLI::App& app, Raw& raw, Options& options) {
     app.add_option("-i,--input", raw.input);
     app.add_option("-o,--output", raw.output);
     app.add_option("--report", raw.report);
+    app.add_option("--picture", raw.picture);
     app.add_option("--log", raw.log);
     app.add_option("--module", raw.module);
     app.add_flag("--verify", options.verify);
@@ -261,7 +266,10 @@ void readDrawings(const Raw& raw, bool align, Options& options) {
 void refuseOverwriting(const Options& options) {
     const std::filesystem::path report = options.report == "-" ? "" : options.report;
     const std::pair<const char*, const std::filesystem::path*> written[] = {
-        {"--output", &options.output}, {"--report", &report}, {"--log", &options.log}};
+        {"--output", &options.output},
+        {"--report", &report},
+        {"--picture", &options.picture},
+        {"--log", &options.log}};
     const std::pair<const char*, const std::filesystem::path*> read[] = {
         {"the script", &options.script},
         {"the module", &options.module},
@@ -278,6 +286,13 @@ void refuseOverwriting(const Options& options) {
                 throw std::invalid_argument(std::string(written[i].first) + " and " +
                                             written[j].first + " name the same file '" +
                                             utf8(*written[j].second) + "'");
+}
+
+void refuseOtherFormats(const std::filesystem::path& file) {
+    if (!file.empty() && !picture::formatOf(file))
+        throw std::invalid_argument(
+            "--picture writes files whose names end with .svg, .png or .pdf; '" + utf8(file) +
+            "' does not");
 }
 
 void readAlign(const Raw& raw, Options& options) {
@@ -325,9 +340,11 @@ std::variant<Options, Farewell> parse(std::vector<std::string> arguments, bool a
     options.script = pathFromUtf8(raw.script);
     options.output = pathFromUtf8(raw.output);
     options.report = pathFromUtf8(raw.report);
+    options.picture = pathFromUtf8(raw.picture);
     options.log = pathFromUtf8(raw.log);
     options.module = pathFromUtf8(raw.module);
     if (align) readAlign(raw, options);
+    refuseOtherFormats(options.picture);
     for (const Options& task : tasksOf(options)) refuseOverwriting(task);
     return options;
 }

@@ -46,9 +46,10 @@ struct Options {
     std::filesystem::path drawing;                // empty: none was named, or several
     std::vector<std::filesystem::path> drawings;  // when several were named; see Bulk.h
     std::filesystem::path script;                 // empty: answers come from standard input
-    std::filesystem::path output;  // empty: nothing is written but by QSAVE and SAVEAS
-    bool makesFolder = false;      // the folder of `output` is made when it is missing
-    std::filesystem::path report;  // "-": standard output
+    std::filesystem::path output;   // empty: nothing is written but by QSAVE and SAVEAS
+    bool makesFolder = false;       // the folder of `output` is made when it is missing
+    std::filesystem::path report;   // "-": standard output
+    std::filesystem::path picture;  // empty: none
     std::filesystem::path log;
     std::filesystem::path module;  // empty: the one beside the program
     bool verify = false;
@@ -70,7 +71,8 @@ std::string programVersion();
 // Reads the arguments behind the program's name.
 // `/i`, `/s` and `/readonly` (any case) are taken for -i, -s and --readonly.
 // An unknown option, a missing or malformed value, a drawing named twice, a script beside `align`,
-// several drawings without a script or `align`, and a file that is to be both written and read
+// several drawings without a script or `align`, a picture whose name ends with none of .svg, .png
+// and .pdf, and a file that is to be both written and read
 // other than as the drawing give a Farewell with Exit::usage. Names of files to be written are
 // those of the command line; tasksOf (Bulk.h) makes them each drawing's own and has been tried.
 std::variant<Options, Farewell> parseOptions(const std::vector<std::string>& arguments);

@@ -13,6 +13,7 @@
 #include "host/console/Files.h"
 #include "host/console/HostCommands.h"
 #include "host/console/Options.h"
+#include "host/console/Picturing.h"
 #include "host/console/Printer.h"
 #include "host/console/ProgramFile.h"
 #include "host/console/Report.h"
@@ -92,6 +93,7 @@ class Call {
             saveAndReport(session);
         else
             save(session);
+        if (!options_.picture.empty()) drawPicture(session);
         if (options_.verify && !saver_.hasSaved())
             printer_.print("Nothing was saved, so there is nothing to verify.\n");
         if (exit_ == Exit::done && !saver_.proved()) exit_ = Exit::unproved;
@@ -163,6 +165,20 @@ class Call {
         }
     }
 
+    void drawPicture(const Session& session) {
+        const std::string name = utf8(options_.picture);
+        if (!verdict_.endedWell())
+            return printer_.error(name + " was not written, because the session did not end well");
+        if (session.drawing() == nullptr)
+            return refuse(Exit::cancelled, name + " was not written: no drawing is open");
+        try {
+            writePicture(*session.drawing(), workplace_.drawing.filename(),
+                         account_.record(*session.drawing()), options_, printer_);
+        } catch (const NotPictured& error) {
+            refuse(error.code(), error.what());
+        }
+    }
+
     const Options& options_;
     Printer& printer_;
     Saver saver_;
@@ -181,9 +197,16 @@ TaskResult perform(const Options& options, Printer& printer) {
         result.stopsAll = inAll;
         return result;
     };
-    makeFolder(options);
     try {
+        demandPicture(options);
+        makeFolder(options);
         return Call(options, printer).run();
+    } catch (const NotPictured& error) {
+        printer.error(error.what());
+        TaskResult result;
+        result.exit = error.code();
+        result.stopsAll = true;
+        return result;
     } catch (const UnreadableFile& error) {  // the script
         return unreadable(error, true);
     } catch (const editor::ModuleError& error) {

@@ -27,6 +27,12 @@ constexpr std::size_t kMostChains = 20000;
 // Entities looked at for one box before the boxes of whole blocks are taken.
 constexpr std::size_t kMostForBox = 20000;
 
+// Blocks passed through for the chains of one entity: blocks may hold nothing but each other.
+constexpr std::size_t kMostBlocks = 200000;
+
+// Blocks within blocks beyond this depth are left out.
+constexpr std::size_t kDeepestBlock = 64;
+
 class Transformed final : public Curve {
   public:
     Transformed(const Curve& curve, const AcGeMatrix3d& matrix)
@@ -53,6 +59,8 @@ class Sink {
     virtual void curve(const Curve& curve) = 0;
     virtual void chain(Chain chain) = 0;
     virtual bool full() const = 0;
+    // A block is passed through, be it empty.
+    virtual void block() = 0;
     // Whether the box of a block is enough by now.
     virtual bool wantsBoxes() const { return false; }
 };
@@ -62,12 +70,14 @@ class ChainSink final : public Sink {
     explicit ChainSink(double chordError) : error_(chordError) {}
     void curve(const Curve& curve) override { chain(flattened(curve, error_)); }
     void chain(Chain chain) override { chains_.push_back(std::move(chain)); }
-    bool full() const override { return chains_.size() > kMostChains; }
+    bool full() const override { return chains_.size() > kMostChains || blocks_ > kMostBlocks; }
+    void block() override { ++blocks_; }
     std::vector<Chain>& chains() { return chains_; }
 
   private:
     double error_;
     std::vector<Chain> chains_;
+    std::size_t blocks_ = 0;
 };
 
 class BoxSink final : public Sink {
@@ -82,6 +92,7 @@ class BoxSink final : public Sink {
         for (const AcGePoint3d& point : chain) add(point);
     }
     bool full() const override { return false; }
+    void block() override { ++count_; }
     bool wantsBoxes() const override { return count_ > kMostForBox; }
     const std::optional<AcDbExtents>& box() const { return box_; }
 
@@ -300,7 +311,10 @@ class Drawer {
     }
 
     void drawBlock(std::optional<ObjectNumber> block, const AcGeMatrix3d& matrix) {
-        if (!block || std::count(inside_.begin(), inside_.end(), *block) != 0) return;
+        if (!block || inside_.size() >= kDeepestBlock ||
+            std::count(inside_.begin(), inside_.end(), *block) != 0)
+            return;
+        sink_.block();
         if (sink_.wantsBoxes()) {
             if (const auto box = boxOfBlock(*block)) put(corners(*box), matrix);
             return;

@@ -29,8 +29,8 @@ std::filesystem::path document(const std::string& name) {
 }
 
 const std::vector<std::string> documents{
-    "README.md",   "CONTRIBUTING.md",      "docs/using.md", "docs/command.md",
-    "docs/dxf.md", "docs/architecture.md", "docs/report.md"};
+    "README.md",   "CONTRIBUTING.md",      "docs/using.md",  "docs/command.md",
+    "docs/dxf.md", "docs/architecture.md", "docs/report.md", "docs/picture.md"};
 
 bool startsWith(const std::string& text, const std::string& start) {
     return text.rfind(start, 0) == 0;
@@ -144,6 +144,20 @@ TEST(Documentation, EveryExampleOfTheReportPrintsWhatIsWritten) {
 
 TEST(Documentation, EveryExampleOfTheReadmePrintsWhatIsWritten) {
     EXPECT_GE(playExamples("README.md"), 2);
+}
+
+// Made by the command that README.md and docs/picture.md tell.
+TEST(Documentation, PictureIsWhatTheProgramDraws) {
+    const Folder folder;
+    write(folder / "streets.dxf", read(exampleDrawing()));
+    const Outcome outcome = run({orlinth(),
+                                 {"align", "streets.dxf", "--line", "handle=2F", "--flip",
+                                  "--dry-run", "--picture", "align.svg"},
+                                 folder.path(),
+                                 {}});
+    EXPECT_EQ(outcome.exit, 0) << outcome.error;
+    EXPECT_EQ(read(folder / "align.svg"), read(document("docs/images/align.svg")))
+        << "draw it anew by this command, look at it, and put it there";
 }
 
 // The targets of links, and names in backticks that are paths by their looks: a slash or an

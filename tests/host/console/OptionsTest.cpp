@@ -74,10 +74,6 @@ TEST(Options, UnknownOptionsAreRefusedByName) {
     EXPECT_TRUE(contains(refusal({"in.dxf", "second.dxf"}), "second.dxf"));
 }
 
-TEST(Options, PictureIsNotOffered) {
-    EXPECT_NE(refusal({"in.dxf", "--picture", "p.svg"}), "");
-}
-
 TEST(Options, AReportGoesToAFileOrToStandardOutput) {
     EXPECT_EQ(accepted({"in.dxf", "--report", "r.json"}).report, "r.json");
     EXPECT_EQ(accepted({"in.dxf", "--report", "-"}).report, "-");
@@ -161,19 +157,27 @@ TEST(Options, EveryExampleOfTheHelpIsAccepted) {
             ++examples;
         }
     }
-    EXPECT_EQ(examples, 9);
+    EXPECT_EQ(examples, 10);
 }
 
 TEST(Options, TheHelpNamesEveryOption) {
     const std::string help = std::get<Farewell>(parseOptions({"--help"})).output;
     for (const char* option :
-         {"-i, --input", "-s, --script", "-o, --output", "--dry-run", "--verify", "--readonly",
-          "--log", "--module", "-h, --help", "--version", "/i", "/s", "/readonly"})
+         {"-i, --input", "-s, --script", "-o, --output", "--picture", "--dry-run", "--verify",
+          "--readonly", "--log", "--module", "-h, --help", "--version", "/i", "/s", "/readonly"})
         EXPECT_TRUE(contains(help, option)) << option;
     const std::string align = std::get<Farewell>(parseOptions({"align", "--help"})).output;
     for (const char* option : {"--line handle=", "--line x,y", "--select", "--flip",
                                "layer=", "type=", "handle=", "window=", "crossing="})
         EXPECT_TRUE(contains(align, option)) << option;
+}
+
+TEST(Options, PictureIsOfOneOfThreeFormats) {
+    for (const char* name : {"a.svg", "a.PNG", "folder/a.b.pdf"})
+        EXPECT_EQ(accepted({"in.dxf", "--picture", name}).picture, std::filesystem::path(name));
+    for (const char* name : {"a.jpg", "svg", "a."})
+        EXPECT_TRUE(contains(refusal({"in.dxf", "--picture", name}), ".svg, .png or .pdf")) << name;
+    EXPECT_TRUE(accepted({"in.dxf"}).picture.empty());
 }
 
 TEST(AlignOptions, LineIsAHandleOrAPoint) {

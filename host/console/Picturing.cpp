@@ -1,0 +1,88 @@
+#include "host/console/Picturing.h"
+
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "host/console/ProgramFile.h"
+#include "host/dxf/Errors.h"
+#include "host/editor/Words.h"
+#include "host/picture/Picture.h"
+#include "host/picture/PictureFile.h"
+
+namespace host::console {
+
+namespace {
+
+constexpr double radiansPerDegree = 3.14159265358979323846 / 180.0;
+
+picture::Rendering rendering() {
+    return picture::Rendering(besideProgram(picture::renderingModule));
+}
+
+std::wstring reasonOf(const LeftEntity& left) {
+    std::wstring reason = editor::fromUtf8(described(left.reason));
+    if (!left.detail.empty()) reason += L" (" + editor::fromUtf8(left.detail) + L")";
+    return reason;
+}
+
+std::wstring lastCommand(const Record& record) {
+    return record.runs.empty() ? std::wstring() : editor::fromUtf8(record.runs.back().command);
+}
+
+// As --picture's format wants it.
+std::string bytesOf(const std::string& svg, const std::filesystem::path& file) {
+    const auto format = picture::formatOf(file);
+    return format == picture::Format::svg ? svg : rendering().render(svg, *format);
+}
+
+}  // namespace
+
+picture::Change changeOf(const Record& record) {
+    picture::Change change;
+    std::unordered_set<AcDbObjectId> turned;
+    const CommandRun* last = nullptr;
+    for (const CommandRun& run : record.runs) {
+        if (run.takenBack) continue;
+        for (const TurnedEntity& entity : run.turned)
+            if (turned.insert(entity.id).second)
+                change.turned.push_back({entity.id, entity.before.degrees * radiansPerDegree});
+        if (run.line) last = &run;
+    }
+    if (last == nullptr) return change;
+    change.line = last->line->id;
+    for (const LeftEntity& entity : last->left)
+        if (turned.count(entity.id) == 0) change.left.push_back({entity.id, reasonOf(entity)});
+    return change;
+}
+
+void demandPicture(const Options& options) {
+    if (options.picture.empty() || picture::formatOf(options.picture) == picture::Format::svg)
+        return;
+    try {
+        rendering();
+    } catch (const picture::NotRendered& error) {
+        throw NotPictured(Exit::usage, "--picture " + utf8(options.picture) +
+                                           ": PNG and PDF can't be written here: " + error.what() +
+                                           "; a name that ends with .svg works everywhere");
+    }
+}
+
+void writePicture(const AcDbDatabase& drawing, const std::filesystem::path& name,
+                  const Record& record, const Options& options, Printer& printer) {
+    const picture::Change change = changeOf(record);
+    const std::string svg =
+        picture::draw(drawing, change, {editor::fromUtf8(utf8(name)), lastCommand(record)});
+    try {
+        picture::writeFile(options.picture, bytesOf(svg, options.picture));
+    } catch (const dxf::WriteError& error) {
+        throw NotPictured(Exit::unwritable, error.what());
+    } catch (const picture::NotRendered& error) {
+        throw NotPictured(Exit::unwritable,
+                          utf8(options.picture) + " was not written: " + error.what());
+    }
+    printer.print(utf8(options.picture) + " drawn: " + std::to_string(change.turned.size()) +
+                  " turned, " + std::to_string(change.left.size()) + " left.\n");
+}
+
+}  // namespace host::console
