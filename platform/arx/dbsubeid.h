@@ -11,9 +11,8 @@ enum SubentType { kNullSubentType = 0, kFaceSubentType, kEdgeSubentType, kVertex
 class AcDbFullSubentPath {
   public:
     AcDbFullSubentPath() = default;
-    // Of an entity that no reference holds. `index` 0 is the whole entity.
-    AcDbFullSubentPath(AcDbObjectId entId, AcDb::SubentType type, Adesk::GsMarker index)
-        : m_type(type), m_index(index) {
+    // Of an entity that no reference holds. The host knows whole entities only: no type, index 0.
+    AcDbFullSubentPath(AcDbObjectId entId, AcDb::SubentType /*type*/, Adesk::GsMarker /*index*/) {
         m_ids.append(entId);
     }
 
@@ -23,6 +22,4 @@ class AcDbFullSubentPath {
 
   private:
     AcDbObjectIdArray m_ids;
-    AcDb::SubentType m_type = AcDb::kNullSubentType;
-    Adesk::GsMarker m_index = 0;
 };
