@@ -21,12 +21,14 @@ class IntersectionWalk {
     // the line.
     void Look(int i) {
         const Point3d* const vertex = vertices_ + i;
+        const Line segment(vertex[0], vertex[1]);
         Point3d point;
-        const int code = line_.Intersect3d(Line(vertex[0], vertex[1]), point, zMode_, true);
+        const int code = line_.Intersect(segment, point, true);
         if (code == 0) return;
         const bool secondTouch = code == 2 && lastTouched_ == i - 1;
         if (code == 2) lastTouched_ = i;
         if (code == 2 && !touchFirstEnd_ && !(secondTouch && PassesThrough(vertex))) return;
+        line_.Intersect3d(segment, point, zMode_, true);
         points_.Append(point);
         if (segments_ != nullptr) segments_->Append(i);
     }

@@ -11,18 +11,33 @@ namespace {
 // Below this many pairs of segments an index costs more than it saves.
 constexpr std::uint64_t kPairsWorthAnIndex = 256;
 
-// `line.Intersections(segment, ...)` for one segment after another, by an index when that pays.
+// `line.Intersections(...)` in place of what `points` holds.
+void FindPoints(const PolyLine& line, const Line& query, Array<int>* segments, bool touchFirstEnd,
+                int zMode, PolyLine& points) {
+    points.count = 0;
+    IntersectionWalk walk(query, line.data, touchFirstEnd, zMode, points, segments);
+    if (!line.IsBeyondBounds(query)) {
+        const SegmentReach reach(query);
+        for (int i = 0; i + 1 < static_cast<int>(line.count); ++i)
+            if (!reach.Misses(line.data + i)) walk.Look(i);
+    }
+    walk.Finish();
+}
+
+// The same for one segment after another, by an index when that pays.
 class Noding {
   public:
     Noding(const PolyLine& line, std::uint32_t questions) : line_(line) {
         if (std::uint64_t{line.count} * questions >= kPairsWorthAnIndex)
             index_ = std::make_unique<SegmentIndex>(line);
     }
-    PolyLine Points(const Line& segment, Array<int>* segments, bool touchFirstEnd,
-                    int zMode) const {
-        if (index_ != nullptr)
-            return index_->Intersections(segment, segments, touchFirstEnd, zMode);
-        return line_.Intersections(segment, segments, touchFirstEnd, zMode);
+    void Find(const Line& segment, Array<int>* segments, bool touchFirstEnd, int zMode,
+              PolyLine& points) const {
+        if (index_ != nullptr) {
+            index_->Intersections(segment, segments, touchFirstEnd, zMode, points);
+        } else {
+            FindPoints(line_, segment, segments, touchFirstEnd, zMode, points);
+        }
     }
 
   private:
@@ -67,33 +82,29 @@ int PolyLine::FirstIntersection(const Line& line, Point3d* result, bool lineFirs
 PolyLine PolyLine::Intersections(const Line& line, Array<int>* segments, bool touchFirstEnd,
                                  int zMode) const {
     PolyLine points;
-    IntersectionWalk walk(line, data, touchFirstEnd, zMode, points, segments);
-    if (!IsBeyondBounds(line)) {
-        const SegmentReach reach(line);
-        for (int i = 0; i + 1 < static_cast<int>(count); ++i)
-            if (!reach.Misses(data + i)) walk.Look(i);
-    }
-    walk.Finish();
+    FindPoints(*this, line, segments, touchFirstEnd, zMode, points);
     return points;
 }
 
 PolyLine PolyLine::Intersections(const PolyLine& line, Array<int>* segments) const {
-    PolyLine points;
+    PolyLine all, points;
     const Noding noding(line, count);
-    for (std::uint32_t i = 0; i + 1 < count; ++i)
-        points.Append(noding.Points(Line(data[i], data[i + 1]), segments, false, 0), 2);
-    return points;
+    for (std::uint32_t i = 0; i + 1 < count; ++i) {
+        noding.Find(Line(data[i], data[i + 1]), segments, false, 0, points);
+        all.Append(points, 2);
+    }
+    return all;
 }
 
 PolyLine PolyLine::WithIntersections(const PolyLine& other, Array<int>* segments,
                                      bool touchFirstEnd, int zMode) const {
     if (count < 2 || other.count < 2) return *this;
-    PolyLine noded(std::max(20, static_cast<int>(other.count)));
+    PolyLine noded(std::max(20, static_cast<int>(other.count))), points;
     const Noding noding(other, count);
     for (std::uint32_t i = 0; i + 1 < count; ++i) {
         const Point3d &start = data[i], &end = data[i + 1];
-        PolyLine points = noding.Points(Line(start, end), nullptr, touchFirstEnd, zMode);
-        points.SortByDistance(start);
+        noding.Find(Line(start, end), nullptr, touchFirstEnd, zMode, points);
+        if (points.count > 1) points.SortByDistance(start);
         noded.Append(start);
         for (const Point3d& point : points) {
             if (Equals(point, start) || Equals(point, end)) continue;

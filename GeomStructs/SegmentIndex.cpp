@@ -8,6 +8,9 @@
 namespace TamLib {
 namespace {
 
+constexpr double kInfinite = std::numeric_limits<double>::infinity();
+constexpr PlanBox kEverywhere{-kInfinite, kInfinite, -kInfinite, kInfinite};
+
 void Widen(PlanBox& box, const PlanBox& other) {
     box.xMin = std::min(box.xMin, other.xMin);
     box.xMax = std::max(box.xMax, other.xMax);
@@ -37,7 +40,8 @@ SegmentIndex::SegmentIndex(const PolyLine& line)
     : line_(line),
       vertices_(line.data),
       segments_(std::max(static_cast<int>(line.count) - 1, 0)),
-      closed_(line.count >= 3 && line.IsClosed()) {
+      closed_(line.count >= 3 && line.IsClosed()),
+      extent_(kEverywhere) {
     if (segments_ > 0 && std::all_of(line.begin(), line.end(), IsTame)) Build();
 }
 
@@ -64,6 +68,8 @@ void SegmentIndex::Build() {
         }
         levels_.push_back(std::move(above));
     }
+    extent_ = levels_.back().front().box;
+    for (const Run& run : levels_.back()) Widen(extent_, run.box);
 }
 
 // The segments of one run at that level, the lowest being 0.
@@ -123,6 +129,13 @@ int SegmentIndex::Crosses(const Line& line) const {
 PolyLine SegmentIndex::Intersections(const Line& line, Array<int>* segments, bool touchFirstEnd,
                                      int zMode) const {
     PolyLine points;
+    Intersections(line, segments, touchFirstEnd, zMode, points);
+    return points;
+}
+
+void SegmentIndex::Intersections(const Line& line, Array<int>* segments, bool touchFirstEnd,
+                                 int zMode, PolyLine& points) const {
+    points.count = 0;
     IntersectionWalk walk(line, vertices_, touchFirstEnd, zMode, points, segments);
     if (!line_.IsBeyondBounds(line)) {
         ForEachNear(line, [&](int i) {
@@ -131,7 +144,6 @@ PolyLine SegmentIndex::Intersections(const Line& line, Array<int>* segments, boo
         });
     }
     walk.Finish();
-    return points;
 }
 
 int SegmentIndex::FindVertex(const Point3d& point) const {

@@ -28,9 +28,12 @@ class SegmentIndex {
     int MidPointInside(const Point3d& a, const Point3d& b) const;
     // `PolyLine::Crosses`.
     int Crosses(const Line& line) const;
-    // `PolyLine::Intersections` of a line.
+    // `PolyLine::Intersections` of a line; the second form puts them in place of what `points`
+    // holds.
     PolyLine Intersections(const Line& line, Array<int>* segments, bool touchFirstEnd,
                            int zMode) const;
+    void Intersections(const Line& line, Array<int>* segments, bool touchFirstEnd, int zMode,
+                       PolyLine& points) const;
     // The lowest index of a vertex that is `Equals` to `point`, -1 without one.
     int FindVertex(const Point3d& point) const;
 
@@ -38,9 +41,11 @@ class SegmentIndex {
     // true. For those left out `line.Intersect(segment)` gives 0.
     template <class Visit>
     void ForEachNear(const Line& line, const Visit& visit) const {
-        const SegmentReach reach(line);
-        const auto misses = [&](const PlanBox& box) { return reach.Misses(box); };
-        const auto look = [&](int i) { return !reach.Misses(vertices_ + i) && visit(i); };
+        const PlanBox reach = SegmentReach(line).Within(extent_);
+        const auto misses = [&](const PlanBox& box) { return AreApart(box, reach); };
+        const auto look = [&](int i) {
+            return !misses(BoxOf(vertices_[i], vertices_[i + 1])) && visit(i);
+        };
         Search(misses, look);
     }
 
@@ -90,6 +95,7 @@ class SegmentIndex {
     const Point3d* vertices_;
     int segments_;  // count - 1, or 0
     bool closed_;
+    PlanBox extent_;             // without limits when every answer is a scan
     std::vector<Level> levels_;  // the runs of eight first; empty when every answer is a scan
 };
 

@@ -28,6 +28,10 @@ inline PlanBox BoxOf(const Point3d& a, const Point3d& b) {
     return {std::min(a.x, b.x), std::max(a.x, b.x), std::min(a.y, b.y), std::max(a.y, b.y)};
 }
 
+inline bool AreApart(const PlanBox& a, const PlanBox& b) {
+    return a.xMin > b.xMax || a.xMax < b.xMin || a.yMin > b.yMax || a.yMax < b.yMin;
+}
+
 // Whether squares and products of plan coordinates stay numbers.
 inline bool IsTame(const Point3d& point) {
     return std::fabs(point.x) < 1e100 && std::fabs(point.y) < 1e100;
@@ -43,29 +47,32 @@ class SegmentReach {
           tame_(IsTame(line.Start()) && IsTame(line.End())) {
         const double dx = line.x2 - line.x1;
         if (IsUpright(dx)) {
-            if (lineIsAsked) box_.yMin = -std::numeric_limits<double>::infinity();
+            if (lineIsAsked) box_.yMin = -kInfinite;
         } else {
             perX_ = 1.1e-8 + 4e-15 * (std::fabs((line.y2 - line.y1) / dx) + 1e-8);
         }
     }
 
-    // True when no segment in that box can be met, tame coordinates taken for granted.
-    bool Misses(const PlanBox& box) const {
-        const double x = Largest(box.xMin, box.xMax), y = Largest(box.yMin, box.yMax);
+    // The box beyond which no segment of a figure with that extent can be met, its coordinates
+    // being tame.
+    PlanBox Within(const PlanBox& extent) const {
+        if (!tame_) return {-kInfinite, kInfinite, -kInfinite, kInfinite};
+        const double x = Largest(extent.xMin, extent.xMax), y = Largest(extent.yMin, extent.yMax);
         const double margin = 2e-4 + 1e-13 * (size_ + x + y);
-        if (box.xMin > box_.xMax + margin || box.xMax < box_.xMin - margin) return tame_;
         const double slopes = margin + perX_ * (size_ + x);
-        return (box.yMin > box_.yMax + slopes || box.yMax < box_.yMin - slopes) && tame_;
+        return {box_.xMin - margin, box_.xMax + margin, box_.yMin - slopes, box_.yMax + slopes};
     }
-    // The same of the segment from `from[0]` to `from[1]`, whatever its coordinates.
+    // True when the segment from `from[0]` to `from[1]` can't be met, whatever its coordinates.
     bool Misses(const Point3d* from) const {
         PlanBox box = BoxOf(from[0], from[1]);
         if (!lineIsAsked_ && IsUpright(from[1].x - from[0].x) && box.yMin > box_.yMax)
             box.yMin = box_.yMax;
-        return Misses(box) && IsTame(from[0]) && IsTame(from[1]);
+        return AreApart(box, Within(box)) && IsTame(from[0]) && IsTame(from[1]);
     }
 
   private:
+    static constexpr double kInfinite = std::numeric_limits<double>::infinity();
+
     static bool IsUpright(double dx) { return std::fabs(dx) < 1e-8; }
     static double Largest(double low, double high) {
         return std::max(std::fabs(low), std::fabs(high));
