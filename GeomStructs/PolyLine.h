@@ -393,7 +393,8 @@ class PolyLine : public Point3dArrayBase<Point3d> {
     //     `Difference` too,
     //   - what does not link into a ring stays as an open polyline: no slivers are filtered out,
     //   - where the other ring's vertex 0 lies on an edge, that edge is not divided (see
-    //     `Intersections`), and chains stay open there,
+    //     `Intersections`), and chains stay open there. So they may where a vertex lies within
+    //     0.001 of the other ring, since pieces shorter than that get lost in the linking,
     //   - shared pieces within rounding of upright may come to be built the one upwards, the other
     //     downwards; both stay then.
     // Heights are those of the edge that is divided. Time grows with n log n for outlines (see

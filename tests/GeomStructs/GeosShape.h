@@ -20,7 +20,9 @@ class GeosShape {
     static GeosShape Line(const Geos& geos, const PolyLine& line) {
         return {geos, GEOSGeom_createLineString_r(geos.Context(), Sequence(geos, line))};
     }
-    static GeosShape Polygon(const Geos& geos, const PolyLine& ring) {
+    // The last vertex is taken for the first one, which it equals within the tolerance.
+    static GeosShape Polygon(const Geos& geos, PolyLine ring) {
+        ring[-1] = ring[0];
         return {geos,
                 GEOSGeom_createPolygon_r(
                     geos.Context(),

@@ -242,6 +242,13 @@ TEST(PolyLineOffset, ClosedInPlanAloneIsOpen) {
     EXPECT_EQ("0 1, 9 1, 9 9, 1 9, 1 0 7\n", Offset("0 0 0, 10 0, 10 10, 0 10, 0 0 7", -1));
 }
 
+TEST(PolyLineOffset, ClosedIsWhatTheLineIsBeforeNearDuplicatesGo) {
+    // The repeated vertex goes with the one below it; the result is a ring all the same.
+    const PolyArray moved = OffsetOf(FromText("0 0, 10 0, 10 10, 0 10, 0 0 7, 0 0"), -1);
+    ASSERT_EQ(6u, moved[0]->count);
+    EXPECT_TRUE(SameBits(*moved[0]->At(0), *moved[0]->At(5)));
+}
+
 TEST(PolyLineOffset, NumbersAtTheLimitsOfDoubleComeThrough) {
     const double infinity = std::numeric_limits<double>::infinity();
     const double nan = std::numeric_limits<double>::quiet_NaN();
