@@ -76,7 +76,7 @@ std::wstring nameOf(AcDbObjectId symbol) {
     AcDbSymbolTableRecord* record = nullptr;
     if (acdbOpenObject(record, symbol, AcDb::kForRead) != Acad::eOk) return L"?";
     const ACHAR* name = nullptr;
-    const std::wstring text = record->getName(name) == Acad::eOk && name != nullptr ? name : L"?";
+    std::wstring text = record->getName(name) == Acad::eOk && name != nullptr ? name : L"?";
     record->close();
     return text;
 }
