@@ -30,8 +30,9 @@ struct State::Callable {
 // What was open when a command began, so that what it leaves open can be told and closed.
 class State::Ledgered {
   public:
-    explicit Ledgered(AcDbDatabase* drawing)
-        : drawing_(drawing),
+    explicit Ledgered(const State& state)
+        : drawing_(state.drawing()),
+          locks_(state.documentLocks().size()),
           before_(database::Ledger::instance().leaks()),
           sets_(SelectionSets::instance().existing()) {
         if (drawing_ != nullptr) objects_ = drawing_->impl()->openObjects();
@@ -47,9 +48,11 @@ class State::Ledgered {
         return more;
     }
 
-    // Gives back what can be given back without its holder. `drawing` is the one open now.
-    void tidy(AcDbDatabase* drawing) const {
+    // Gives back what can be given back without its holder.
+    void tidy(State& state) const {
         SelectionSets::instance().freeOthers(sets_);
+        state.unlockDocument(locks_);
+        AcDbDatabase* drawing = state.drawing();
         if (drawing == nullptr || drawing != drawing_) return;
         for (AcDbObject* object : drawing->impl()->openObjects()) {
             const bool wasOpen =
@@ -60,6 +63,7 @@ class State::Ledgered {
 
   private:
     AcDbDatabase* drawing_;
+    std::size_t locks_;
     std::vector<std::string> before_;
     std::vector<std::int64_t> sets_;
     std::vector<AcDbObject*> objects_;
@@ -170,7 +174,7 @@ CommandResult State::runCommand(std::wstring_view typed, std::wstring where) {
         commandName_ = command->name;
     }
     CommandResult* const before = std::exchange(running_, &result);
-    const Ledgered ledgered(drawing_.get());
+    const Ledgered ledgered(*this);
     ++depth_;
     const auto leave = [&] {
         --depth_;
@@ -186,7 +190,7 @@ CommandResult State::runCommand(std::wstring_view typed, std::wstring where) {
         result.exception = describeException();
     }
     result.leaks = ledgered.leaks();
-    if (outermost) ledgered.tidy(drawing_.get());
+    if (outermost) ledgered.tidy(*this);
     judge(result);
     return result;
 }

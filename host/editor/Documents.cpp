@@ -1,15 +1,28 @@
 // The open drawing as a document.
 #include <acdocman.h>
 
-#include <string>
+#include <algorithm>
+#include <iterator>
 
 #include "host/database/Fault.h"
+#include "host/editor/Scripted.h"
 #include "host/editor/SessionState.h"
 
 namespace {
 
 using host::editor::currentState;
+using host::editor::Scripted;
 using State = host::editor::Session::Implementation;
+
+// From the weakest to the strictest.
+constexpr AcAp::DocLockMode locks[] = {AcAp::kRead, AcAp::kAutoWrite, AcAp::kProtectedAutoWrite,
+                                       AcAp::kWrite, AcAp::kXWrite};
+
+// 0 for what is no lock.
+std::ptrdiff_t strictness(AcAp::DocLockMode mode) {
+    const auto* found = std::find(std::begin(locks), std::end(locks), mode);
+    return found == std::end(locks) ? 0 : found - std::begin(locks) + 1;
+}
 
 class Document : public AcApDocument {
   public:
@@ -30,7 +43,9 @@ class Document : public AcApDocument {
     }
     AcAp::DocLockMode myLockMode() const override {
         const State* state = currentState();
-        return state != nullptr && state->documentLocks > 0 ? AcAp::kWrite : AcAp::kNone;
+        if (state == nullptr || state->documentLocks().empty()) return AcAp::kNone;
+        return *std::max_element(state->documentLocks().begin(), state->documentLocks().end(),
+                                 [](auto a, auto b) { return strictness(a) < strictness(b); });
     }
 };
 
@@ -44,27 +59,30 @@ class DocumentManager : public AcApDocManager {
         return database != nullptr && database == document_.database() ? &document_ : nullptr;
     }
 
-    Acad::ErrorStatus lockDocument(AcApDocument* document, AcAp::DocLockMode, const ACHAR*,
+    Acad::ErrorStatus lockDocument(AcApDocument* document, AcAp::DocLockMode mode, const ACHAR*,
                                    const ACHAR*, bool) override {
         HOST_CALL("AcApDocManager::lockDocument");
-        if (document == nullptr || document != curDocument()) return Acad::eInvalidInput;
-        ++currentState()->documentLocks;
+        if (document == nullptr || document != curDocument() || strictness(mode) == 0)
+            return Acad::eInvalidInput;
+        currentState()->lockDocument(mode);
         return Acad::eOk;
     }
     Acad::ErrorStatus unlockDocument(AcApDocument* document) override {
         HOST_CALL("AcApDocManager::unlockDocument");
         if (document == nullptr || document != curDocument() ||
-            currentState()->documentLocks == 0) {
+            currentState()->documentLocks().empty()) {
             return Acad::eInvalidInput;
         }
-        --currentState()->documentLocks;
+        currentState()->unlockDocument(currentState()->documentLocks().size() - 1);
         return Acad::eOk;
     }
-    Acad::ErrorStatus sendStringToExecute(AcApDocument* document, const ACHAR* text, bool, bool,
-                                          bool) override {
+    Acad::ErrorStatus sendStringToExecute(AcApDocument* document, const ACHAR* text, bool activate,
+                                          bool wrapUp, bool echo) override {
         HOST_CALL("AcApDocManager::sendStringToExecute");
         if (document == nullptr || document != curDocument() || text == nullptr)
             return Acad::eInvalidInput;
+        if (Scripted* scripted = Scripted::current())
+            scripted->recordSent({text, activate, wrapUp, echo});
         currentState()->sendString(text);
         return Acad::eOk;
     }

@@ -27,7 +27,7 @@ T valueOr(const wchar_t* name, T otherwise) {
 // How the view lies on the screen.
 struct Projection {
     AcGePoint3d center = valueOr(L"VIEWCTR", AcGePoint3d());
-    AcGePoint3d screen = valueOr(L"SCREENSIZE", AcGePoint3d(1920.0, 1080.0, 0.0));
+    PlanePoint screen = valueOr(L"SCREENSIZE", PlanePoint{1920.0, 1080.0});
     double unitsPerPixel = valueOr(L"VIEWSIZE", 1.0) / screen.y;
 };
 

@@ -21,8 +21,12 @@ bool isCapital(wchar_t c) {
 }
 
 bool means(std::wstring_view reply, const std::wstring& keyword) {
-    const auto end = std::find_if_not(keyword.begin(), keyword.end(), isCapital);
-    const auto shortest = std::max<std::size_t>(1, static_cast<std::size_t>(end - keyword.begin()));
+    const auto begin = std::find_if(keyword.begin(), keyword.end(), isCapital);
+    const auto end = std::find_if_not(begin, keyword.end(), isCapital);
+    if (begin != end && equalIgnoringCase(reply, std::wstring(begin, end))) return true;
+    const auto capitals = begin == end ? keyword.begin() : end;
+    const auto shortest =
+        std::max<std::size_t>(1, static_cast<std::size_t>(capitals - keyword.begin()));
     return reply.size() >= shortest && reply.size() <= keyword.size() &&
            equalIgnoringCase(reply, std::wstring_view(keyword).substr(0, reply.size()));
 }

@@ -132,6 +132,7 @@ Value fromResult(const resbuf& result) {
         case RTANG:
             return result.resval.rreal;
         case RTPOINT:
+            return list({result.resval.rpoint[0], result.resval.rpoint[1]});
         case RT3DPOINT: {
             const double* point = result.resval.rpoint;
             return list({point[0], point[1], point[2]});

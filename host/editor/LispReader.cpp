@@ -16,6 +16,19 @@ bool endsAtom(wchar_t c) {
     return isSpace(c) || c == L'(' || c == L')' || c == L'"' || c == L'\'' || c == L';';
 }
 
+bool isDigit(wchar_t c) {
+    return c >= L'0' && c <= L'9';
+}
+
+// What begins like a number and is none would pass for a symbol without a value. "1+" and "1-" are
+// names of functions.
+bool isMeantAsNumber(const std::wstring& word) {
+    if (word == L"1+" || word == L"1-") return false;
+    const std::size_t sign = word[0] == L'+' || word[0] == L'-' ? 1 : 0;
+    const std::size_t point = sign < word.size() && word[sign] == L'.' ? 1 : 0;
+    return sign + point < word.size() && isDigit(word[sign + point]);
+}
+
 int octalDigit(wchar_t c) {
     return c >= L'0' && c <= L'7' ? static_cast<int>(c - L'0') : -1;
 }
@@ -142,6 +155,7 @@ class Reader {
             const wchar_t c = take();
             if (c == L'"') return value;
             value += c == L'\\' && !done() ? escaped() : c;
+            if (value.back() == L'\0') throw Error(L"a text can't hold the character 0", start);
         }
     }
 
@@ -175,6 +189,9 @@ class Reader {
         while (!done() && !endsAtom(peek())) word += take();
         if (const auto whole = parseInteger(word)) return static_cast<std::int32_t>(*whole);
         if (const auto number = parseNumber(word)) return *number;
+        if (isMeantAsNumber(word)) {
+            throw Error(word + L" is no number; numbers are written like 7, -2.5 and 1e3", start);
+        }
         if (word == L".") throw Error(L"a dot stands between two values", start);
         std::wstring name = upperCase(word);
         if (name == L"NIL") return Nil{};

@@ -294,8 +294,15 @@ int acedGetPoint(const ads_point base, const ACHAR* prompt, ads_point result) {
 
 int acedGetKword(const ACHAR* prompt, ACHAR* result) {
     HOST_CALL("acedGetKword");
+    if (result == nullptr) return RTERROR;
+    if (Scripted* scripted = Scripted::current()) {
+        scripted->record(scriptedPrompt("acedGetKword", prompt));
+        const Scripted::KeywordAnswer answer = scripted->nextKeyword();
+        if (answer.code == RTNORM) copyOut(answer.word, result, textRoom);
+        return answer.code;
+    }
     State* state = currentState();
-    if (state == nullptr || result == nullptr) return RTERROR;
+    if (state == nullptr) return RTERROR;
     const Expected expected(*state);
     PromptRecord record;
     record.kind = Kind::keyword;
@@ -323,6 +330,10 @@ int acedGetKword(const ACHAR* prompt, ACHAR* result) {
 
 int acedInitGet(int bits, const ACHAR* keywords) {
     HOST_CALL("acedInitGet");
+    if (Scripted* scripted = Scripted::current()) {
+        scripted->recordInitial({bits, orDefault(keywords, L"")});
+        return RTNORM;
+    }
     State* state = currentState();
     if (state == nullptr) return RTERROR;
     state->initialBits = bits;
@@ -332,8 +343,13 @@ int acedInitGet(int bits, const ACHAR* keywords) {
 
 int acedGetInput(ACHAR* text) {
     HOST_CALL("acedGetInput");
-    State* state = currentState();
-    if (state == nullptr || text == nullptr) return RTERROR;
+    if (text == nullptr) return RTERROR;
+    if (const Scripted* scripted = Scripted::current()) {
+        copyOut(scripted->keywordInput(), text, textRoom);
+        return RTNORM;
+    }
+    const State* state = currentState();
+    if (state == nullptr) return RTERROR;
     copyOut(state->keywordInput, text, textRoom);
     return RTNORM;
 }

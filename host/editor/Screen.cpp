@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstdarg>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include <tchar.h>
@@ -49,6 +50,19 @@ CMDIFrameWnd* makeFrame() {
     auto frame = std::make_unique<CMDIFrameWnd>();
     frame->CreateEx(0, L"STATIC", L"orlinth", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr);
     return frame.release();
+}
+
+// The place of the one meter; null without a session and without a Scripted.
+std::optional<Meter>* standingMeter() {
+    if (Session::Implementation* state = currentState()) return &state->meter;
+    Scripted* scripted = Scripted::current();
+    return scripted == nullptr ? nullptr : &scripted->standingMeter();
+}
+
+void tellMeter(const std::optional<Meter>& meter) {
+    if (Scripted* scripted = Scripted::current()) scripted->recordMeter(meter);
+    if (Session::Implementation* state = currentState())
+        state->output().meter(meter ? &*meter : nullptr);
 }
 
 }  // namespace
@@ -124,25 +138,25 @@ void InitAcUiDLL() {
 
 int acedSetStatusBarProgressMeter(const ACHAR* label, int from, int to) {
     HOST_CALL("acedSetStatusBarProgressMeter");
-    Session::Implementation* state = currentState();
-    if (label == nullptr || from >= to || state == nullptr) return -1;
-    state->meter = Meter{label, from, to, from};
-    state->output().meter(&*state->meter);
+    std::optional<Meter>* meter = standingMeter();
+    if (label == nullptr || from >= to || meter == nullptr) return -1;
+    *meter = Meter{label, from, to, from};
+    tellMeter(*meter);
     return 0;
 }
 
 int acedSetStatusBarProgressMeterPos(int position) {
     HOST_CALL("acedSetStatusBarProgressMeterPos");
-    Session::Implementation* state = currentState();
-    if (state == nullptr || !state->meter) return -1;
-    state->meter->position = position;
-    state->output().meter(&*state->meter);
+    std::optional<Meter>* meter = standingMeter();
+    if (meter == nullptr || !*meter) return -1;
+    (*meter)->position = position;
+    tellMeter(*meter);
     return 0;
 }
 
 void acedRestoreStatusBar() {
-    Session::Implementation* state = currentState();
-    if (state == nullptr || !state->meter) return;
-    state->meter.reset();
-    state->output().meter(nullptr);
+    std::optional<Meter>* meter = standingMeter();
+    if (meter == nullptr || !*meter) return;
+    meter->reset();
+    tellMeter(*meter);
 }

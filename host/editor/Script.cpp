@@ -97,11 +97,10 @@ Reply ReplyReader::next(const Request& request) {
         Line line = source_(&request, false);
         if (line.kind == Line::Kind::cancel) return {Reply::Kind::cancel, {}, {}, 0, 0};
         if (line.kind == Line::Kind::end) return {};
-        ++lineNumber_;
-        if (!line.text.empty() && line.text.front() == comment) continue;
-        lineText_ = std::move(line.text);
+        const bool isComment = !line.text.empty() && line.text.front() == comment;
+        takeLine(std::move(line));
         position_ = 0;
-        haveLine_ = true;
+        haveLine_ = !isComment;
     }
     replyLine_ = lineNumber_;
     const std::size_t column = position_ + 1;
@@ -113,9 +112,16 @@ Reply ReplyReader::next(const Request& request) {
     return reply;
 }
 
+void ReplyReader::takeLine(Line line) {
+    ++lineNumber_;
+    lineText_ = std::move(line.text);
+    unended_ = line.unended;
+}
+
 // Leaves `position` and the one blank or line end there behind.
 void ReplyReader::endReply(std::size_t position) {
-    if (position >= lineText_.size()) {
+    const bool blankIsLast = unended_ && position + 1 == lineText_.size();
+    if (position >= lineText_.size() || (blankIsLast && isBlank(lineText_[position]))) {
         haveLine_ = false;
     } else {
         position_ = isBlank(lineText_[position]) ? position + 1 : position;
@@ -160,8 +166,7 @@ Reply ReplyReader::takeExpression() {
             break;
         }
         expression += L'\n';
-        ++lineNumber_;
-        lineText_ = std::move(line.text);
+        takeLine(std::move(line));
         from = 0;
     }
     return {Reply::Kind::lisp, std::move(expression), {}, 0, 0};
@@ -175,14 +180,12 @@ ScriptInput::ScriptInput(std::wstring text, std::wstring name)
 ReplyReader::Line ScriptInput::nextLine() {
     if (position_ >= text_.size()) return {ReplyReader::Line::Kind::end, {}};
     std::size_t end = text_.find(L'\n', position_);
-    const std::size_t next = end == std::wstring::npos ? text_.size() : end + 1;
-    if (end == std::wstring::npos) {
-        end = text_.size();
-        // Nothing follows the blank that ended the last reply.
-        if (isBlank(text_[end - 1])) --end;
-    }
+    const bool unended = end == std::wstring::npos;
+    if (unended) end = text_.size();
+    const std::size_t next = unended ? end : end + 1;
     if (end > position_ && text_[end - 1] == L'\r') --end;
-    ReplyReader::Line line{ReplyReader::Line::Kind::text, text_.substr(position_, end - position_)};
+    ReplyReader::Line line{ReplyReader::Line::Kind::text, text_.substr(position_, end - position_),
+                           unended};
     position_ = next;
     return line;
 }

@@ -27,6 +27,8 @@ class ReplyReader {
         enum class Kind { text, cancel, end };
         Kind kind = Kind::end;
         std::wstring text;  // without its end
+        // The input ends with it: nothing follows a blank at its end.
+        bool unended = false;
     };
     // Gives the next line. `continuing` is true inside an expression that has not balanced yet; the
     // request is null then.
@@ -49,6 +51,7 @@ class ReplyReader {
     Reply takeWord();
     Reply takeText();
     Reply takeExpression();
+    void takeLine(Line line);
     void endReply(std::size_t position);
 
     LineSource source_;
@@ -57,6 +60,7 @@ class ReplyReader {
     std::size_t lineNumber_ = 0;
     std::size_t replyLine_ = 0;
     bool haveLine_ = false;
+    bool unended_ = false;
 };
 
 // A script as input. Its end is the end of input.

@@ -80,6 +80,14 @@ void Scripted::failPoint(int code, const AcGePoint3d& point, bool write) {
     points_.push_back({code, write, point});
 }
 
+void Scripted::keyword(std::wstring word) {
+    keywords_.push_back({RTNORM, std::move(word)});
+}
+
+void Scripted::failKeyword(int code) {
+    keywords_.push_back({code, {}});
+}
+
 void Scripted::breakAt(int call) {
     breakAt_ = call;
 }
@@ -102,6 +110,7 @@ std::vector<std::string> Scripted::unused() const {
     tell("acedSSGet", selections_.size());
     tell("acedGetString", texts_.size());
     tell("acedGetPoint", points_.size());
+    tell("acedGetKword", keywords_.size());
     return left;
 }
 
@@ -111,6 +120,10 @@ void Scripted::forget() {
     lines_.clear();
     redraws_.clear();
     alerts_.clear();
+    initials_.clear();
+    settings_.clear();
+    sent_.clear();
+    meters_.clear();
 }
 
 Scripted::PickAnswer Scripted::nextPick() {
@@ -124,6 +137,12 @@ Scripted::TypeAnswer Scripted::nextType() {
 }
 Scripted::PointAnswer Scripted::nextPoint() {
     return take(points_);
+}
+
+Scripted::KeywordAnswer Scripted::nextKeyword() {
+    KeywordAnswer answer = take(keywords_);
+    keywordInput_ = answer.word;
+    return answer;
 }
 
 bool Scripted::userBreak() {

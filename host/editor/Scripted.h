@@ -12,10 +12,12 @@
 
 #include <deque>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "host/editor/Console.h"
 #include "host/editor/Variables.h"
 
 namespace host::editor {
@@ -50,9 +52,13 @@ class Scripted {
     // acedGetPoint. A failing code writes the point when `write` is set.
     void point(const AcGePoint3d& point);
     void failPoint(int code, const AcGePoint3d& point = {}, bool write = false);
+    // acedGetKword, and what acedGetInput tells then. A failing code leaves the buffer alone.
+    void keyword(std::wstring word);
+    void failKeyword(int code);
     // acedUsrBrk gives 1 from its n-th call on (1 is the next one); 0 takes the order back.
     void breakAt(int call);
-    // A system variable has this value, of whatever type, also without a session.
+    // A system variable has this value, of whatever type, also without a session; acedSetVar
+    // changes it when the type is the same.
     void variable(std::wstring_view name, VariableValue value);
     // Answers that nobody has asked for, as "acedEntSel 2".
     std::vector<std::string> unused() const;
@@ -88,6 +94,29 @@ class Scripted {
     const std::vector<Redraw>& redraws() const { return redraws_; }
     const std::vector<std::wstring>& alerts() const { return alerts_; }
 
+    struct Initial {  // acedInitGet
+        int bits = 0;
+        std::wstring keywords;
+    };
+    const std::vector<Initial>& initials() const { return initials_; }
+
+    struct Setting {  // acedSetVar, refused ones too
+        std::wstring name;
+        VariableValue value;
+    };
+    const std::vector<Setting>& settings() const { return settings_; }
+
+    struct Sent {  // sendStringToExecute, which sends it all the same
+        std::wstring text;
+        bool activate = false;
+        bool wrapUp = false;
+        bool echo = false;
+    };
+    const std::vector<Sent>& sent() const { return sent_; }
+
+    // The meter after each call that changed it; none when it has gone.
+    const std::vector<std::optional<Meter>>& meters() const { return meters_; }
+
     // Empties the records.
     void forget();
 
@@ -114,10 +143,16 @@ class Scripted {
         bool write = false;
         AcGePoint3d point;
     };
+    struct KeywordAnswer {
+        int code = RTCAN;
+        std::wstring word;
+    };
     PickAnswer nextPick();
     SelectAnswer nextSelect();
     TypeAnswer nextType();
     PointAnswer nextPoint();
+    KeywordAnswer nextKeyword();
+    const std::wstring& keywordInput() const { return keywordInput_; }
     bool userBreak();
     // Null when no value was given for that name.
     const VariableValue* variable(std::wstring_view name) const;
@@ -125,6 +160,11 @@ class Scripted {
     void recordPrint(const std::wstring& text) { printed_ += text; }
     void recordLine(const Line& line) { lines_.push_back(line); }
     void recordRedraw(const Redraw& redraw) { redraws_.push_back(redraw); }
+    void recordInitial(Initial initial) { initials_.push_back(std::move(initial)); }
+    void recordSetting(Setting setting) { settings_.push_back(std::move(setting)); }
+    void recordSent(Sent sent) { sent_.push_back(std::move(sent)); }
+    void recordMeter(const std::optional<Meter>& meter) { meters_.push_back(meter); }
+    std::optional<Meter>& standingMeter() { return standingMeter_; }  // without a session
     void recordAlert(const std::wstring& text) { alerts_.push_back(text); }
 
   private:
@@ -132,6 +172,8 @@ class Scripted {
     std::deque<SelectAnswer> selections_;
     std::deque<TypeAnswer> texts_;
     std::deque<PointAnswer> points_;
+    std::deque<KeywordAnswer> keywords_;
+    std::wstring keywordInput_;
     std::map<std::wstring, VariableValue> variables_;  // by names in capitals
     int breakAt_ = 0;
     std::vector<int> refusedMembers_;
@@ -141,6 +183,11 @@ class Scripted {
     std::vector<Line> lines_;
     std::vector<Redraw> redraws_;
     std::vector<std::wstring> alerts_;
+    std::vector<Initial> initials_;
+    std::vector<Setting> settings_;
+    std::vector<Sent> sent_;
+    std::vector<std::optional<Meter>> meters_;
+    std::optional<Meter> standingMeter_;
 };
 
 }  // namespace host::editor

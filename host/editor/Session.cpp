@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "host/database/Drawing.h"
+#include "host/database/Ledger.h"
 #include "host/database/Undo.h"
 #include "host/editor/CommandStack.h"
 #include "host/editor/DrawingView.h"
@@ -22,6 +23,12 @@ Session* living = nullptr;
 
 std::wstring wide(const std::exception& error) {
     return fromUtf8(error.what());
+}
+
+// The open drawing's entry in the ledger.
+constexpr std::uint64_t openDocument = 1;
+std::string describeDocument(std::uint64_t) {
+    return "the open drawing";
 }
 
 }  // namespace
@@ -253,9 +260,22 @@ const Session::Implementation::View& Session::Implementation::view() {
     return *view_;
 }
 
+void Session::Implementation::lockDocument(AcAp::DocLockMode mode) {
+    documentLocks_.push_back(mode);
+    database::Ledger::instance().opened("document lock", openDocument, describeDocument);
+}
+
+void Session::Implementation::unlockDocument(std::size_t kept) {
+    while (documentLocks_.size() > kept) {
+        documentLocks_.pop_back();
+        database::Ledger::instance().closed("document lock", openDocument);
+    }
+}
+
 void Session::Implementation::closeDrawing() {
     if (drawing_ == nullptr) return;
     Modules::instance().send(AcRx::kUnloadDwgMsg);
+    unlockDocument(0);
     // Names of entities and sets mean nothing in another drawing.
     lisp.clear();
     previousSelection.clear();

@@ -2,6 +2,7 @@
 // made of. Only host/editor includes this.
 #pragma once
 
+#include <acdocman.h>
 #include <adsdef.h>
 #include <dbmain.h>
 #include <gepnt3d.h>
@@ -94,6 +95,12 @@ class Session::Implementation {
     void closeDrawing();
     AcDbDatabase* drawing() const { return drawing_.get(); }
 
+    // Locks of the drawing as a document, in the order they were taken; each stands in the ledger.
+    const std::vector<AcAp::DocLockMode>& documentLocks() const { return documentLocks_; }
+    void lockDocument(AcAp::DocLockMode mode);
+    // Takes back all but the first `kept`.
+    void unlockDocument(std::size_t kept);
+
     struct View {
         AcGePoint3d center;
         double height = 1.0;
@@ -119,7 +126,6 @@ class Session::Implementation {
     std::wstring keywords;
     std::wstring keywordInput;
     std::atomic<bool> interrupted{false};
-    int documentLocks = 0;
     std::optional<Meter> meter;
 
     std::vector<HostCommand> hostCommands;
@@ -177,6 +183,7 @@ class Session::Implementation {
     bool transparent_ = false;  // a command runs inside a prompt of another
     CommandResult* running_ = nullptr;
     bool expressionFailed_ = false;  // since the innermost evaluation began, in an input that stops
+    std::vector<AcAp::DocLockMode> documentLocks_;
     std::wstring commandName_;
     std::wstring lastCommand_;
     std::unique_ptr<AcDbDatabase> drawing_;

@@ -20,6 +20,9 @@ struct Show {
     std::wstring operator()(double number) const { return numberText(number); }
     std::wstring operator()(const AcGePoint3d& point) const { return pointText(point); }
     std::wstring operator()(const std::wstring& text) const { return text; }
+    std::wstring operator()(const PlanePoint& point) const {
+        return numberText(point.x) + L"," + numberText(point.y);
+    }
 };
 
 // The typed text as a value of the kind that `like` is of.
@@ -40,6 +43,11 @@ std::optional<VariableValue> typedValue(const std::wstring& text, const Variable
     if (std::holds_alternative<AcGePoint3d>(like)) {
         const auto point = parsePoint(text, {});
         return point ? std::optional<VariableValue>(*point) : std::nullopt;
+    }
+    if (std::holds_alternative<PlanePoint>(like)) {
+        const auto point = parsePoint(text, {});
+        if (!point) return std::nullopt;
+        return VariableValue(PlanePoint{point->x, point->y});
     }
     return VariableValue(text == L"." ? std::wstring() : text);
 }
@@ -71,12 +79,9 @@ void setVariables(Session& session) {
         const std::wstring given = session.askWord(L"\nEnter variable(s) to list <*>: ");
         return listVariables(state, given.empty() ? L"*" : given);
     }
-    const VariableValue* value = state.variables.get(name);
-    if (value == nullptr)
+    if (state.variables.get(name) == nullptr)
         throw CommandFailure(L"there is no system variable " + name + L"; SETVAR ? lists them");
     state.lastVariable = name;
-    if (state.variables.isReadOnly(name))
-        return state.print(L"\n" + name + L" = " + variableText(*value) + L" (read only)");
     askVariable(session, name);
 }
 
@@ -91,7 +96,8 @@ void askVariable(Session& session, std::wstring_view given) {
     if (current == nullptr) throw CommandFailure(L"there is no system variable " + name);
     const VariableValue before = *current;
     if (state.variables.isReadOnly(name)) {
-        throw CommandFailure(name + L" = " + variableText(before) + L" can only be read");
+        state.print(L"\n" + name + L" = " + variableText(before) + L" (read only)");
+        return;
     }
     const bool isText = std::holds_alternative<std::wstring>(before);
     const std::wstring prompt =

@@ -10,8 +10,8 @@
 namespace host::editor {
 
 // Asks "Enter new value for NAME <value>: " and sets it; an empty reply keeps the value, "." is the
-// empty text. Throws CommandFailure for a variable that can only be read, for a value of another
-// kind or out of range; Session::Cancelled when the prompt is cancelled.
+// empty text. A variable that can only be read is shown. Throws CommandFailure for a value of
+// another kind or out of range; Session::Cancelled when the prompt is cancelled.
 void askVariable(Session& session, std::wstring_view name);
 
 // SETVAR: asks for a name and sets that variable, or tells the value of one that can only be read.
@@ -19,7 +19,7 @@ void askVariable(Session& session, std::wstring_view name);
 // again, the first time it does nothing. Throws as above.
 void setVariables(Session& session);
 
-// A value as it is shown and typed: "1", "2.5", "1.0,2.0,0.0", or the text itself.
+// A value as it is shown and typed: "1", "2.5", "1.0,2.0,0.0", "1920.0,1080.0", or the text itself.
 std::wstring variableText(const VariableValue& value);
 
 }  // namespace host::editor

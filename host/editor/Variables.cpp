@@ -3,8 +3,12 @@
 #include <acedads.h>
 #include <dbsymtb.h>
 
+#include <optional>
+
 #include "host/database/Fault.h"
+#include "host/database/Geometry.h"
 #include "host/editor/Drawn.h"
+#include "host/editor/EntityFigure.h"
 #include "host/editor/ResultBuffers.h"
 #include "host/editor/Scripted.h"
 #include "host/editor/SessionState.h"
@@ -33,20 +37,29 @@ VariableValue workViewSize() {
     return state == nullptr ? 1.0 : state->view().height;
 }
 
-AcGePoint3d corner(bool least) {
+// The box around everything that the plan shows, heights included.
+std::optional<AcDbExtents> drawnExtents() {
     State* state = currentState();
-    if (state == nullptr || state->drawing() == nullptr) return noCorner[least ? 0 : 1];
-    const PlanBox box = Drawn(*state->drawing()).extents();
-    if (box.empty()) return noCorner[least ? 0 : 1];
-    const PlanPoint& at = least ? box.min : box.max;
-    return {at.x, at.y, 0.0};
+    if (state == nullptr || state->drawing() == nullptr) return std::nullopt;
+    std::optional<AcDbExtents> all;
+    for (const AcDbObjectId id : Drawn(*state->drawing()).entities()) {
+        if (planBox(id).empty()) continue;
+        const AcDbExtents extents = *host::database::extentsOf(id);
+        if (all)
+            all->addExt(extents);
+        else
+            all = extents;
+    }
+    return all;
 }
 
 VariableValue workLeastCorner() {
-    return corner(true);
+    const auto extents = drawnExtents();
+    return extents ? extents->minPoint() : noCorner[0];
 }
 VariableValue workMostCorner() {
-    return corner(false);
+    const auto extents = drawnExtents();
+    return extents ? extents->maxPoint() : noCorner[1];
 }
 
 VariableValue workLastPoint() {
@@ -75,6 +88,23 @@ VariableValue workCurrentLayer() {
     const std::wstring text = layer->getName(name) == Acad::eOk && name != nullptr ? name : L"0";
     layer->close();
     return text;
+}
+
+// False for a layer that the drawing does not have, and for a frozen one.
+bool assignCurrentLayer(const VariableValue& value) {
+    const State* state = currentState();
+    if (state == nullptr || state->drawing() == nullptr) return false;
+    AcDbLayerTable* layers = nullptr;
+    if (state->drawing()->getSymbolTable(layers, AcDb::kForRead) != Acad::eOk) return false;
+    AcDbLayerTableRecord* layer = nullptr;
+    const std::wstring& name = std::get<std::wstring>(value);
+    const bool found = layers->getAt(name.c_str(), layer, AcDb::kForRead) == Acad::eOk;
+    layers->close();
+    if (!found) return false;
+    const bool usable = !layer->isFrozen();
+    const AcDbObjectId id = layer->objectId();
+    layer->close();
+    return usable && state->drawing()->setClayer(id) == Acad::eOk;
 }
 
 std::filesystem::path drawingPath() {
@@ -111,9 +141,9 @@ Variables::Variables() {
         add(name, {{}, true, 0, 0, work});
     };
 
-    // Selecting at a prompt always adds to what is selected; a miss opens a window only with
-    // PICKAUTO.
-    number(L"PICKADD", 1, 1, 2);
+    // Selecting at a prompt always adds to what is selected, whatever PICKADD a script has set; a
+    // miss opens a window only with PICKAUTO.
+    number(L"PICKADD", 1, 0, 2);
     number(L"PICKAUTO", 0, 0, 1);
     fixed(L"PICKFIRST", short{0});
     number(L"HIGHLIGHT", 1, 0, 1);
@@ -148,7 +178,7 @@ Variables::Variables() {
     fixed(L"CVPORT", short{2});
     fixed(L"VIEWDIR", AcGePoint3d(0.0, 0.0, 1.0));
     fixed(L"VIEWTWIST", 0.0);
-    fixed(L"SCREENSIZE", AcGePoint3d(screenWidth, screenHeight, 0.0));
+    fixed(L"SCREENSIZE", PlanePoint{screenWidth, screenHeight});
     fixed(L"_VERNUM", std::wstring(L"1.0 (orlinth)"));
     fixed(L"PRODUCT", std::wstring(L"orlinth"));
     told(L"VIEWCTR", workViewCenter);
@@ -158,7 +188,7 @@ Variables::Variables() {
     told(L"LASTPOINT", workLastPoint);
     told(L"CMDACTIVE", workCommandActive);
     told(L"CMDNAMES", workCommandNames);
-    told(L"CLAYER", workCurrentLayer);
+    add(L"CLAYER", {std::wstring(), false, 0, 0, workCurrentLayer, assignCurrentLayer});
     told(L"DWGNAME", workDrawingName);
     told(L"DWGPREFIX", workDrawingFolder);
 }
@@ -174,6 +204,7 @@ bool Variables::set(std::wstring_view name, const VariableValue& value) {
     const auto found = entries_.find(upperCase(name));
     if (found == entries_.end() || found->second.readOnly) return false;
     Entry& entry = found->second;
+    if (entry.assign != nullptr) return entry.value.index() == value.index() && entry.assign(value);
     if (std::holds_alternative<double>(entry.value)) {
         const auto* real = std::get_if<double>(&value);
         const auto* whole = std::get_if<short>(&value);
@@ -230,6 +261,11 @@ bool fill(resbuf& result, const VariableValue& value) {
         result.resval.rpoint[0] = point->x;
         result.resval.rpoint[1] = point->y;
         result.resval.rpoint[2] = point->z;
+    } else if (const auto* plane = std::get_if<PlanePoint>(&value)) {
+        result.restype = RTPOINT;
+        result.resval.rpoint[0] = plane->x;
+        result.resval.rpoint[1] = plane->y;
+        result.resval.rpoint[2] = 0.0;
     } else {
         ACHAR* text = copyText(std::get<std::wstring>(value).c_str());
         if (text == nullptr) return false;
@@ -252,6 +288,8 @@ bool valueOf(const resbuf& given, VariableValue& value) {
             value = given.resval.rreal;
             return true;
         case RTPOINT:
+            value = PlanePoint{given.resval.rpoint[0], given.resval.rpoint[1]};
+            return true;
         case RT3DPOINT:
             value =
                 AcGePoint3d(given.resval.rpoint[0], given.resval.rpoint[1], given.resval.rpoint[2]);
@@ -276,9 +314,16 @@ int acedGetVar(const ACHAR* name, resbuf* result) {
 
 int acedSetVar(const ACHAR* name, const resbuf* value) {
     HOST_CALL("acedSetVar");
-    Session::Implementation* state = currentState();
     VariableValue wanted;
-    if (state == nullptr || name == nullptr || value == nullptr || !valueOf(*value, wanted))
-        return RTERROR;
-    return state->variables.set(name, wanted) ? RTNORM : RTERROR;
+    if (name == nullptr || value == nullptr || !valueOf(*value, wanted)) return RTERROR;
+    if (Scripted* scripted = Scripted::current()) {
+        scripted->recordSetting({name, wanted});
+        if (const VariableValue* given = scripted->variable(name)) {
+            if (given->index() != wanted.index()) return RTERROR;
+            scripted->variable(name, wanted);
+            return RTNORM;
+        }
+    }
+    Session::Implementation* state = currentState();
+    return state != nullptr && state->variables.set(name, wanted) ? RTNORM : RTERROR;
 }

@@ -13,7 +13,16 @@
 
 namespace host::editor {
 
-using VariableValue = std::variant<short, std::int32_t, double, AcGePoint3d, std::wstring>;
+// A point of two coordinates, which the interface tells as RTPOINT; points in space are RT3DPOINT.
+struct PlanePoint {
+    double x = 0.0;
+    double y = 0.0;
+    bool operator==(const PlanePoint& other) const { return x == other.x && y == other.y; }
+    bool operator!=(const PlanePoint& other) const { return !(*this == other); }
+};
+
+using VariableValue =
+    std::variant<short, std::int32_t, double, AcGePoint3d, std::wstring, PlanePoint>;
 
 class Variables {
   public:
@@ -35,7 +44,8 @@ class Variables {
         bool readOnly = false;
         double least = -1e99;  // of numbers
         double most = 1e99;
-        VariableValue (*work)() = nullptr;  // null: the value stands as it is
+        VariableValue (*work)() = nullptr;               // null: the value stands as it is
+        bool (*assign)(const VariableValue&) = nullptr;  // null: the value is kept here
     };
     void add(const wchar_t* name, Entry entry) { entries_.emplace(name, std::move(entry)); }
 

@@ -28,6 +28,8 @@ class AcApDocument : public AcRxObject {
     virtual const ACHAR* fileName() const = 0;
     // True when no command is running in it.
     virtual bool isQuiescent() const = 0;
+    // The strictest of the locks: kXWrite, kWrite, kProtectedAutoWrite, kAutoWrite, kRead; kNone
+    // without one.
     virtual AcAp::DocLockMode myLockMode() const = 0;
 };
 
@@ -38,7 +40,9 @@ class AcApDocManager : public AcRxObject {
     virtual AcApDocument* mdiActiveDocument() const = 0;
     virtual AcApDocument* document(const AcDbDatabase* database) const = 0;
 
-    // Locks nest; eInvalidInput for a document that is not open, and an unlock without a lock.
+    // Locks nest, an unlock takes back the last one; those that a command leaves are taken back at
+    // its end. eInvalidInput for a document that is not open, a mode that locks nothing (kNone,
+    // kNotLocked), and an unlock without a lock.
     virtual Acad::ErrorStatus lockDocument(AcApDocument* document,
                                            AcAp::DocLockMode mode = AcAp::kWrite,
                                            const ACHAR* globalCommandName = nullptr,

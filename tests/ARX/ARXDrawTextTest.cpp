@@ -23,7 +23,7 @@ class TextInTheWindow : public ::testing::Test {
     void SetUp() override {
         host_.variable(L"VIEWSIZE", 540.0);
         host_.variable(L"VIEWCTR", AcGePoint3d(100, 50, 0));
-        host_.variable(L"SCREENSIZE", AcGePoint3d(1920, 1080, 0));
+        host_.variable(L"SCREENSIZE", host::editor::PlanePoint{1920, 1080});
         acedGetCurrentColors(&colours_);
 #if !defined(_WIN32)
         headless::ForgetTexts();

@@ -41,7 +41,7 @@ void ExpectVectors(const std::vector<Vector>& expected, const Scripted& host) {
 void ShowHalfUnitPixels(Scripted& host) {
     host.variable(L"VIEWSIZE", 540.0);
     host.variable(L"VIEWCTR", AcGePoint3d(100, 50, 0));
-    host.variable(L"SCREENSIZE", AcGePoint3d(1920, 1080, 0));
+    host.variable(L"SCREENSIZE", host::editor::PlanePoint{1920, 1080});
 }
 
 // --- Line.

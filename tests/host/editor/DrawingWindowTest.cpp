@@ -15,7 +15,7 @@ class DrawingWindow : public ::testing::Test {
     void SetUp() override {
         host_.variable(L"VIEWSIZE", 540.0);
         host_.variable(L"viewctr", AcGePoint3d(100, 50, 7));
-        host_.variable(L"SCREENSIZE", AcGePoint3d(1920, 1080, 0));
+        host_.variable(L"SCREENSIZE", host::editor::PlanePoint{1920, 1080});
     }
 
     Scripted host_;

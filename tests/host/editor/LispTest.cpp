@@ -133,6 +133,23 @@ TEST(Lisp, WhatCantBeReadSaysWhere) {
     EXPECT_EQ(failure(L"."), L"a dot stands between two values @1:1");
 }
 
+TEST(Lisp, WhatBeginsLikeANumberHasToBeOne) {
+    for (const std::wstring word :
+         {L"1,5", L"1e400", L"0x10", L"12abc", L"1.2.3", L"-7x", L"+.5e", L".5.", L"2F", L"1e"}) {
+        EXPECT_EQ(failure(L"(list\n  " + word + L")"),
+                  word + L" is no number; numbers are written like 7, -2.5 and 1e3 @2:3");
+    }
+    EXPECT_EQ(value(L"'(1+ 1- + - a1 -a .a ... 1. +7 -.5 1E-3)"),
+              L"(1+ 1- + - A1 -A .A ... 1.0 7 -0.5 0.001)");
+}
+
+TEST(Lisp, TextsHoldNoCharacterOfCode0) {
+    EXPECT_EQ(failure(L"(list \"a\\000b\")"), L"a text can't hold the character 0 @1:7");
+    EXPECT_EQ(failure(L"\"\\0\""), L"a text can't hold the character 0 @1:1");
+    EXPECT_EQ(failure(std::wstring(L"\"a\0b\"", 5)), L"a text can't hold the character 0 @1:1");
+    EXPECT_EQ(value(L"\"\\001\""), L"\"\x01\"");
+}
+
 TEST(Lisp, NothingIsEvaluatedOfATextThatCantBeRead) {
     lisp::Interpreter interpreter;
     EXPECT_NE(failure(interpreter, L"(setq a 1) (setq b"), L"no failure");
@@ -409,6 +426,7 @@ TEST_F(LispDrawing, VariablesAreReadAndSet) {
     EXPECT_EQ(value(L"(getvar \"pickadd\")"), L"1");
     EXPECT_EQ(value(L"(getvar \"nosuch\")"), L"nil");
     EXPECT_EQ(value(L"(getvar \"VIEWCTR\")"), L"(50.0 25.0 0.0)");
+    EXPECT_EQ(value(L"(getvar \"SCREENSIZE\")"), L"(1920.0 1080.0)");
     EXPECT_EQ(value(L"(setvar \"USERS1\" \"hei\")"), L"\"hei\"");
     EXPECT_EQ(value(L"(getvar \"USERS1\")"), L"\"hei\"");
     EXPECT_EQ(value(L"(setvar \"USERR1\" 2)"), L"2");

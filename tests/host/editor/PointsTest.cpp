@@ -34,6 +34,7 @@ TEST(Points, RelativeCoordinatesCountFromTheLastPoint) {
     expectPoint(L"@1,2,3", 11, 22, 33, last);
     expectPoint(L"@", 10, 20, 30, last);
     expectPoint(L"@5<90", 10, 25, 30, last);
+    expectPoint(L"@*1,2", 11, 22, 30, last);
 }
 
 TEST(Points, QuartersOfATurnHaveNoRounding) {
@@ -58,7 +59,11 @@ TEST(Points, AnythingElseIsNone) {
           L"5<1,2,3", L"#1,2", L"1, 2", L"nan,1", L"1e100,0", L"0,-1e100", L"1e100<0", L"ALL"}) {
         EXPECT_FALSE(parsePoint(text, {})) << toUtf8(text);
     }
-    EXPECT_TRUE(parsePoint(L"9e98,0", {}));
+    expectPoint(L"1e99,-1e99,1e99", 1e99, -1e99, 1e99);
+    expectPoint(L"1e99<90", 0, 1e99, 0);
+    for (const wchar_t* text : {L"1.0000000000000002e99,0", L"0,-1.0000000000000002e99",
+                                L"1.0000000000000002e99<0", L"@*", L"**1,2", L"*@1,2"})
+        EXPECT_FALSE(parsePoint(text, {})) << toUtf8(text);
 }
 
 TEST(Points, TheTextOfAPointReadsBackToTheSamePoint) {

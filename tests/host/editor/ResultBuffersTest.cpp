@@ -7,6 +7,7 @@
 
 #include "host/database/Fault.h"
 #include "host/database/Ledger.h"
+#include "host/dxf/Codes.h"
 #include "host/editor/ResultBuffers.h"
 
 namespace fault = host::fault;
@@ -97,22 +98,90 @@ TEST(ResultBuffer, GivingBackFreesEvenWhenItHasToAnswerAFailure) {
     EXPECT_EQ(Ledger::instance().count("result buffer"), 0u);
 }
 
-TEST(ResultBuffer, KindsOfGroupCodes) {
-    using host::editor::ValueKind;
-    using host::editor::valueKind;
-    EXPECT_EQ(valueKind(0), ValueKind::text);
-    EXPECT_EQ(valueKind(10), ValueKind::point);
-    EXPECT_EQ(valueKind(18), ValueKind::point);
-    EXPECT_EQ(valueKind(38), ValueKind::real);
-    EXPECT_EQ(valueKind(62), ValueKind::int16);
-    EXPECT_EQ(valueKind(90), ValueKind::int32);
-    EXPECT_EQ(valueKind(210), ValueKind::point);
-    EXPECT_EQ(valueKind(330), ValueKind::name);
-    EXPECT_EQ(valueKind(-4), ValueKind::text);
-    EXPECT_EQ(valueKind(1071), ValueKind::int32);
-    EXPECT_EQ(valueKind(4711), ValueKind::unknown);
-    EXPECT_EQ(valueKind(RT3DPOINT), ValueKind::point);
-    EXPECT_EQ(valueKind(RTPICKS), ValueKind::name);
+namespace {
+
+using host::editor::ValueKind;
+
+// The kind for a group that the format defines: what its value is, but for whole points, whose
+// other coordinates are no elements of their own, and names of entities.
+ValueKind kindByFormat(int code) {
+    const bool point = (code >= 10 && code <= 18) || (code >= 110 && code <= 112) || code == 210 ||
+                       (code >= 1010 && code <= 1013);
+    if (point) return ValueKind::point;
+    const bool name =
+        (code >= 330 && code <= 369) || (code >= 390 && code <= 399) || code == 480 || code == 481;
+    if (name) return ValueKind::name;
+    switch (host::dxf::valueType(code)) {
+        case host::dxf::ValueType::real:
+            return ValueKind::real;
+        case host::dxf::ValueType::int16:
+        case host::dxf::ValueType::boolean:
+            return ValueKind::int16;
+        case host::dxf::ValueType::int32:
+            return ValueKind::int32;
+        case host::dxf::ValueType::int64:
+            return ValueKind::int64;
+        case host::dxf::ValueType::chunk:
+            return ValueKind::binary;
+        default:
+            return ValueKind::text;
+    }
+}
+
+}  // namespace
+
+TEST(ResultBuffer, KindsOfAllGroupCodesAreThoseOfTheFormat) {
+    int known = 0;
+    for (int code = 0; code <= 1071; ++code) {
+        const ValueKind kind = host::editor::valueKind(code);
+        if (host::dxf::isKnownCode(code)) {
+            EXPECT_EQ(static_cast<int>(kind), static_cast<int>(kindByFormat(code))) << code;
+            ++known;
+        } else {
+            EXPECT_EQ(kind, ValueKind::unknown) << code;
+        }
+    }
+    EXPECT_GT(known, 400);
+}
+
+TEST(ResultBuffer, KindsOfTheHostsOwnTypes) {
+    const struct {
+        int type;
+        int number;
+        ValueKind kind;
+    } types[] = {{RTNONE, 5000, ValueKind::none},
+                 {RTREAL, 5001, ValueKind::real},
+                 {RTPOINT, 5002, ValueKind::point},
+                 {RTSHORT, 5003, ValueKind::int16},
+                 {RTANG, 5004, ValueKind::real},
+                 {RTSTR, 5005, ValueKind::text},
+                 {RTENAME, 5006, ValueKind::name},
+                 {RTPICKS, 5007, ValueKind::name},
+                 {RTORINT, 5008, ValueKind::real},
+                 {RT3DPOINT, 5009, ValueKind::point},
+                 {RTLONG, 5010, ValueKind::int32},
+                 {RTVOID, 5014, ValueKind::none},
+                 {RTLB, 5016, ValueKind::none},
+                 {RTLE, 5017, ValueKind::none},
+                 {RTDOTE, 5018, ValueKind::none},
+                 {RTNIL, 5019, ValueKind::none},
+                 {RTDXF0, 5020, ValueKind::text},
+                 {RTT, 5021, ValueKind::none},
+                 {RTLONG_PTR, 5030, ValueKind::int64},
+                 {RTINT64, 5031, ValueKind::int64},
+                 {-4, -4, ValueKind::text},
+                 {-3, -3, ValueKind::none},
+                 {-2, -2, ValueKind::name},
+                 {-1, -1, ValueKind::name},
+                 {-5, -5, ValueKind::unknown},
+                 {1072, 1072, ValueKind::unknown},
+                 {4711, 4711, ValueKind::unknown},
+                 {5032, 5032, ValueKind::unknown}};
+    for (const auto& each : types) {
+        EXPECT_EQ(each.type, each.number);
+        EXPECT_EQ(static_cast<int>(host::editor::valueKind(each.type)), static_cast<int>(each.kind))
+            << each.type;
+    }
 }
 
 TEST(StatusText, NamesOfTheCodes) {

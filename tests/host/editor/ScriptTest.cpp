@@ -67,6 +67,27 @@ TEST(Script, FreeTextIsTheRestOfTheLineAsItStands) {
     EXPECT_EQ(input.next({Request::Kind::text, {}, {}}).text, L"two words");
 }
 
+TEST(Script, ABlankAtTheEndOfFreeTextIsKeptWithoutALineEndToo) {
+    EXPECT_EQ(replies(L"Vanha tie 7 ", Request::Kind::text), L"[Vanha tie 7 ]");
+    EXPECT_EQ(replies(L"Vanha tie 7 \n", Request::Kind::text), L"[Vanha tie 7 ]");
+    EXPECT_EQ(replies(L" ", Request::Kind::text), L"[ ]");
+    EXPECT_EQ(replies(L"ASK hei  "), L"[ASK][hei][]");
+    EXPECT_EQ(replies(L"\"a b\" "), L"[a b]");
+    EXPECT_EQ(replies(L"(a) "), L"{(a)}");
+    EXPECT_EQ(replies(L" "), L"[]");
+    EXPECT_EQ(replies(L"A\t"), L"[A]");
+}
+
+TEST(Script, ALineThatBeginsWithASemicolonIsAlsoForFreeTextAComment) {
+    EXPECT_EQ(replies(L"; one\nVanha tie\n;two\n ; three\n", Request::Kind::text),
+              L"[Vanha tie][ ; three]");
+}
+
+TEST(Script, ReturnsInsideAnExpressionAreNoPartOfIt) {
+    EXPECT_EQ(replies(L"(setq a\r\n  1)\r\nk\r\n"), L"{(setq a\n  1)}[k]");
+    EXPECT_EQ(replies(L"(a \"two\r\nlines\")\r\n"), L"{(a \"two\nlines\")}");
+}
+
 TEST(Script, AnExpressionRunsUntilItBalances) {
     EXPECT_EQ(replies(L"(handent \"2F\")\nALL\n"), L"{(handent \"2F\")}[ALL]");
     EXPECT_EQ(replies(L"(setq a\n  (list 1 2)\n)\nk\n"), L"{(setq a\n  (list 1 2)\n)}[k]");
@@ -125,7 +146,20 @@ TEST(Script, EncodingsAreToldApart) {
     EXPECT_EQ(decodeScript(std::string("\xFF\xFEk\0\xE4\0", 6)), L"kä");
     EXPECT_EQ(decodeScript(std::string("\xFE\xFF\0k\0\xE4", 6)), L"kä");
     EXPECT_EQ(decodeScript("\x80"), L"€");
+    EXPECT_EQ(replies(decodeScript("\xEF\xBB\xBF; a comment\nALL\n")), L"[ALL]")
+        << "the mark is no part of the first line";
+    EXPECT_EQ(replies(decodeScript(std::string("\xFF\xFE;\0\n\0A\0\n\0", 10))), L"[A]");
     EXPECT_EQ(decodeScript(""), L"");
+    const std::wstring beyond = decodeScript("\xF0\x9F\x8C\xB2");
+    EXPECT_EQ(decodeScript(std::string("\xFF\xFE\x3C\xD8\x32\xDF", 6)), beyond) << "two halves";
+    EXPECT_EQ(decodeScript(std::string("\xFE\xFF\xD8\x3C\xDF\x32k", 7)), beyond)
+        << "a byte too many is left out";
+    const std::wstring half = decodeScript(std::string("\xFF\xFE\x3C\xD8k\0", 6));
+    ASSERT_EQ(half.size(), 2u) << "half a character stands for itself";
+    EXPECT_EQ(half[1], L'k');
+    EXPECT_EQ(decodeScript(std::string("\xFF\xFE\x3C\xD8", 4)).size(), 1u);
+    EXPECT_EQ(decodeScript(std::string("\xFF\xFE\x32\xDFk\0", 6)).size(), 2u);
+    EXPECT_EQ(decodeScript(std::string("\xFF\xFEk", 3)), L"");
     // Not an escape of drawings: a folder may be called so.
     EXPECT_EQ(decodeScript("C:\\U+00E4"), L"C:\\U+00E4");
 }

@@ -1,6 +1,7 @@
 #include "host/editor/Scripted.h"
 
 #include <acdbads.h>
+#include <acdocman.h>
 #include <aced.h>
 #include <afxwin.h>
 #include <gtest/gtest.h>
@@ -151,6 +152,91 @@ TEST_F(ScriptedTest, PointsWithAndWithoutFailure) {
     EXPECT_EQ(acedGetPoint(nullptr, nullptr, nullptr), RTERROR);
 }
 
+TEST_F(ScriptedTest, KeywordsComeInTurnAndThenACancel) {
+    scripted_.keyword(L"Left");
+    scripted_.failKeyword(RTNONE);
+    ACHAR word[132] = L"before";
+    EXPECT_EQ(acedInitGet(RSG_NONULL | RSG_OTHER, L"Left Right"), RTNORM);
+    EXPECT_EQ(acedInitGet(128, nullptr), RTNORM);
+    EXPECT_EQ(acedGetKword(L"\nSide: ", word), RTNORM);
+    EXPECT_STREQ(word, L"Left");
+    ACHAR input[132] = L"";
+    EXPECT_EQ(acedGetInput(input), RTNORM);
+    EXPECT_STREQ(input, L"Left");
+    EXPECT_EQ(acedGetKword(nullptr, word), RTNONE);
+    EXPECT_EQ(acedGetKword(nullptr, word), RTCAN);
+    EXPECT_STREQ(word, L"Left") << "left alone";
+    EXPECT_EQ(acedGetKword(nullptr, nullptr), RTERROR);
+    EXPECT_EQ(acedGetInput(nullptr), RTERROR);
+    ASSERT_EQ(scripted_.initials().size(), 2u);
+    EXPECT_EQ(scripted_.initials()[0].bits, 129);
+    EXPECT_EQ(scripted_.initials()[0].keywords, L"Left Right");
+    EXPECT_EQ(scripted_.initials()[1].bits, 128);
+    EXPECT_EQ(scripted_.initials()[1].keywords, L"");
+    ASSERT_EQ(scripted_.prompts().size(), 3u);
+    EXPECT_EQ(scripted_.prompts()[0].function, "acedGetKword");
+    EXPECT_EQ(scripted_.prompts()[0].text, L"\nSide: ");
+    scripted_.forget();
+    EXPECT_TRUE(scripted_.initials().empty());
+}
+
+TEST_F(ScriptedTest, SettingVariablesIsKeptAndChangesThoseOfTheTest) {
+    resbuf value{};
+    value.restype = RTSHORT;
+    value.resval.rint = 7;
+    EXPECT_EQ(acedSetVar(L"SORTENTS", &value), RTERROR) << "there is none";
+    scripted_.variable(L"SORTENTS", short{0});
+    scripted_.variable(L"CLAYER", std::wstring(L"0"));
+    EXPECT_EQ(acedSetVar(L"sortents", &value), RTNORM);
+    resbuf told{};
+    EXPECT_EQ(acedGetVar(L"SORTENTS", &told), RTNORM);
+    EXPECT_EQ(told.resval.rint, 7);
+    EXPECT_EQ(acedSetVar(L"CLAYER", &value), RTERROR) << "of another type";
+    ASSERT_EQ(scripted_.settings().size(), 3u);
+    EXPECT_EQ(scripted_.settings()[1].name, L"sortents");
+    EXPECT_EQ(scripted_.settings()[1].value, VariableValue(short{7}));
+    scripted_.forget();
+    EXPECT_TRUE(scripted_.settings().empty());
+}
+
+TEST_F(ScriptedTest, TheMeterIsKeptWithoutASession) {
+    EXPECT_EQ(acedSetStatusBarProgressMeterPos(1), -1);
+    EXPECT_EQ(acedSetStatusBarProgressMeter(L"Turning", 0, 100), 0);
+    EXPECT_EQ(acedSetStatusBarProgressMeterPos(40), 0);
+    acedRestoreStatusBar();
+    acedRestoreStatusBar();
+    ASSERT_EQ(scripted_.meters().size(), 3u);
+    ASSERT_TRUE(scripted_.meters()[0] && scripted_.meters()[1]);
+    EXPECT_EQ(scripted_.meters()[0]->label, L"Turning");
+    EXPECT_EQ(scripted_.meters()[0]->to, 100);
+    EXPECT_EQ(scripted_.meters()[0]->position, 0);
+    EXPECT_EQ(scripted_.meters()[1]->position, 40);
+    EXPECT_FALSE(scripted_.meters()[2]);
+    scripted_.forget();
+    EXPECT_TRUE(scripted_.meters().empty());
+}
+
+TEST(ScriptedInASession, PromptsDoNotReachTheSessionAndWhatIsSentIsKept) {
+    test::Harness harness(test::smallTown(), {L"Left", L"1,1"});
+    Scripted scripted;
+    ACHAR word[132] = L"";
+    EXPECT_EQ(acedGetKword(nullptr, word), RTCAN) << "no line is read";
+    AcApDocument* document = acDocManager->curDocument();
+    EXPECT_EQ(acDocManager->sendStringToExecute(document, L"NOTHING ", false, true, false),
+              Acad::eOk);
+    EXPECT_EQ(acDocManager->sendStringToExecute(document, L"ASK "), Acad::eOk);
+    EXPECT_EQ(acDocManager->sendStringToExecute(nullptr, L"x"), Acad::eInvalidInput);
+    ASSERT_EQ(scripted.sent().size(), 2u);
+    EXPECT_EQ(scripted.sent()[0].text, L"NOTHING ");
+    EXPECT_FALSE(scripted.sent()[0].activate);
+    EXPECT_TRUE(scripted.sent()[0].wrapUp);
+    EXPECT_FALSE(scripted.sent()[0].echo);
+    EXPECT_TRUE(scripted.sent()[1].activate);
+    EXPECT_FALSE(scripted.sent()[1].wrapUp);
+    EXPECT_TRUE(scripted.sent()[1].echo);
+    EXPECT_EQ(acDocManager->inputPending(document), 1) << "it is sent all the same";
+}
+
 TEST_F(ScriptedTest, ABreakComesFromTheOrderedCallOn) {
     EXPECT_EQ(acedUsrBrk(), 0);
     scripted_.breakAt(3);
@@ -167,7 +253,9 @@ TEST_F(ScriptedTest, AnswersThatNobodyTookAreTold) {
     scripted_.pick(line_);
     scripted_.type(L"a");
     scripted_.type(L"b");
-    EXPECT_EQ(scripted_.unused(), (std::vector<std::string>{"acedEntSel 1", "acedGetString 2"}));
+    scripted_.keyword(L"c");
+    EXPECT_EQ(scripted_.unused(),
+              (std::vector<std::string>{"acedEntSel 1", "acedGetString 2", "acedGetKword 1"}));
 }
 
 TEST_F(ScriptedTest, PrintsAreKeptWithTheMeaningOfWindowsFormats) {
@@ -238,6 +326,9 @@ TEST_F(ScriptedTest, ThePromptsKnowWhoHadTheFocus) {
 TEST_F(ScriptedTest, EveryPromptFailsOnOrderWithoutTakingAnAnswer) {
     scripted_.pick(line_);
     scripted_.type(L"k");
+    scripted_.point({7, 8, 9});
+    scripted_.keyword(L"Left");
+    scripted_.select({line_});
     ACHAR buffer[132] = L"";
     fault::arm("acedEntSel", 1, RTERROR);
     EXPECT_EQ(acedEntSel(nullptr, name_, point_), RTERROR);
@@ -247,10 +338,29 @@ TEST_F(ScriptedTest, EveryPromptFailsOnOrderWithoutTakingAnAnswer) {
     EXPECT_EQ(acutPrintf(L"x"), RTERROR);
     fault::arm("acedGrDraw", 1, RTERROR);
     EXPECT_EQ(acedGrDraw(point_, point_, 1, 0), RTERROR);
+    fault::arm("acedGetPoint", 1, RTERROR);
+    EXPECT_EQ(acedGetPoint(nullptr, nullptr, point_), RTERROR);
+    EXPECT_EQ(point_[0], -1.0);
+    fault::arm("acedGetKword", 1, RTERROR);
+    EXPECT_EQ(acedGetKword(nullptr, buffer), RTERROR);
+    EXPECT_STREQ(buffer, L"");
+    fault::arm("acedInitGet", 1, RTERROR);
+    EXPECT_EQ(acedInitGet(1, L"A"), RTERROR);
+    ads_name set;
+    fault::arm("acedSSGet", 1, RTERROR);
+    EXPECT_EQ(acedSSGet(nullptr, nullptr, nullptr, nullptr, set), RTERROR);
+    fault::arm("acedRedraw", 1, RTERROR);
+    EXPECT_EQ(acedRedraw(nullptr, 1), RTERROR);
+    fault::arm("acedAlert", 1, RTERROR);
+    EXPECT_EQ(acedAlert(L"x"), RTERROR);
     fault::disarm();
-    EXPECT_EQ(scripted_.unused().size(), 2u);
+    EXPECT_EQ(scripted_.unused().size(), 5u);
+    EXPECT_TRUE(scripted_.prompts().empty());
     EXPECT_EQ(scripted_.printed(), L"");
     EXPECT_TRUE(scripted_.lines().empty());
+    EXPECT_TRUE(scripted_.initials().empty());
+    EXPECT_TRUE(scripted_.redraws().empty());
+    EXPECT_TRUE(scripted_.alerts().empty());
 }
 
 TEST(Screen, RequestsForTheFrameAndTheDialogsAreCounted) {

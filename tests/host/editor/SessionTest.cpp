@@ -9,6 +9,7 @@
 #include <new>
 
 #include "host/database/Drawing.h"
+#include "host/database/Fault.h"
 #include "host/database/Ledger.h"
 #include "host/editor/SessionState.h"
 #include "host/editor/Words.h"
@@ -619,6 +620,92 @@ TEST(Documents, LocksNest) {
     EXPECT_EQ(acDocManager->unlockDocument(document), Acad::eOk);
     EXPECT_EQ(acDocManager->unlockDocument(document), Acad::eInvalidInput);
     EXPECT_EQ(acDocManager->lockDocument(nullptr), Acad::eInvalidInput);
+}
+
+TEST(Documents, TheStrictestLockIsTold) {
+    Harness harness(smallTown(), {});
+    AcApDocument* document = acDocManager->curDocument();
+    const AcAp::DocLockMode modes[] = {AcAp::kRead, AcAp::kAutoWrite, AcAp::kProtectedAutoWrite,
+                                       AcAp::kWrite, AcAp::kXWrite};
+    for (const AcAp::DocLockMode mode : modes) {
+        EXPECT_EQ(acDocManager->lockDocument(document, mode), Acad::eOk);
+        EXPECT_EQ(document->myLockMode(), mode);
+    }
+    EXPECT_EQ(acDocManager->lockDocument(document, AcAp::kRead), Acad::eOk);
+    EXPECT_EQ(document->myLockMode(), AcAp::kXWrite);
+    EXPECT_EQ(acDocManager->lockDocument(document, AcAp::kNone), Acad::eInvalidInput);
+    EXPECT_EQ(acDocManager->lockDocument(document, AcAp::kNotLocked), Acad::eInvalidInput);
+    EXPECT_EQ(acDocManager->unlockDocument(document), Acad::eOk) << "the last one";
+    EXPECT_EQ(acDocManager->unlockDocument(document), Acad::eOk);
+    EXPECT_EQ(document->myLockMode(), AcAp::kWrite);
+    EXPECT_EQ(database::Ledger::instance().count("document lock"), 4u);
+    harness.session().closeDrawing();
+    EXPECT_EQ(database::Ledger::instance().count("document lock"), 0u);
+    harness.session().useDrawing(smallTown().database());
+    EXPECT_EQ(document->myLockMode(), AcAp::kNone);
+    EXPECT_EQ(acDocManager->unlockDocument(document), Acad::eInvalidInput);
+}
+
+TEST(Documents, ALockThatACommandLeavesIsToldAndTakenBack) {
+    Harness harness(smallTown(), {L"LOCK", L"NOTHING"});
+    AcApDocument* document = acDocManager->curDocument();
+    ASSERT_EQ(acDocManager->lockDocument(document, AcAp::kRead), Acad::eOk);
+    Session::HostCommand command;
+    command.name = L"LOCK";
+    command.run = [document](Session&) {
+        EXPECT_EQ(acDocManager->lockDocument(document), Acad::eOk);
+        EXPECT_EQ(acDocManager->lockDocument(document), Acad::eOk);
+    };
+    harness.session().addHostCommand(command);
+    harness.run();
+    ASSERT_EQ(harness.results().size(), 2u);
+    ASSERT_EQ(harness.results()[0].leaks.size(), 1u);
+    EXPECT_EQ(harness.results()[0].leaks[0], "document lock: the open drawing, 3 times");
+    EXPECT_TRUE(harness.results()[1].leaks.empty());
+    EXPECT_EQ(document->myLockMode(), AcAp::kRead) << "the one from before stays";
+    EXPECT_EQ(acDocManager->unlockDocument(document), Acad::eOk);
+}
+
+TEST(Documents, AnotherDrawingOpenedByACommandIsNotLocked) {
+    Harness harness(smallTown(), {L"OPEN"});
+    ASSERT_EQ(acDocManager->lockDocument(acDocManager->curDocument()), Acad::eOk);
+    Session::HostCommand command;
+    command.name = L"OPEN";
+    command.run = [](Session& session) { session.useDrawing(smallTown().database()); };
+    harness.session().addHostCommand(command);
+    harness.run();
+    EXPECT_EQ(acDocManager->curDocument()->myLockMode(), AcAp::kNone);
+    EXPECT_TRUE(harness.result().leaks.empty());
+}
+
+TEST(Documents, TheirFileIsNamed) {
+    Harness harness(smallTown(), {});
+    AcApDocument* document = acDocManager->curDocument();
+    EXPECT_STREQ(document->fileName(), L"test.dxf");
+    EXPECT_EQ(acDocManager->inputPending(document), 0) << "nothing waits";
+    EXPECT_EQ(acDocManager->inputPending(nullptr), 0);
+    harness.session().useDrawing(std::make_unique<AcDbDatabase>());
+    EXPECT_STREQ(acDocManager->curDocument()->fileName(), L"") << "a new one";
+    harness.session().closeDrawing();
+    EXPECT_STREQ(document->fileName(), L"");
+    EXPECT_EQ(acDocManager->inputPending(document), 0);
+}
+
+TEST(Documents, EachFunctionFailsOnOrderAndDoesNothing) {
+    Harness harness(smallTown(), {});
+    AcApDocument* document = acDocManager->curDocument();
+    fault::arm("AcApDocManager::lockDocument", 1, Acad::eOutOfMemory);
+    EXPECT_EQ(acDocManager->lockDocument(document), Acad::eOutOfMemory);
+    EXPECT_EQ(document->myLockMode(), AcAp::kNone);
+    EXPECT_EQ(acDocManager->lockDocument(document), Acad::eOk);
+    fault::arm("AcApDocManager::unlockDocument", 1, Acad::eOutOfMemory);
+    EXPECT_EQ(acDocManager->unlockDocument(document), Acad::eOutOfMemory);
+    EXPECT_EQ(document->myLockMode(), AcAp::kWrite);
+    EXPECT_EQ(acDocManager->unlockDocument(document), Acad::eOk);
+    fault::arm("AcApDocManager::sendStringToExecute", 1, Acad::eOutOfMemory);
+    EXPECT_EQ(acDocManager->sendStringToExecute(document, L"NOTHING "), Acad::eOutOfMemory);
+    fault::disarm();
+    EXPECT_EQ(acDocManager->inputPending(document), 0);
 }
 
 TEST(Documents, ASentStringIsReadWhenTheCommandHasEnded) {
