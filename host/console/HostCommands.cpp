@@ -151,6 +151,13 @@ void script(Session& session, Workplace& workplace) {
     }
 }
 
+// Scripts wait so that people can look on; nobody does here.
+void delay(Session& session) {
+    const std::wstring reply = session.askWord(L"\nDelay time in milliseconds: ");
+    if (!reply.empty() && !editor::parseInteger(reply))
+        throw CommandFailure(L"DELAY takes a whole number of milliseconds, not '" + reply + L"'");
+}
+
 void help(Session& session) {
     std::wstring text = L"\nCommands of the loaded modules:\n";
     for (const std::wstring& name : session.commandNames()) {
@@ -236,6 +243,9 @@ void addHostCommands(Session& session, Workplace& workplace) {
     addTransparent(L"SETVAR", L"shows and sets system variables", editor::setVariables);
     addTransparent(L"REGEN", L"does nothing without a screen",
                    [](Session& s) { s.print(L"\nRegenerating model."); });
+    add(L"DELAY", L"is passed over: nothing waits", [](Session& s) { delay(s); });
+    add(L"RESUME", L"is passed over: a script that stopped is not gone on with", [](Session&) {});
+    add(L"RSCRIPT", L"is passed over: a script runs once", [](Session&) {});
     addTransparent(L"HELP", L"this list", [](Session& s) { help(s); });
 }
 
