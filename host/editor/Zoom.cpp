@@ -27,7 +27,7 @@ PlanPoint plan(const AcGePoint3d& point) {
 // Width of the screen in heights.
 double aspect(State& state) {
     const VariableValue* size = state.variables.get(L"SCREENSIZE");
-    const auto* screen = size == nullptr ? nullptr : std::get_if<AcGePoint3d>(size);
+    const auto* screen = size == nullptr ? nullptr : std::get_if<PlanePoint>(size);
     return screen == nullptr ? 1.0 : screen->x / screen->y;
 }
 

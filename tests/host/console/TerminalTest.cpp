@@ -72,6 +72,21 @@ TEST_F(LinuxTerminalSession, WithoutAnEditorTheSystemsOwnLinesAreTaken) {
     EXPECT_FALSE(std::filesystem::exists(folder_ / ".local"));
 }
 
+TEST_F(LinuxTerminalSession, AScriptStopsWhereWhatItPicksIsNoLine) {
+    write(folder_ / "text.scr", "ZEPTAlignEntities\n(handent \"63\")\nALL\n\n\n");
+    Terminal terminal(start());
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("SCRIPT text.scr\r");
+    ASSERT_TRUE(terminal.shows("ZEPTAlignEntities did nothing"));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("REDO\r");
+    ASSERT_TRUE(terminal.shows("Nothing to redo."));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("\x04");
+    EXPECT_EQ(terminal.exitCode(), 1);
+    EXPECT_EQ(terminal.bytes().find("no command ALL"), std::string::npos);
+}
+
 TEST_F(LinuxTerminalSession, WithItsOutputInAFileThePersonIsStillAsked) {
     Terminal::Start how = start();
     how.outputToFile = true;

@@ -221,8 +221,7 @@ TEST(Variables, ScriptsThatSetOrShowThemGoOn) {
     ASSERT_EQ(harness.results().size(), 4u);
     for (const CommandResult& result : harness.results())
         EXPECT_EQ(result.end, CommandResult::End::done) << toUtf8(result.name);
-    EXPECT_NE(harness.output().shown.find(L"\nVIEWSIZE = 100.0 (read only)"),
-              std::wstring::npos);
+    EXPECT_NE(harness.output().shown.find(L"\nVIEWSIZE = 100.0 (read only)"), std::wstring::npos);
     EXPECT_EQ(variable(L"PICKADD").resval.rint, 0);
     EXPECT_EQ(set(L"PICKADD", 3), RTERROR);
     EXPECT_EQ(set(L"PICKADD", -1), RTERROR);
