@@ -19,7 +19,6 @@ using host::database::ObjectClass;
 using host::database::ObjectNumber;
 using host::database::Structure;
 using host::database::SymbolFields;
-using host::database::Table;
 
 namespace {
 
