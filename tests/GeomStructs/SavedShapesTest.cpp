@@ -79,7 +79,12 @@ TEST_P(SavedShapes, AreReadBackAsTheyWere) {
     for (std::size_t i = there_; i < written.size(); ++i) {
         const std::wstring name = host::database::className(written[i]);
         EXPECT_EQ(LookOf(written[i]).layer, LookOf(read[i]).layer);
-        EXPECT_EQ(ToText(PolyLine(written[i])), ToText(PolyLine(read[i]))) << i;
+        // The body of a region in a file is opaque: only one made in the session has an outline.
+        const bool isRegion = name == L"AcDbRegion";
+        EXPECT_EQ(isRegion ? 5u : PolyLine(written[i]).count, PolyLine(written[i]).count);
+        EXPECT_EQ(isRegion ? ToText(PolyLine()) : ToText(PolyLine(written[i])),
+                  ToText(PolyLine(read[i])))
+            << i;
         if (name != L"AcDbPolyline") {
             EXPECT_EQ(name, host::database::className(read[i]));
         }
