@@ -1,4 +1,6 @@
 // Arc as a polyline.
+#include <cmath>
+
 #include "GeomEnts/Arc.h"
 #include "GeomStructs/PolyLine.h"
 
@@ -23,7 +25,8 @@ PolyLine Arc::ToPolyLine(double step, bool stepIsAngle) const {
     if (std::fabs(height) < 1e-9) return Ends(*this);
     const double first = StartAngle(), last = EndAngle(), radius = Radius();
     const double width = std::fabs(stepIsAngle ? step : step / radius), zSpan = z2 - z1;
-    if (LeadsNowhere(first, width)) return Ends(*this);
+    const bool isTooShort = !std::isfinite(radius) || first == last;  // the chord, for angles
+    if (LeadsNowhere(first, width) || isTooShort) return Ends(*this);
     Point3d centre;
     Centre(centre);
     const auto at = [&](double angle, double z) {

@@ -4,15 +4,15 @@
 // chord, as Arc has it: positive bulges to the left and runs clockwise, negative to the right and
 // counter-clockwise, 0.0 is straight. A host's bulge has the opposite sign. No arcs are stored:
 // `GetArc` makes one of two vertices and a height whenever it is asked. Arcs are plan arcs; what z
-// does along one is told in GeomEnts/Arc.h. A height below 0.0001 in absolute value is straight,
+// does along one stands in GeomEnts/Arc.h. A height below 0.0001 in absolute value is straight,
 // wherever nothing else is said.
 //
 // There is to be one height per segment, count - 1, which `AddVertex`, `FromEntity` and the
 // reversal see to. Nothing tests it: a segment without a height counts as straight, heights beyond
 // the last segment are not looked at. Intended: `Close` leaves one height too many, `Clear` leaves
 // them all, and what PolyLine appends, inserts or removes moves no heights. What PolyLine offers
-// and is not named here takes the segments as chords; `FromCurve` leaves a flattened line without
-// touching the heights.
+// and is not named here takes the segments as chords. Where `FromCurve` puts a flattened curve in
+// place of what was there, all segments are straight.
 #pragma once
 
 #include "GeomEnts/Arc.h"
@@ -56,13 +56,18 @@ class PolyArc : public PolyLine {
     //   AcDbCircle      two half circles, clockwise from the point at angle 0; through the opposite
     //                   one back to it
     //   any other       nothing
+    // Intended: `Arc` and `Circle` read by exact class, so that of a derived arc there is nothing,
+    // of a derived circle one without radius at the origin.
     // Of a closed AcDb3dPolyline the first vertex is appended again unless the last equals it; of a
     // closed one of the two others always, with the bulge of the last vertex. A bulge below 0.0001
     // is straight; the height is that over the 3D length of the chord. Intended: a bulge counts as
-    // seen from above, also of a polyline that is seen from below.
+    // seen from above, also of a polyline that is seen from below. Each height is set at its
+    // segment, whether there were heights too many or too few.
     // `disposal` as in PolyLine; intended: 2 erases the entity whatever its class. Throws
     // `TamExpAcad` with "LightWeight PolyLine conversion to PolyLine failed!" when an AcDbPolyline
     // refuses a vertex; what was read so far stays and the entity stays open.
+    // Intended: `Select` with `consume` erases what it accepts, also splines and ellipses that it
+    // did not sample, of which nothing is read.
     void FromEntity(AcDbEntity* entity, std::int32_t disposal) override;
     // `IsArcEntity(entity, true)`.
     bool IsPolyEntity(AcDbEntity* entity) const override;
@@ -95,7 +100,7 @@ class PolyArc : public PolyLine {
     // `Arc::Bulge` of the segment; 0.0 of a straight one.
     double BulgeAt(int index) const;
     // The height is that of a bulge over the 3D length of the chord. Intended: 3D here, in plan in
-    // `BulgeAt`.
+    // `BulgeAt`. The height must be there.
     void SetBulgeAt(int index, double bulge);
     // Whether some height is at least 0.0001 in absolute value.
     bool HasArcs() const;
@@ -144,7 +149,8 @@ class PolyArc : public PolyLine {
 
     // The curve as a polyline of growth 20: `Arc::ToPolyLine(step, stepIsAngle)` of each segment,
     // turned round where its first point is nearer to the segment's end in 3D, joined without
-    // doubling shared vertices. Straight segments give their vertices. Empty below two vertices.
+    // doubling shared vertices. Straight segments give their vertices, and so does an arc whose
+    // chord is too short for a radius. Empty below two vertices.
     PolyLine ToPolyLine(double step, bool stepIsAngle) const;
 
     // As in PolyLine; with each vertex goes the height of the segment before it.
@@ -168,7 +174,8 @@ class PolyArc : public PolyLine {
     // `ToPolyLine(0.1, true)`, as PolyLine writes it. Without vertices 0, and nothing is written.
     // Throws `TamExpAcad`: "Initialization of AcDb3dPolyLine failed" without memory (so for the
     // other kinds too), "Adding AcDbPolyLine to Acad DB failed" when an AcDb2dPolyline refuses a
-    // vertex; nothing is written then.
+    // vertex; nothing is written then. Their `file` is the writer of the entity: that of PolyLine
+    // for an AcDb3dPolyline.
     int ToDb(int colour, const wchar_t* layer, AcDbObjectId* id, AcDbDatabase* database,
              int kind = 0) const;
 

@@ -14,6 +14,16 @@
 namespace TamLib {
 namespace {
 
+// Appends a vertex; the height of the segment that ends there is set at its place, since there may
+// be heights too many or too few.
+void AppendVertex(PolyArc& line, const Point3d& point, double height) {
+    line.AddVertex(point, 0.0);
+    if (line.count < 2) return;
+    const std::uint32_t segments = line.count - 1;
+    while (line.heights.count < segments) line.heights.Append(0.0);
+    line.heights[static_cast<int>(segments) - 1] = height;
+}
+
 // Appends vertices of which each tells the bulge of the segment behind it.
 class BulgedRun {
   public:
@@ -21,7 +31,7 @@ class BulgedRun {
 
     void Add(const Point3d& vertex, double bulge) {
         const double chord = isAny_ ? Distance(line_.data[line_.count - 1], vertex) : 0.0;
-        line_.AddVertex(vertex, Arc::BulgeToHeight(bulge_, chord));
+        AppendVertex(line_, vertex, Arc::BulgeToHeight(bulge_, chord));
         bulge_ = bulge;
         isAny_ = true;
     }
@@ -49,9 +59,9 @@ void AddVertices(PolyArc& line, AcDbEntity* entity, AcDbObjectIterator* vertices
                  const AcDb3dPolyline& polyline) {
     ForEachVertex<AcDb3dPolylineVertex>(
         entity, vertices, AcDb::k3dControlVertex, nullptr,
-        [&line](const Point3d& position, double /*bulge*/) { line.AddVertex(position, 0.0); });
+        [&line](const Point3d& position, double /*bulge*/) { AppendVertex(line, position, 0.0); });
     const bool endsApart = line.count > 0 && !Equals(line.data[line.count - 1], line.data[0]);
-    if (polyline.isClosed() && endsApart) line.AddVertex(line.data[0], 0.0);
+    if (polyline.isClosed() && endsApart) AppendVertex(line, Point3d(line.data[0]), 0.0);
 }
 
 void AddVertices(PolyArc& line, const AcDbPolyline& polyline) {
@@ -80,15 +90,15 @@ Arc ReadArc(AcDbEntity* entity) {
 
 void AddArc(PolyArc& line, const Arc& arc) {
     if (arc.valid == 0) return;
-    line.AddVertex(arc.Start(), 0.0);
-    line.AddVertex(arc.End(), arc.height);
+    AppendVertex(line, arc.Start(), 0.0);
+    AppendVertex(line, arc.End(), arc.height);
 }
 
 void AddCircle(PolyArc& line, const Circle& circle) {
     const Point3d right = circle.centre + Point3d(circle.radius, 0.0, 0.0);
-    line.AddVertex(right, 0.0);
-    line.AddVertex(circle.centre - Point3d(circle.radius, 0.0, 0.0), circle.radius);
-    line.AddVertex(right, circle.radius);
+    AppendVertex(line, right, 0.0);
+    AppendVertex(line, circle.centre - Point3d(circle.radius, 0.0, 0.0), circle.radius);
+    AppendVertex(line, right, circle.radius);
 }
 
 }  // namespace
@@ -117,8 +127,8 @@ void PolyArc::FromEntity(AcDbEntity* entity, std::int32_t disposal) {
     } else if (type->isDerivedFrom(AcDbPolyline::desc())) {
         AddVertices(*this, *static_cast<AcDbPolyline*>(entity));
     } else if (type->isDerivedFrom(AcDbLine::desc())) {
-        AddVertex(ToPoint3d(static_cast<AcDbLine*>(entity)->startPoint()), 0.0);
-        AddVertex(ToPoint3d(static_cast<AcDbLine*>(entity)->endPoint()), 0.0);
+        AppendVertex(*this, ToPoint3d(static_cast<AcDbLine*>(entity)->startPoint()), 0.0);
+        AppendVertex(*this, ToPoint3d(static_cast<AcDbLine*>(entity)->endPoint()), 0.0);
     } else if (type->isDerivedFrom(AcDbArc::desc())) {
         AddArc(*this, ReadArc(entity));
     } else if (type->isDerivedFrom(AcDbCircle::desc())) {

@@ -96,9 +96,13 @@ void Meet(const Piece& before, const Piece& after, Point3dArrayBase<Point3d>& po
 }
 
 // Circles within each other, or about one centre, give points of one of them or none at all.
+// Tested against the centre of the moved arc itself: where it is flat the digits of its ends shift
+// it from the one it was moved about, far beyond the tolerance.
 bool IsOnCircle(const Piece& piece, const Point3d& point) {
-    return piece.IsStraight() ||
-           std::fabs(Distance2d(point, piece.centre) - piece.arc.Radius()) <= 0.0001;
+    if (piece.IsStraight()) return true;
+    Point3d centre;
+    piece.arc.Centre(centre);
+    return std::fabs(Distance2d(point, centre) - piece.arc.Radius()) <= 0.0001;
 }
 
 // Cuts two pieces where they meet nearest to the corner between them.

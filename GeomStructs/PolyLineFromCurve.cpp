@@ -100,13 +100,23 @@ class Sampler {
     AcGePoint3d midPoint_, endPoint_;
 };
 
+// Puts a flattened curve in place of what was there; of a PolyArc no arcs are left.
+void Replace(PolyLine& line, const PolyLine& flat) {
+    auto* const arcs = dynamic_cast<PolyArc*>(&line);
+    if (arcs != nullptr) {
+        *arcs = PolyArc(flat);
+    } else {
+        line = flat;
+    }
+}
+
 }  // namespace
 
 void PolyLine::FromCurve(AcDbEntity* entity, int disposal, double step, bool adaptive) {
     if (entity == nullptr) return;
     if (!IsSampledCurve(entity)) {
         if (PolyArc::HasArcs(entity)) {
-            *this = PolyArc(entity, disposal).ToPolyLine(step, adaptive);
+            Replace(*this, PolyArc(entity, disposal).ToPolyLine(step, adaptive));
         } else {
             FromEntity(entity, disposal);
         }

@@ -26,7 +26,7 @@ PolyArc Way(int segments) {
     return line;
 }
 
-void Told(benchmark::State& state, std::size_t points) {
+void Count(benchmark::State& state, std::size_t points) {
     state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(points));
     state.counters["points"] = static_cast<double>(points);
     state.SetComplexityN(state.range(0));
@@ -40,7 +40,7 @@ void Flatten(benchmark::State& state) {
         points = flat.count;
         benchmark::DoNotOptimize(flat.data);
     }
-    Told(state, points);
+    Count(state, points);
 }
 
 struct KnownArc {
@@ -82,13 +82,13 @@ void ByHand(benchmark::State& state) {
         points = flat.size();
         benchmark::DoNotOptimize(flat.data());
     }
-    Told(state, points);
+    Count(state, points);
 }
 
 void Length(benchmark::State& state) {
     const PolyArc line = Way(static_cast<int>(state.range(0)));
     for (auto _ : state) benchmark::DoNotOptimize(line.Length());
-    Told(state, line.count);
+    Count(state, line.count);
 }
 
 void Offset(benchmark::State& state) {
@@ -98,7 +98,7 @@ void Offset(benchmark::State& state) {
         line.Offset(&result, 1.5);
         benchmark::DoNotOptimize(result.data);
     }
-    Told(state, line.count);
+    Count(state, line.count);
 }
 
 void Sizes(benchmark::internal::Benchmark* benchmark) {

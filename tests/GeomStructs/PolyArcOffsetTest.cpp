@@ -217,5 +217,37 @@ TEST(PolyArcOffset, FarAwayItIsTheSame) {
     EXPECT_NEAR(near.HeightAt(1), result.HeightAt(1), 1e-6);
 }
 
+// Of arcs as flat as they may be the digits of far coordinates shift the centre by metres.
+TEST(PolyArcOffset, FarAwayFlatArcsAreCutWhereTheyMeetToo) {
+    const Point3d place(25496000, 6672000, 0);
+    PolyArc withStraight = Straight("0 0, 100 0, 180 60"),
+            withArc = Straight("0 0, 500 0, 900 300");
+    withStraight.SetHeightAt(0, 0.0001);
+    withArc.SetHeightAt(0, 0.0001);
+    withArc.SetHeightAt(1, 0.0002);
+    for (PolyArc line : {withStraight, withArc}) {
+        const PolyArc near = Offset(line, -1);
+        EXPECT_EQ(3u, near.count);
+        line += place;
+        PolyArc far = Offset(line, -1);
+        far += Point3d() - place;
+        ASSERT_EQ(near.count, far.count);
+        for (std::uint32_t i = 0; i < near.count; ++i)
+            EXPECT_LT(Distance(near.data[i], far.data[i]), 1e-5) << i;
+    }
+}
+
+// Intended: "nearest to the old vertex" is the only choice; the piece is not asked which of its
+// ends a point is at.
+TEST(PolyArcOffset, OfTwoMeetingsTheOneNearestToTheOldVertexCuts) {
+    // The straight piece, y = 0.2, crosses more than a half circle twice, at 9.29 and 11.70.
+    PolyArc line = Straight("0 0, 10 0, 11 0");
+    line.SetHeightAt(1, 3);
+    const PolyArc left = Offset(line, -0.2);
+    ASSERT_EQ(3u, left.count);
+    EXPECT_NEAR(9.29584054212077, left.data[1].x, 1e-12);
+    EXPECT_NEAR(0.2, left.data[1].y, 1e-12);
+}
+
 }  // namespace
 }  // namespace TamLib

@@ -13,6 +13,7 @@
 #include "tam/TamExceptions.h"
 #include "tests/GeomEnts/DrawnEntities.h"
 #include "tests/GeomStructs/TextLines.h"
+#include "tests/host/dxf/Drawings.h"
 
 namespace TamLib {
 namespace {
@@ -87,6 +88,9 @@ TEST(PolyArcToDb, AClosedOneIsClosedWithoutItsRepeatedVertex) {
     }
     const ReadAs<AcDbPolyline> light(Written(drawing, Ring(), kLight));
     EXPECT_EQ(3u, light->numVerts());
+    double startWidth = 7, endWidth = 7;
+    light->getWidthsAt(0, startWidth, endWidth);
+    EXPECT_EQ(0.0, startWidth);
     double bulge = 0;
     light->getBulgeAt(2, bulge);
     EXPECT_NEAR(0.7, bulge, 1e-12);
@@ -169,6 +173,18 @@ TEST(PolyArcToDb, WithEachCallFailingItIsWrittenOrNot) {
     }
 }
 
+TEST(PolyArcToDb, AnotherDatabaseGetsEntityAndLayer) {
+    const TestDrawing other{};
+    const TestDrawing working{};
+    for (const int kind : {kLight, kPlane, kSpace})
+        EXPECT_EQ(0, Open().ToDb(5, L"lines", nullptr, &other.Database(), kind));
+    EXPECT_EQ(3u, Entities(other).size());
+    for (const AcDbObjectId id : Entities(other)) EXPECT_EQ(L"lines", LookOf(id).layer);
+    EXPECT_EQ(3u, Layers(other.Database()).size());
+    EXPECT_TRUE(Entities(working).empty());
+    EXPECT_EQ(2u, Layers(working.Database()).size());
+}
+
 TEST(PolyArcToDb, AVertexRefusedByAPlanePolylineRaisesAndNothingIsWritten) {
     const TestDrawing drawing{};
     for (const std::size_t n : {1u, 2u, 4u}) {
@@ -204,6 +220,8 @@ TEST(PolyArcToDb, WithoutMemoryItRaises) {
                 ADD_FAILURE() << kind;
             } catch (const TamExpAcad& raised) {
                 EXPECT_STREQ(L"Initialization of AcDb3dPolyLine failed", raised.message);
+                EXPECT_STREQ(kind == kSpace ? L"GeomStructs/PolyLine" : L"GeomStructs/PolyArc",
+                             raised.file);
             }
             host::fault::disarm();
         }
@@ -219,7 +237,7 @@ class SavedPolyArcs : public ::testing::TestWithParam<const char*> {
         : database_(
               host::database::readDrawing(fs::path(ORLINTH_TEST_DATA) / "releases" / GetParam())),
           before_(acdbHostApplicationServices()->workingDatabase()),
-          saved_(fs::temp_directory_path() / ("orlinth_polyarcs_" + std::string(GetParam()))) {
+          saved_(folder_ / GetParam()) {
         acdbHostApplicationServices()->setWorkingDatabase(database_.get());
         for (PolyArc line : {Open(), Ring()}) {
             line += Point3d(25496000, 6672000, 0);
@@ -228,14 +246,11 @@ class SavedPolyArcs : public ::testing::TestWithParam<const char*> {
         }
         host::database::saveDrawing(*database_, saved_);
     }
-    ~SavedPolyArcs() override {
-        acdbHostApplicationServices()->setWorkingDatabase(before_);
-        std::error_code ignored;
-        fs::remove(saved_, ignored);
-    }
+    ~SavedPolyArcs() override { acdbHostApplicationServices()->setWorkingDatabase(before_); }
 
     std::unique_ptr<AcDbDatabase> database_;
     AcDbDatabase* before_;
+    host::dxf::test::TemporaryFolder folder_;
     fs::path saved_;
 };
 
@@ -298,7 +313,6 @@ TEST_P(SavedPolyArcs, AreFoundByAnIndependentReader) {
     const std::string command =
         "/usr/bin/python3 '" + script.string() + "' '" + saved_.string() + "' 2>&1";
     EXPECT_EQ(0, std::system(command.c_str()));
-    fs::remove(script);
 }
 
 #endif

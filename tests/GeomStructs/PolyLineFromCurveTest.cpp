@@ -235,6 +235,17 @@ TEST(PolyLineFromCurve, ArcsAreFlattenedByAngleOrByLengthAndDisposedOf) {
     EXPECT_EQ(0, line.hasBounds);
 }
 
+TEST(PolyLineFromCurve, AnArcThatAllButClosesIsAPointOrNothing) {
+    const auto read = [](const char* angles) {
+        const TestDrawing drawing{std::string("ARC|5 2F|8 0|10 1|20 2|30 3|40 5|") + angles};
+        return Read(drawing, 0.05, true);
+    };
+    for (const char* const angles : {"50 0|51 360", "50 0|51 359.9999", "50 0|51 359.999"})
+        ExpectVertices({{6, 2, 3}, {6, 2, 3}}, read(angles), 0.0001);
+    EXPECT_EQ(0u, read("50 30|51 30").count);
+    EXPECT_GT(read("50 0|51 359.99").count, 100u);  // its ends are apart by more than 0.0001
+}
+
 TEST(PolyLineFromCurve, BulgedPolylinesAreFlattenedWhereTheyBulge) {
     const TestDrawing drawing{
         "LWPOLYLINE|5 2F|8 0|90 3|70 0|38 7|10 0|20 0|42 -1|10 10|20 0|10 10|20 5",
@@ -304,7 +315,7 @@ TEST(PolyLineFromCurve, EachRefusedCallIsSurvivedAndTheEntityDisposedOf) {
     entity->close();
 }
 
-TEST(PolyLineFromCurve, RefusedCallsHaveTheEffectsTold) {
+TEST(PolyLineFromCurve, RefusedCallsAndTheirEffects) {
     const TestDrawing drawing{StraightSpline(10)};
     const auto readFailing = [&](const char* name, std::size_t n) {
         AcDbEntity* const entity = drawing.Open(0x2F);
