@@ -38,6 +38,14 @@ inline void MoveAll(Array<PolyLine*>& from, Array<PolyLine*>& to) {
     from.SwapBlocks(none);
 }
 
+/// Gives the polylines of `from` to `array`, in place of its own. Nothing is promised of their
+/// order.
+inline void Replace(PolyArray& array, PolyArray& from) {
+    array.Clear();
+    array.SwapBlocks(from);
+    array.sorted = array.unique = false;
+}
+
 /// An array of a copy of `line`.
 inline PolyArray ArrayOf(const PolyLine& line) {
     PolyArray array;

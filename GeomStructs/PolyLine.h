@@ -4,9 +4,9 @@
 // A polyline is closed when its last vertex equals its first within 0.0001 in each coordinate;
 // there is no flag, a closed figure repeats its first vertex. It is a plain value without a link to
 // whatever it was read from. Queries ignore `offset`, which only output adds, and the stored box,
-// which nothing here keeps up to date; they never fail: an index out of range or a polyline too
-// short gives the value told. "In plan" means on x and y; everything else is 3D. A query is a
-// linear scan of the vertices; for many questions to one line see GeomStructs/SegmentIndex.h.
+// which nothing here keeps up to date; they never fail: each states what it gives for an index out
+// of range and for too short a polyline. "In plan" means on x and y; everything else is 3D. A query
+// is a linear scan of the vertices; for many to one line see GeomStructs/SegmentIndex.h.
 //
 // The tests against other figures work in plan. Only they look at the stored box: with `hasBounds`
 // set, `Inside` with `useBox`, `Crosses`, `FirstIntersection` and `Intersections` of a line answer
@@ -409,24 +409,24 @@ class PolyLine : public Point3dArrayBase<Point3d> {
     // What lies in both. Nothing with one of them not closed.
     PolyArray Intersection(const PolyLine& other) const;
 
-    // --- Offsets, in plan; heights stay. `result` is emptied first, `ribs` added to; a failed
-    // operation leaves `result` as it was. Near duplicates (1e-7) of this polyline are passed over.
-    // Intended: vertices farther apart than that, but `Equals`, have no direction between them, and
-    // the constant of `Angle` takes its place, so that corners there point anywhere. TamExpNoMem of
-    // Array, PolyArray and `SplitLoops`.
+    // --- Offsets, in plan; heights stay, and all that is made has this `offset`. `result` is
+    // emptied first, `ribs`, never the same array, added to; a failed operation leaves both as they
+    // were. Near duplicates (1e-7) of this polyline are passed over. Intended: vertices farther
+    // apart, but `Equals`, have no direction between them, and the constant of `Angle` takes its
+    // place, so that corners there point anywhere. TamExpNoMem of Array, PolyArray, `SplitLoops`.
 
     // The parallel at `distance`: to the right of the way with a positive one, to the left with a
     // negative one; of a closed polyline outward or inward, whatever its turning sense. Each vertex
     // moves along the bisector of its corner as far as keeps the distance from both segments, but
     // no farther than 25 distances, so that spikes are cut off; the ends of an open line move
     // across it. A closed result repeats its first vertex. With |distance| below 0.0001 the result
-    // is a copy, which is not cleaned.
-    // With `clean` the result is taken apart by `SplitSelfCrossings`. Of several loops those that
-    // are closed and turn the wrong way are left out: the other way than a closed polyline does;
-    // of an open one counter-clockwise at a positive distance, clockwise at a negative one. A
-    // single loop is the result, unless it comes of a closed polyline and turns the wrong way, or
-    // each of its sides runs against the one it came from: then it is the inverted inside of a
-    // polygon that the distance has used up, and nothing is left.
+    // is a copy as it stands. With `clean` `SplitSelfCrossings` takes the parallel apart. Of
+    // several loops those that are closed and turn the wrong way are left out: the other way than a
+    // closed polyline does; of an open one counter-clockwise at a positive distance, clockwise at a
+    // negative one. Intended: loops part in plan, but are closed in 3D: one that ends at another
+    // height stays. A single loop is the result, unless it comes of a closed polyline and turns the
+    // wrong way, or each of its sides runs against the one it came from: then it is the inverted
+    // inside of a polygon that the distance has used up, and nothing is left.
     void Offset(PolyArray* result, double distance, bool clean) const;
 
     // The outline of the band from `left` to `right` of the way, as closed polygons: of an open
@@ -441,14 +441,14 @@ class PolyLine : public Point3dArrayBase<Point3d> {
     // segment, and on the inner side the one on the bisector; no rib.
     // Intended: the pair is placed by the mean of both directions as `Angle` tells them, and
     // exchanged, lengths included, when the left point comes to lie right. So at such corners, and
-    // at both ends of an open line, the left side has the right width and the right side the left
-    // one.
+    // at both ends of an open line, each side has the width of the other.
     // Small loops are cut out of each ring then: from each segment on the last one is looked for
     // that crosses it, by `Line::Intersect` without touches; the crossing, at the height of the
     // first of them, takes the place of the vertices between. The last segment does not count for
     // the first one, and a ring of 6 vertices or fewer is not cut any more.
     // With `clean` each ring is taken apart by `SplitSelfCrossings`; kept are the loops that turn
-    // as its last one does, and those whose `Relation` to the ring is not 0.
+    // as its last one does, and those whose `Relation` to the ring is not 0. Intended: that keeps
+    // nearly all of the others too, since their vertices lie on the ring they are cut from.
     void OffsetBand(PolyArray* result, double left, double right, PolyArray* ribs, bool clean,
                     int flags = 0) const;
 

@@ -1,6 +1,6 @@
 // Where a PolyLine meets lines and other polylines.
 #include <algorithm>
-#include <memory>
+#include <optional>
 
 #include "GeomStructs/IntersectionWalk.h"
 #include "GeomStructs/SegmentIndex.h"
@@ -28,12 +28,11 @@ void FindPoints(const PolyLine& line, const Line& query, Array<int>* segments, b
 class Noding {
   public:
     Noding(const PolyLine& line, std::uint32_t questions) : line_(line) {
-        if (std::uint64_t{line.count} * questions >= kPairsWorthAnIndex)
-            index_ = std::make_unique<SegmentIndex>(line);
+        if (std::uint64_t{line.count} * questions >= kPairsWorthAnIndex) index_.emplace(line);
     }
     void Find(const Line& segment, Array<int>* segments, bool touchFirstEnd, int zMode,
               PolyLine& points) const {
-        if (index_ != nullptr) {
+        if (index_) {
             index_->Intersections(segment, segments, touchFirstEnd, zMode, points);
         } else {
             FindPoints(line_, segment, segments, touchFirstEnd, zMode, points);
@@ -42,7 +41,7 @@ class Noding {
 
   private:
     const PolyLine& line_;
-    std::unique_ptr<SegmentIndex> index_;
+    std::optional<SegmentIndex> index_;
 };
 
 }  // namespace

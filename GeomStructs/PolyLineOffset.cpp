@@ -103,7 +103,7 @@ PolyArray Offsets(const PolyLine& original, double distance, bool clean) {
     const bool flip = (closed && clockwise) != (distance < 0.0);
     PolyLine line(original);
     line.RemoveNearDuplicates(1e-07);
-    if (line.IsClosed()) line.Remove(-1, 1);
+    if (closed && line.count > 1) line.Remove(-1, 1);
     const PolyLine moved = Moved(line, closed, {std::fabs(distance), flip});
     if (!clean) return detail::ArrayOf(moved);
     return Cleaned(line, moved, closed, closed ? clockwise : !flip);
@@ -113,8 +113,8 @@ PolyArray Offsets(const PolyLine& original, double distance, bool clean) {
 
 void PolyLine::Offset(PolyArray* result, double distance, bool clean) const {
     PolyArray offsets = Offsets(*this, distance, clean);
-    result->Clear();
-    result->SwapBlocks(offsets);
+    for (PolyLine* const parallel : offsets) parallel->offset = offset;
+    detail::Replace(*result, offsets);
 }
 
 }  // namespace TamLib

@@ -46,7 +46,9 @@ struct Corner {
           ahead(Angle(vertex, next)),
           back(Angle(vertex, previous)) {
         half = IsEnd() ? kQuarter : (Normalised(ahead) - Normalised(back)) * 0.5;
-        bisector = first ? ahead - kQuarter : last ? back + kQuarter : (ahead + back) * 0.5;
+        bisector = first  ? Normalised(ahead) - kQuarter
+                   : last ? Normalised(back) + kQuarter
+                          : (ahead + back) * 0.5;
     }
 
     bool IsEnd() const { return first || last; }
@@ -197,12 +199,13 @@ PolyArray Cleaned(const PolyLine& ring) {
     return loops;
 }
 
-// Both sides along a line.
+// Both sides along a line. A ring that has come down to one vertex is open: it has no way round.
 Sides SidesOf(const PolyLine& original, const Widths& widths, bool& closed, PolyArray* ribs) {
     PolyLine line(original);
     line.RemoveNearDuplicates(1e-07);
-    closed = line.IsClosed();
+    closed = (original.IsClosed() || line.IsClosed()) && line.count > 1;
     if (closed) line.Remove(-1, 1);
+    closed = closed && line.count > 1;
     Sides sides(line.count, ribs);
     for (std::uint32_t i = 0; i < line.count; ++i) sides.Add({line, i, closed}, widths);
     return sides;
@@ -233,9 +236,10 @@ void PolyLine::OffsetBand(PolyArray* result, double left, double right, PolyArra
             add(sides.left);
         }
     }
+    for (PolyArray* const made : {&rings, &newRibs})
+        for (PolyLine* const line : *made) line->offset = offset;
     if (ribs != nullptr) detail::MoveAll(newRibs, *ribs);
-    result->Clear();
-    result->SwapBlocks(rings);
+    detail::Replace(*result, rings);
 }
 
 }  // namespace TamLib

@@ -1,5 +1,5 @@
 // How a PolyLine lies to another: the sides of polygons, crossings and touches at shared vertices.
-#include <memory>
+#include <optional>
 
 #include "GeomStructs/SegmentIndex.h"
 
@@ -13,22 +13,21 @@ constexpr std::uint64_t kPairsWorthAnIndex = 256;
 class Polygon {
   public:
     Polygon(const PolyLine& line, std::uint32_t questions) : line_(line) {
-        if (std::uint64_t{line.count} * questions >= kPairsWorthAnIndex)
-            index_ = std::make_unique<SegmentIndex>(line);
+        if (std::uint64_t{line.count} * questions >= kPairsWorthAnIndex) index_.emplace(line);
     }
     int Inside(const Point3d& p) const {
-        return index_ != nullptr ? index_->Inside(p, true) : line_.Inside(p, false, true);
+        return index_ ? index_->Inside(p, true) : line_.Inside(p, false, true);
     }
     int MidPointInside(const Point3d& a, const Point3d& b) const {
-        return index_ != nullptr ? index_->MidPointInside(a, b) : line_.MidPointInside(a, b);
+        return index_ ? index_->MidPointInside(a, b) : line_.MidPointInside(a, b);
     }
     int Crosses(const Line& line) const {
-        return index_ != nullptr ? index_->Crosses(line) : line_.Crosses(line);
+        return index_ ? index_->Crosses(line) : line_.Crosses(line);
     }
 
   private:
     const PolyLine& line_;
-    std::unique_ptr<SegmentIndex> index_;
+    std::optional<SegmentIndex> index_;
 };
 
 // How many vertices of one lie outside, inside and on the other.

@@ -47,29 +47,34 @@ SegmentIndex::SegmentIndex(const PolyLine& line)
 
 void SegmentIndex::Build() {
     const auto segments = static_cast<std::size_t>(segments_);
-    Level level((segments + kFan - 1) / kFan);
+    std::size_t length = segments;
+    do {
+        length = (length + kFan - 1) / kFan;
+        begins_[levels_ + 1] = begins_[levels_] + length;
+        ++levels_;
+    } while (length > kFan);
+    runs_.Resize(static_cast<std::uint32_t>(begins_[levels_]));
+    runs_.count = runs_.capacity;
     for (std::size_t i = 0; i < segments; ++i) {
         const PlanBox box = BoxOf(vertices_[i], vertices_[i + 1]);
         const double rise = box.yMax - box.yMin;
-        Run& run = level[i / kFan];
+        Run& run = runs_.data[i / kFan];
         if (i % kFan == 0) run = {box, std::numeric_limits<double>::max()};
         Widen(run.box, box);
         if (rise > 0.0) run.leastRise = std::min(run.leastRise, rise);
     }
-    levels_.push_back(std::move(level));
-    while (levels_.back().size() > kFan) {
-        const Level& below = levels_.back();
-        Level above((below.size() + kFan - 1) / kFan);
-        for (std::size_t i = 0; i < below.size(); ++i) {
-            Run& run = above[i / kFan];
-            if (i % kFan == 0) run = below[i];
-            Widen(run.box, below[i].box);
-            run.leastRise = std::min(run.leastRise, below[i].leastRise);
+    for (std::size_t level = 1; level < levels_; ++level) {
+        for (std::size_t i = 0; i < RunsOf(level - 1); ++i) {
+            const Run& below = RunAt(level - 1, i);
+            Run& run = runs_.data[begins_[level] + i / kFan];
+            if (i % kFan == 0) run = below;
+            Widen(run.box, below.box);
+            run.leastRise = std::min(run.leastRise, below.leastRise);
         }
-        levels_.push_back(std::move(above));
     }
-    extent_ = levels_.back().front().box;
-    for (const Run& run : levels_.back()) Widen(extent_, run.box);
+    extent_ = RunAt(levels_ - 1, 0).box;
+    for (std::size_t run = 1; run < RunsOf(levels_ - 1); ++run)
+        Widen(extent_, RunAt(levels_ - 1, run).box);
 }
 
 // The segments of one run at that level, the lowest being 0.
@@ -80,9 +85,9 @@ std::size_t SegmentIndex::RunLength(std::size_t level) const {
 }
 
 bool SegmentIndex::AddInside(std::size_t level, std::size_t run, WindingCount& count) const {
-    const PlanBox& box = levels_[level][run].box;
+    const PlanBox& box = RunAt(level, run).box;
     if (!(box.yMin <= count.py && count.py <= box.yMax)) return false;
-    if (IsLeftOf(box, levels_[level][run].leastRise, count)) return false;
+    if (IsLeftOf(box, RunAt(level, run).leastRise, count)) return false;
     if (IsRightOf(box, count)) {
         // The rising ones less the falling ones, which only the two ends decide.
         const std::size_t length = RunLength(level), first = run * length;
@@ -92,8 +97,7 @@ bool SegmentIndex::AddInside(std::size_t level, std::size_t run, WindingCount& c
         return false;
     }
     const std::size_t first = run * kFan;
-    const std::size_t below =
-        level == 0 ? static_cast<std::size_t>(segments_) : levels_[level - 1].size();
+    const std::size_t below = level == 0 ? static_cast<std::size_t>(segments_) : RunsOf(level - 1);
     const std::size_t end = std::min(first + kFan, below);
     for (std::size_t i = first; i < end; ++i)
         if (level == 0 ? count.Add(vertices_ + i) : AddInside(level - 1, i, count)) return true;
@@ -102,10 +106,10 @@ bool SegmentIndex::AddInside(std::size_t level, std::size_t run, WindingCount& c
 
 int SegmentIndex::Inside(const Point3d& point, bool touch) const {
     if (!closed_) return 0;
-    if (levels_.empty() || !IsTame(point)) return line_.Inside(point, false, touch);
+    if (levels_ == 0 || !IsTame(point)) return line_.Inside(point, false, touch);
     WindingCount count{point.x, point.y, touch};
-    const std::size_t top = levels_.size() - 1;
-    for (std::size_t run = 0; run < levels_[top].size(); ++run)
+    const std::size_t top = levels_ - 1;
+    for (std::size_t run = 0; run < RunsOf(top); ++run)
         if (AddInside(top, run, count)) return 2;
     return count.winding & 1;
 }

@@ -5,12 +5,11 @@
 // the next one, and so on. It fits figures whose neighbouring segments lie near each other, as they
 // do in outlines and contour lines; a scribble is answered correctly, but slowly. Building takes
 // linear time. The polyline is not copied: it has to outlive the index and must not change
-// meanwhile. Coordinates beyond 1e100, or none, make every answer a scan.
+// meanwhile. Coordinates beyond 1e100, or none, make every answer a scan. TamExpNoMem of Array.
 #pragma once
 
 #include <algorithm>
 #include <cstddef>
-#include <vector>
 
 #include "GeomStructs/PolyLine.h"
 #include "GeomStructs/SegmentReach.h"
@@ -54,10 +53,14 @@ class SegmentIndex {
         PlanBox box;
         double leastRise;  // the smallest difference of y of its segments that isn't 0
     };
-    using Level = std::vector<Run>;
 
     static constexpr std::size_t kFan = 8;
+    static constexpr std::size_t kMostLevels = 10;  // enough for 2^31 segments
 
+    const Run& RunAt(std::size_t level, std::size_t run) const {
+        return runs_.data[begins_[level] + run];
+    }
+    std::size_t RunsOf(std::size_t level) const { return begins_[level + 1] - begins_[level]; }
     std::size_t RunLength(std::size_t level) const;
     void Build();
     bool AddInside(std::size_t level, std::size_t run, WindingCount& count) const;
@@ -66,18 +69,18 @@ class SegmentIndex {
     // true.
     template <class Misses, class Look>
     void Search(const Misses& misses, const Look& look) const {
-        if (levels_.empty()) {
+        if (levels_ == 0) {
             for (int i = 0; i < segments_ && !look(i);) ++i;
             return;
         }
-        const std::size_t top = levels_.size() - 1;
-        for (std::size_t run = 0; run < levels_[top].size(); ++run)
+        const std::size_t top = levels_ - 1;
+        for (std::size_t run = 0; run < RunsOf(top); ++run)
             if (SearchRun(top, run, misses, look)) return;
     }
     template <class Misses, class Look>
     bool SearchRun(std::size_t level, std::size_t run, const Misses& misses,
                    const Look& look) const {
-        if (misses(levels_[level][run].box)) return false;
+        if (misses(RunAt(level, run).box)) return false;
         const std::size_t first = run * kFan;
         if (level == 0) {
             const std::size_t end = std::min(first + kFan, static_cast<std::size_t>(segments_));
@@ -85,7 +88,7 @@ class SegmentIndex {
                 if (look(static_cast<int>(i))) return true;
             return false;
         }
-        const std::size_t end = std::min(first + kFan, levels_[level - 1].size());
+        const std::size_t end = std::min(first + kFan, RunsOf(level - 1));
         for (std::size_t i = first; i < end; ++i)
             if (SearchRun(level - 1, i, misses, look)) return true;
         return false;
@@ -95,8 +98,10 @@ class SegmentIndex {
     const Point3d* vertices_;
     int segments_;  // count - 1, or 0
     bool closed_;
-    PlanBox extent_;             // without limits when every answer is a scan
-    std::vector<Level> levels_;  // the runs of eight first; empty when every answer is a scan
+    PlanBox extent_;          // without limits when every answer is a scan
+    std::size_t levels_ = 0;  // none when every answer is a scan
+    std::size_t begins_[kMostLevels + 1] = {};
+    Array<Run> runs_;  // level after level, the runs of eight first
 };
 
 }  // namespace TamLib

@@ -84,8 +84,9 @@ struct PlainBand {
         PolyLine line(original);
         line.RemoveNearDuplicates(1e-07);
         vertices_ = PointsOf(line);
-        closed_ = line.IsClosed();
-        if (closed_) vertices_.pop_back();
+        closed_ = original.IsClosed() || line.IsClosed();
+        if (closed_ && vertices_.size() > 1) vertices_.pop_back();
+        if (vertices_.size() < 2) closed_ = false;
         if (vertices_.empty()) return;
         for (std::size_t i = 0; i < vertices_.size(); ++i) AddCorner(i);
         Points back(rightRun_.rbegin(), rightRun_.rend());
@@ -111,10 +112,12 @@ struct PlainBand {
         const Point3d next = vertices_[(i + 1) % n];
         const bool first = !closed_ && i == 0, last = !closed_ && i == n - 1 && !first;
         const double ahead = Angle(v, next), back = Angle(v, previous);
-        double half = (std::fmod(ahead + kTurn, kTurn) - std::fmod(back + kTurn, kTurn)) * 0.5;
+        const double ahead0 = std::fmod(ahead + kTurn, kTurn);
+        const double back0 = std::fmod(back + kTurn, kTurn);
+        double half = (ahead0 - back0) * 0.5;
         double bisector = (ahead + back) * 0.5;
-        if (first) bisector = ahead - kQuarter;
-        if (last) bisector = back + kQuarter;
+        if (first) bisector = ahead0 - kQuarter;
+        if (last) bisector = back0 + kQuarter;
         if (first || last) half = kQuarter;
         const double before = Distance2d(previous, v), after = Distance2d(v, next);
         const double shortest = before < after ? before : after;

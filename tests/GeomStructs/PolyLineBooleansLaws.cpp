@@ -6,7 +6,7 @@
 
 #include "tests/GeomStructs/GeosShape.h"
 #include "tests/GeomStructs/PlainBooleans.h"
-#include "tests/GeomStructs/RandomLines.h"
+#include "tests/GeomStructs/SeededLines.h"
 #include "tests/GeomStructs/TextLines.h"
 
 namespace TamLib {
@@ -40,7 +40,7 @@ struct Pair {
 template <class Check>
 void ForPairs(unsigned seed, int pairs, const Point3d& base, const Check& check) {
     const Geos geos;
-    RandomLines random(seed);
+    SeededLines random(seed);
     int crossing = 0;
     for (int i = 0; i < pairs;) {
         const Point3d aside(random.Real(-60, 60), random.Real(-60, 60), 0);

@@ -8,6 +8,7 @@
 #include "GeomStructs/SegmentIndex.h"
 #include "tests/GeomStructs/PlainPolygon.h"
 #include "tests/GeomStructs/RandomLines.h"
+#include "tests/datastruct/ArrayFaults.h"
 
 namespace TamLib {
 namespace {
@@ -219,6 +220,35 @@ TEST(SegmentIndex, OfShortLines) {
         EXPECT_EQ(vertices > 0 ? 0 : -1, index.FindVertex({0, 0, 0}));
         EXPECT_EQ(vertices > 1 ? 1 : 0, index.Crosses(Line({0.5, -1, 0}, {0.5, 1, 0})));
     }
+}
+
+TEST(SegmentIndex, RefusedMemoryIsToldAsThatOfAnArray) {
+    RandomLines random(24);
+    const PolyLine here = random.Star(90, {}, 100), there = random.Star(80, {10, 5, 0}, 100);
+    {
+        test::MemoryFaults faults;
+        faults.Fail(test::Request::any, 1);
+        const test::Raised raised = test::Catch([&] { const SegmentIndex index(here); });
+        EXPECT_EQ("TamExpNoMem", raised.type);
+        EXPECT_EQ(L"datastruct/Array", raised.file);
+        EXPECT_EQ(0, test::MemoryFaults::Live());
+        EXPECT_EQ("nothing", test::Catch([&] { const SegmentIndex index(here); }).type);
+        EXPECT_EQ(0, test::MemoryFaults::Live());
+    }
+    const auto refuse = [](const auto& operation) {
+        for (int n = 1;; ++n) {
+            test::MemoryFaults faults;
+            faults.Fail(test::Request::any, n);
+            const test::Raised raised = test::Catch(operation);
+            EXPECT_EQ(0, test::MemoryFaults::Live());
+            if (test::MemoryFaults::Passed() < n) return n - 1;
+            EXPECT_TRUE(raised.type == "TamExpNoMem" || raised.type == "nothing") << n;
+        }
+    };
+    EXPECT_LT(1, refuse([&] { here.Relation(there); }));
+    EXPECT_LT(1, refuse([&] { here.CrossesPolygon(there); }));
+    EXPECT_LT(1, refuse([&] { here.Intersections(there); }));
+    EXPECT_LT(1, refuse([&] { here.WithIntersections(there); }));
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "tests/GeomStructs/GeosShape.h"
-#include "tests/GeomStructs/RandomLines.h"
+#include "tests/GeomStructs/SeededLines.h"
 
 namespace TamLib {
 namespace {
@@ -57,7 +57,7 @@ void ExpectSameOutline(const PolyArray& ours, const GeosShape& outline, int i) {
 
 TEST(PolyLineOffsetLaws, OfRingsIsTheBoundaryOfTheBuffer) {
     const Geos geos;
-    RandomLines random(141);
+    SeededLines random(141);
     for (int i = 0; i < 600; ++i) {
         PolyLine ring = MildStar(random, random.Whole(4, 14), {});
         if (random.Chance(2)) ring.Reverse();
@@ -73,7 +73,7 @@ TEST(PolyLineOffsetLaws, OfRingsIsTheBoundaryOfTheBuffer) {
 
 TEST(PolyLineOffsetLaws, OfLinesIsTheParallelOfGeos) {
     const Geos geos;
-    RandomLines random(142);
+    SeededLines random(142);
     for (int i = 0; i < 600; ++i) {
         const PolyLine line = MildLine(random, random.Whole(2, 15), {});
         const double distance = random.Real(0.1, 3) * (random.Chance(2) ? 1 : -1);
@@ -87,7 +87,7 @@ TEST(PolyLineOffsetLaws, OfLinesIsTheParallelOfGeos) {
 
 TEST(PolyLineOffsetLaws, ABandIsTheBufferWithFlatEnds) {
     const Geos geos;
-    RandomLines random(143);
+    SeededLines random(143);
     for (int i = 0; i < 600; ++i) {
         const PolyLine line = MildLine(random, random.Whole(2, 15), {});
         const double width = random.Real(0.1, 3);
@@ -113,7 +113,7 @@ TEST(PolyLineOffsetLaws, ABandIsTheBufferWithFlatEnds) {
 
 TEST(PolyLineOffsetLaws, ABandOfARingIsTheBufferOfItsBoundary) {
     const Geos geos;
-    RandomLines random(144);
+    SeededLines random(144);
     for (int i = 0; i < 300; ++i) {
         PolyLine ring(30);
         const int corners = random.Whole(5, 12);
@@ -138,7 +138,7 @@ TEST(PolyLineOffsetLaws, ABandOfARingIsTheBufferOfItsBoundary) {
 // Inward by more than it is wide, a convex ring leaves nothing, as the buffer does.
 TEST(PolyLineOffsetLaws, AUsedUpRingLeavesNothing) {
     const Geos geos;
-    RandomLines random(145);
+    SeededLines random(145);
     int left = 0;
     for (int i = 0; i < 400; ++i) {
         PolyLine ring(9);

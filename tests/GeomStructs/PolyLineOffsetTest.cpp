@@ -6,7 +6,7 @@
 
 #include "tests/GeomStructs/NewFaults.h"
 #include "tests/GeomStructs/PlainBooleans.h"
-#include "tests/GeomStructs/RandomLines.h"
+#include "tests/GeomStructs/SeededLines.h"
 #include "tests/GeomStructs/TextLines.h"
 #include "tests/datastruct/ArrayFaults.h"
 
@@ -92,6 +92,7 @@ TEST(PolyLineOffset, WithoutADistanceItIsACopyAsItStands) {
 
 TEST(PolyLineOffset, NearDuplicatesArePassedOver) {
     EXPECT_EQ("0 -1, 11 -1, 11 10\n", Offset("0 0, 0.00000009 0, 10 0, 10 0.00000009, 10 10", 1));
+    EXPECT_EQ(4u, OffsetOf(FromText("0 0, 0.00000011 0, 10 0, 10 10"), 1)[0]->count);
 }
 
 TEST(PolyLineOffset, VerticesThatAreEqualPointAnywhere) {
@@ -203,6 +204,18 @@ TEST(PolyLineOffset, OfAnOpenLineLoopsOfTheOtherSenseGo) {
     EXPECT_EQ("0 -0.5, 9.5 -0.5, 9.5 -10\n", Rows(OffsetOf(FromText(kLeftLoop), 0.5, true)));
 }
 
+TEST(PolyLineOffset, ALoopThatEndsAtAnotherHeightStaysWhateverItsSense) {
+    // Intended: it is a loop in plan, but not closed.
+    const PolyArray pieces =
+        OffsetOf(FromText("0 0 0, 20 0 0, 20 10 5, 10 10 5, 10 -10 9"), 0.5, true);
+    ASSERT_EQ(2u, pieces.count);
+    const PolyLine& loop = *pieces[0];
+    EXPECT_FALSE(loop.IsClosed());
+    EXPECT_FALSE(loop.IsClockwise());
+    EXPECT_TRUE(Equals2d(*loop.At(0), *loop.At(-1)));
+    EXPECT_EQ(1u, OffsetOf(FromText("0 0, 20 0, 20 10, 10 10, 10 -10"), 0.5, true).count);
+}
+
 TEST(PolyLineOffset, ALoneOpenPieceIsTheResultWhateverItsSense) {
     for (const double distance : {1.0, -1.0})
         for (const char* const bend : {"0 0, 10 0, 10 10", "0 0, 10 0, 10 -10"})
@@ -221,6 +234,17 @@ TEST(PolyLineOffset, TheResultIsEmptiedFirst) {
     result = MakeArray({{{0, 0, 0}, {10, 0, 0}}});
     result[0]->Offset(&result, 1, false);
     EXPECT_EQ("0 -1, 10 -1\n", Rows(result));
+}
+
+TEST(PolyLineOffset, TheResultPromisesNoOrder) {
+    PolyArray result;
+    result.Sort();
+    ASSERT_TRUE(result.sorted);
+    result.unique = true;
+    FromText("(0 0, 15 4, 30 0, 30 10, 15 6, 0 10)").Offset(&result, -1.5, true);
+    EXPECT_EQ(2u, result.count);
+    EXPECT_FALSE(result.sorted);
+    EXPECT_FALSE(result.unique);
 }
 
 TEST(PolyLineOffset, OfFewVertices) {
@@ -243,10 +267,29 @@ TEST(PolyLineOffset, ClosedInPlanAloneIsOpen) {
 }
 
 TEST(PolyLineOffset, ClosedIsWhatTheLineIsBeforeNearDuplicatesGo) {
-    // The repeated vertex goes with the one below it; the result is a ring all the same.
-    const PolyArray moved = OffsetOf(FromText("0 0, 10 0, 10 10, 0 10, 0 0 7, 0 0"), -1);
-    ASSERT_EQ(6u, moved[0]->count);
-    EXPECT_TRUE(SameBits(*moved[0]->At(0), *moved[0]->At(5)));
+    // The repeated vertex goes with the one above it, which stands for it then.
+    const char* const ring = "0 0, 10 0, 10 10, 0 10, 0 0 7, 0 0";
+    for (const bool clean : {false, true}) {
+        EXPECT_EQ("(-1 -1, 11 -1, 11 11, -1 11)\n", Offset(ring, 1, clean));
+        EXPECT_EQ("(1 1, 9 1, 9 9, 1 9)\n", Offset(ring, -1, clean));
+    }
+    // The one above the repeated vertex goes, and leaves an open line that ends where it begins.
+    const char* const open = "0 0, 10 0, 10 10, 0 10, 0 0, 0 0 7";
+    EXPECT_EQ("0 -1, 11 -1, 11 11, -1 11, -1 0\n", Offset(open, 1));
+    EXPECT_EQ("0 1, 9 1, 9 9, 1 9, 1 0\n", Offset(open, -1));
+}
+
+TEST(PolyLineOffset, TheShiftForOutputIsThatOfTheLine) {
+    PolyLine line = FromText("(0 0, 15 4, 30 0, 30 10, 15 6, 0 10)");
+    line.offset = {7, 8, 9};
+    for (const double distance : {0.0, 0.5, -1.5}) {
+        for (const bool clean : {false, true}) {
+            const PolyArray parts = OffsetOf(line, distance, clean);
+            EXPECT_EQ(clean && distance < 0 ? 2u : 1u, parts.count);
+            for (const PolyLine* part : parts)
+                EXPECT_TRUE(SameBits(Point3d(7, 8, 9), part->offset)) << distance;
+        }
+    }
 }
 
 TEST(PolyLineOffset, NumbersAtTheLimitsOfDoubleComeThrough) {
@@ -265,7 +308,7 @@ TEST(PolyLineOffset, NumbersAtTheLimitsOfDoubleComeThrough) {
 
 // Each new vertex lies at the distance from the lines through both segments, unless it was cut.
 TEST(PolyLineOffset, EachVertexKeepsItsDistanceFromBothSegments) {
-    RandomLines random(111);
+    SeededLines random(111);
     int corners = 0, cut = 0;
     for (const Point3d& base : {Point3d(), Point3d(25496000, 6672000, 30)}) {
         for (int i = 0; i < 1500; ++i) {
@@ -320,7 +363,7 @@ std::vector<Points> CleanedPlainly(const PolyLine& line, double distance) {
     if (loops.size() > 1) return kept;
     PolyLine corners(line);
     corners.RemoveNearDuplicates(1e-07);
-    if (corners.IsClosed()) corners.Remove(-1, 1);
+    if (closed && corners.count > 1) corners.Remove(-1, 1);
     for (std::uint32_t i = 0; i < corners.count; ++i) {
         const Point3d before = corners.data[(i + 1) % corners.count] - corners.data[i];
         const Point3d after = raw[0]->data[i + 1] - raw[0]->data[i];
@@ -330,7 +373,7 @@ std::vector<Points> CleanedPlainly(const PolyLine& line, double distance) {
 }
 
 TEST(PolyLineOffset, CleaningIsThatOfThePlainForm) {
-    RandomLines random(112);
+    SeededLines random(112);
     int loops = 0, none = 0;
     for (const Point3d& base : {Point3d(), Point3d(25496000, 6672000, 30)}) {
         for (int i = 0; i < 600; ++i) {
@@ -361,6 +404,7 @@ TEST(PolyLineOffset, RefusedMemoryLeavesTheResultAsItWas) {
             const test::Raised raised = test::Catch([&] { line.Offset(&result, -0.5, clean); });
             if (test::MemoryFaults::Passed() < n) break;
             if (raised.type == "nothing") continue;  // done without, in another way
+            EXPECT_EQ(0, test::MemoryFaults::Live());
             EXPECT_EQ(L"datastruct/Array", raised.file);
             EXPECT_EQ("1,2,3\n", Text(result));
             ++refused;
