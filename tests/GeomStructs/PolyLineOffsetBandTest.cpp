@@ -128,12 +128,15 @@ TEST(PolyLineOffsetBand, ARingIsWhatIsClosedBeforeOrAfterNearDuplicatesGo) {
 }
 
 TEST(PolyLineOffsetBand, EndsAreAcrossDirectionsFromZeroToAWholeTurn) {
-    // To the bit: that direction less a quarter differs from one below zero less a quarter.
+    // To the bit: less a quarter, it differs from the same direction told from below zero.
+    const double turn = 6.283185307179586, quarter = 1.5707963267948966;
+    const Point3d far(-7, -3, 0);
+    const double right = std::fmod(Angle({}, far) + turn, turn) - quarter;
     PolyArray result;
-    FromText("0 0, -7 -3").OffsetBand(&result, 1, 1, nullptr, false);
-    const Point3d& first = result[0]->data[0];
-    EXPECT_EQ(0.39391929857916758, first.x);
-    EXPECT_EQ(-0.91914503001805792, first.y);
+    MakeLine({{}, far}).OffsetBand(&result, 1, 1, nullptr, false);
+    EXPECT_EQ(-std::cos(right), result[0]->data[0].x);
+    EXPECT_EQ(-std::sin(right), result[0]->data[0].y);
+    EXPECT_NEAR(0.39391929857916758, result[0]->data[0].x, 1e-15);
 }
 
 TEST(PolyLineOffsetBand, TheShiftForOutputIsThatOfTheLine) {
