@@ -18,8 +18,9 @@ using host::dxf::Document;
 
 std::vector<fs::path> corpus() {
     const char* named = std::getenv("ORLINTH_CORPUS");
-    return host::dxf::test::drawingsOf(
-        named == nullptr || *named == '\0' ? host::dxf::test::dataFolder() : fs::u8path(named));
+    // With its drive on Windows, where a first '/' stands for an option.
+    return host::dxf::test::drawingsOf(fs::absolute(
+        named == nullptr || *named == '\0' ? host::dxf::test::dataFolder() : fs::u8path(named)));
 }
 
 // Names the first entity that can give a direction; the origin where there is none.
