@@ -42,6 +42,26 @@ PolyArc FilletedCorner() {
     return line;
 }
 
+TEST(PolyArcOffset, VerticesNearerThan1e07GoFirst) {
+    EXPECT_EQ(2u, Offset(Straight("0 0, 0.000000099 0, 10 0"), 1).count);
+    EXPECT_EQ(3u, Offset(Straight("0 0, 0.000000101 0, 10 0"), 1).count);
+}
+
+TEST(PolyArcOffset, ArcsBelowAHeightOf0p0001BecomeStraight) {
+    const PolyArc straight = Offset(HalfCircle(0.000099), 1), flat = Offset(HalfCircle(0.0001), 1);
+    EXPECT_EQ(0.0, straight.HeightAt(0));
+    EXPECT_NEAR(0.0001, flat.HeightAt(0), 1e-8);
+    EXPECT_NE(0.0, flat.HeightAt(0));
+}
+
+TEST(PolyArcOffset, AnArcTooSmallForTheDigitsOfItsPlaceLosesIt) {
+    const double distance = 5 - 1e-10;
+    EXPECT_EQ(2u, Offset(HalfCircle(5), distance).count);
+    PolyArc far = HalfCircle(5);
+    far += Point3d(25496000, 6672000, 0);
+    EXPECT_EQ(0u, Offset(far, distance).count);
+}
+
 TEST(PolyArcOffset, PositiveIsRightOfAnOpenWay) {
     EXPECT_EQ("0 -1, 10 -1", Rounded(Offset(Straight("0 0, 10 0"), 1)));
     EXPECT_EQ("0 1, 10 1", Rounded(Offset(Straight("0 0, 10 0"), -1)));

@@ -251,6 +251,9 @@ TEST(PolyArc, NearDuplicatesGoWithTheHeightBeforeThem) {
     line.RemoveNearDuplicates(1e-7);
     EXPECT_EQ("0 0, 10 0, 10 1e-07, 10 5", ToText(line));
     EXPECT_EQ((std::vector<double>{5, 3, -1}), Heights(line));
+    PolyArc aside = ArcLine({0, 0, 0}, {{{1e-7, 0, 0}, 0.0}, {{10, 0, 0}, 0.0}});
+    aside.RemoveNearDuplicates(1e-7);
+    EXPECT_EQ(3u, aside.count);
     PolyArc none;
     none.RemoveNearDuplicates(1e-7);
     EXPECT_EQ(0u, none.count);
@@ -321,6 +324,15 @@ TEST(PolyArc, NearestSegmentIsByTheCurveAndTellsItsSide) {
     EXPECT_EQ(1, side);
     // Of equally near ones the first.
     EXPECT_EQ(0, line.NearestSegment({11, -1, 0}));
+    // A straight segment of 5 is touched from 0.002 on, where the cross product is 0.01.
+    for (const double x : {10.0, 10.0019, 9.9981}) {
+        EXPECT_EQ(1, line.NearestSegment({x, 4, 0}, &distance, &side));
+        EXPECT_EQ(0, side) << x;
+    }
+    for (const double x : {10.0021, 9.9979}) {
+        EXPECT_EQ(1, line.NearestSegment({x, 4, 0}, &distance, &side));
+        EXPECT_EQ(x > 10 ? 1 : -1, side) << x;
+    }
 }
 
 TEST(PolyArc, NearestSegmentBelowTwoVerticesIsAsOfAPolyline) {
@@ -444,6 +456,35 @@ TEST(PolyArc, SideOffsetsGoToTheRightOfTheWay) {
     EXPECT_LT(Distance({2, 0, 0}, point), 1e-9);
     line.PointAtFraction(&point, 2.0, nullptr, nullptr, 2.0);
     EXPECT_LT(Distance({12, 5, 0}, point), 1e-9);
+}
+
+TEST(PolyArc, OnASlopingStraightSegmentTheSideIsShortenedAsTheDirectionIs) {
+    const PolyArc line = ArcLine({0, 0, 0}, {{{3, 4, 12}, 0.0}});
+    Point3d point;
+    line.PointAtFraction(&point, 0.5, nullptr, nullptr, 2.0);
+    // 2.5 of the way of 5 in plan, along a direction of (3, 4, 12) / 13.
+    EXPECT_LT(Distance({(7.5 + 8) / 13, (10 - 6.0) / 13, 30.0 / 13}, point), 1e-12);
+}
+
+TEST(PolyArc, OnASlopingArcTheDirectionIsLevelAlsoBeyondItsEnd) {
+    const PolyArc line = ArcLine({0, 0, 0}, {{{10, 0, 4}, 5.0}});
+    Point3d direction;
+    for (const double beyond : {0.0, 1.0}) {  // beyond it the point lies at the end's height
+        line.DirectionAtLength(&direction, line.Length() + beyond);
+        EXPECT_EQ(0.0, direction.z);
+        EXPECT_LT(Distance({0, -1, 0}, direction), 1e-9);
+    }
+}
+
+TEST(PolyArc, BeforeAFirstSegmentWithoutLengthPointsAreTheStart) {
+    const PolyArc line = ArcLine({0, 0, 0}, {{{0, 0, 0}, 0.0}, {{10, 0, 0}, 0.0}});
+    Point3d point;
+    int segment = 7;
+    double part = 7;
+    line.PointAtFraction(&point, -0.5, &segment, &part);
+    EXPECT_EQ(0, segment);
+    EXPECT_EQ(0.0, part);
+    EXPECT_EQ(0.0, Distance({0, 0, 0}, point));
 }
 
 TEST(PolyArc, WhatIsOnlyInheritedTakesTheChords) {

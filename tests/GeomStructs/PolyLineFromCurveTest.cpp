@@ -34,8 +34,8 @@ struct Analytic {
 
 // The sampling step by step. `tail` is what the parameter just short of the end leaves of the
 // length.
-std::vector<Point3d> Sampled(const Analytic& curve, double tail, double step, bool adaptive) {
-    std::vector<Point3d> points;
+std::vector<Point3d> Sampled(const Analytic& curve, double tail, double step, bool adaptive,
+                             std::vector<Point3d> points = {}) {
     const double total = curve.length - tail;
     double position = 0, segmentLength = step, angleLimit = step;
     if (adaptive) {
@@ -145,14 +145,70 @@ TEST(PolyLineFromCurve, AdaptiveStepsOnAStraightCurveGrowToTwiceTheFirst) {
 }
 
 TEST(PolyLineFromCurve, RoundCurvesFollowTheStepsOnACircle) {
-    for (const double end : {2 * kPi, 1.0, 4.0}) {
-        for (const double step : {0.05, 0.1, 0.7}) {
+    for (const double end : {2 * kPi, 1.0, 3.0, 4.0, 5.0}) {
+        for (const double step : {0.05, 0.1, 0.2, 0.7}) {
             const TestDrawing drawing{RoundEllipse(10, end)};
             const std::vector<Point3d> expected = Sampled(Circle(10, end), 10 * 1e-07, step, true);
             ExpectVertices(expected, Read(drawing, step, true), 1e-5);
             const std::vector<Point3d> even = Sampled(Circle(10, end), 10 * 1e-07, step, false);
             ExpectVertices(even, Read(drawing, step, false), 1e-6);
         }
+    }
+}
+
+TEST(PolyLineFromCurve, TurnsAreTakenTheShortWayWhereAnglesPassHalfATurn) {
+    EXPECT_EQ(35u, Read(TestDrawing{RoundEllipse(10, 5.0)}, 0.2, true).count);
+}
+
+TEST(PolyLineFromCurve, TheFirstStepIsTunedByAVertexThatIsThereAlready) {
+    const TestDrawing drawing{RoundEllipse(10, 2 * kPi)};
+    PolyLine line;
+    line.Append({50, 0, 0});
+    line.FromCurve(drawing.Open(0x2F), 1, 0.05, true);
+    const std::vector<Point3d> expected =
+        Sampled(Circle(10, 2 * kPi), 10 * 1e-07, 0.05, true, {{50, 0, 0}});
+    ExpectVertices(expected, line, 1e-5);
+    EXPECT_NE(expected.size(), Read(drawing, 0.05, true).count + 1);
+}
+
+TEST(PolyLineFromCurve, TheEndIsThatOfTheParameter1e07BeforeItAndNearWithin0p0001) {
+    const double end = 1.0, total = 1000 * (end - 1e-07);
+    const TestDrawing drawing{RoundEllipse(1000, end)};
+    for (const double left : {0.00005, 0.00015}) {
+        const double step = (total - left) / 4;
+        const PolyLine line = Read(drawing, step, false);
+        ExpectVertices(Sampled(Circle(1000, end), 1000 * 1e-07, step, false), line, 1e-6);
+        EXPECT_EQ(left < 0.0001 ? 5u : 6u, line.count);
+    }
+}
+
+// Straight runs drawn as one splined polyline.
+TEST(PolyLineFromCurve, StepsHalvedAtACornerGrowAgainToTwiceTheFirst) {
+    const std::vector<Point3d> corners{{0, 0, 0}, {20, 0, 0}, {22, 0.5, 0}, {100, 20, 0}};
+    std::ostringstream record;
+    record << "POLYLINE|5 2F|8 0|66 1|10 0|20 0|30 0|70 4|75 6";
+    double length = 0;
+    for (std::size_t i = 0; i < corners.size(); ++i) {
+        record << "\nVERTEX|5 " << 30 + i << "|8 0|10 " << corners[i].x << "|20 " << corners[i].y
+               << "|70 8";
+        if (i > 0) length += Distance(corners[i - 1], corners[i]);
+    }
+    record << "\nSEQEND|8 0";
+    const auto at = [&corners](double distance) {
+        std::size_t i = 1;
+        double run = Distance(corners[0], corners[1]);
+        for (; distance > run && i + 1 < corners.size(); ++i) {
+            distance -= run;
+            run = Distance(corners[i], corners[i + 1]);
+        }
+        const Point3d along = (corners[i] - corners[i - 1]) / run;
+        return corners[i - 1] + Point3d(along.x * distance, along.y * distance, 0);
+    };
+    const TestDrawing drawing{record.str()};
+    const double tail = Distance(corners[2], corners[3]) * 1e-07;
+    for (const double step : {0.05, 0.1, 0.2, 0.4}) {
+        const PolyLine line = Read(drawing, step, true);
+        ExpectVertices(Sampled({length, at, false}, tail, step, true), line, 1e-5);
     }
 }
 
