@@ -34,6 +34,7 @@ std::vector<AcGePoint3d> stretchPointsOf(const AcDbEntity& entity, const Curve& 
         params.pop_back();
     }
     std::vector<AcGePoint3d> points;
+    points.reserve(params.size());
     for (const double param : params) points.push_back(curve.pointAt(param));
     return points;
 }

@@ -113,6 +113,7 @@ Acad::ErrorStatus AcDbRegion::createFromCurves(const AcDbVoidPtrArray& curves,
     HOST_CALL("AcDbRegion::createFromCurves");
     const int before = regions.length();
     std::vector<const AcDbCurve*> known;
+    known.reserve(static_cast<std::size_t>(curves.length()));
     for (int i = 0; i < curves.length(); ++i)
         known.push_back(static_cast<const AcDbCurve*>(curves[i]));
     for (RegionLoop& loop : regionLoops(known)) {

@@ -84,7 +84,7 @@ Reply State::fetch(const Request& request, bool& stops) {
 Answer State::askOnce(const Request& request, bool& quoted) {
     if (isGiven()) {
         if (!isPauseGiven()) {
-            const Answer answer = takeGiven();
+            Answer answer = takeGiven();
             echo(request.prompt, answer);
             return answer;
         }

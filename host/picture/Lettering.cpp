@@ -107,10 +107,11 @@ std::optional<Lettering> letteringOf(const database::MTextFields& text, double r
     lettering.right = plane * AcGeVector3d(std::cos(rotation), std::sin(rotation), 0.0);
     lettering.up = plane * AcGeVector3d(-std::sin(rotation), std::cos(rotation), 0.0);
     const int place = text.attachment >= 1 && text.attachment <= 9 ? text.attachment - 1 : 0;
+    const int row = place / 3;
     constexpr Anchor columns[] = {Anchor::start, Anchor::middle, Anchor::end};
     lettering.anchor = columns[place % 3];
     const double height = 1.0 + static_cast<double>(lines.size() - 1) * lineStepPerHeight;
-    double rise = height * (place / 3) / 2.0 - 1.0;
+    double rise = height * row / 2.0 - 1.0;
     for (const std::wstring& line : lines) {
         if (!line.empty()) lettering.lines.push_back({{Run{line}}, rise * capHeight});
         rise -= lineStepPerHeight;
