@@ -6,27 +6,13 @@
 
 #include "tests/GeomStructs/NewFaults.h"
 #include "tests/GeomStructs/PlainBooleans.h"
+#include "tests/GeomStructs/RoundedRows.h"
 #include "tests/GeomStructs/SeededLines.h"
 #include "tests/GeomStructs/TextLines.h"
 #include "tests/datastruct/ArrayFaults.h"
 
 namespace TamLib {
 namespace {
-
-// Rounded to a millionth; one polyline a row, a closed one in parentheses without its last vertex.
-std::string Rows(const PolyArray& array) {
-    std::string rows;
-    for (const PolyLine* line : array) {
-        PolyLine rounded;
-        for (const Point3d& p : *line)
-            rounded.Append(
-                {std::round(p.x * 1e6) / 1e6 + 0.0, std::round(p.y * 1e6) / 1e6 + 0.0, p.z});
-        const bool closed = line->IsClosed();
-        if (closed) rounded.Remove(-1, 1);
-        rows += closed ? "(" + ToText(rounded) + ")\n" : ToText(rounded) + "\n";
-    }
-    return rows;
-}
 
 // A band with its ribs, checked to be that of the plain form.
 struct Band {

@@ -6,12 +6,11 @@
 #include <dbents.h>
 #include <dbregion.h>
 #include <dbsol3d.h>
-#include <stdlib.h>
 
 #include <filesystem>
-#include <fstream>
 
 #include "tests/host/database/NewEntities.h"
+#include "tests/host/database/PythonCheck.h"
 #include "tests/host/support/LedgerListener.h"
 
 using namespace host;
@@ -19,19 +18,12 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// The last three entities of the drawing told first are ours; what the audit finds in the drawing
-// told second is the drawing's own. ezdxf has no cylinders: their numbers are taken from the
-// records as it cuts them.
+// The last three entities of the drawing that is told first are ours. ezdxf has no cylinders: their
+// numbers are taken from the records as it cuts them.
 constexpr char kScript[] = R"(
-import math, sys, ezdxf
+import math
 from ezdxf.acis import api, sat, sab
-def audited(path):
-    drawing = ezdxf.readfile(path)
-    auditor = drawing.audit()
-    return drawing, len(auditor.errors) + len(auditor.fixes), auditor
-drawing, troubles, auditor = audited(sys.argv[1])
-if troubles != audited(sys.argv[2])[1]:
-    sys.exit('audit: ' + '; '.join(e.message for e in auditor.errors + auditor.fixes))
+drawing = after
 binary = drawing.dxfversion >= 'AC1027'
 def near(a, b):
     if len(a) != len(b) or any(abs(x - y) > 1e-6 for x, y in zip(a, b)):
@@ -142,15 +134,11 @@ TEST_P(SolidsInEzdxf, AreReadWithTheirBodiesAndNoFaultIsFound) {
     const auto database = database::readDrawing(source);
     const test::Working working(*database);
     drawAll(*database);
-    char name[] = "/tmp/orlinth-solids-XXXXXX";
-    const fs::path folder = ::mkdtemp(name);
+    const test::Folder folder;
     database::saveDrawing(*database, folder / "drawn.dxf");
-    std::ofstream(folder / "check.py") << kScript;
-    const std::string command = "/usr/bin/python3 '" + (folder / "check.py").string() + "' '" +
-                                (folder / "drawn.dxf").string() + "' '" + source.string() +
-                                "' 2>&1";
-    EXPECT_EQ(std::system(command.c_str()), 0) << command;
-    fs::remove_all(folder);
+    const std::string drawings =
+        "'" + (folder / "drawn.dxf").string() + "' '" + source.string() + "'";
+    EXPECT_EQ(test::runPython(folder, test::kAudited, kScript, drawings), 0) << drawings;
 }
 
 INSTANTIATE_TEST_SUITE_P(Releases, SolidsInEzdxf,
