@@ -6,6 +6,7 @@
 
 #include "GeomEnts/Box.h"
 #include "GeomStructs/LengthWalk.h"
+#include "GeomStructs/MeetingPoints.h"
 
 namespace TamLib {
 namespace {
@@ -26,17 +27,9 @@ void AppendJoined(PolyLine& result, const PolyLine& points) {
 
 template <class Figure>
 PolyLine AllPoints(const PolyArc& line, const Figure& figure, Array<int>* segments) {
-    PolyLine points;
-    for (int i = 0; i + 1 < static_cast<int>(line.count); ++i) {
-        Point3dArrayBase<Point3d> here;
+    return MeetingPoints(line, segments, [&](int i, Point3dArrayBase<Point3d>& here) {
         line.GetArc(i).Intersect(figure, here);
-        for (const Point3d& point : here) {
-            points.Append(point);
-            if (segments != nullptr) segments->Append(i);
-        }
-    }
-    if (segments == nullptr) points.SortUnique();
-    return points;
+    });
 }
 
 }  // namespace
