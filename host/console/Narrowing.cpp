@@ -18,7 +18,7 @@ bool matches(const std::wstring& text, const std::string& pattern) {
     return acutWcMatchEx(text.c_str(), editor::fromUtf8(pattern).c_str(), true);
 }
 
-bool passes(AcDbObjectId entity, const Filter& filter) {
+bool passes(AcDbObjectId entity, const Filter& filter, database::LayerStates& layers) {
     using Kind = Filter::Kind;
     const auto box = [&] {
         const auto& c = filter.corners;
@@ -28,7 +28,7 @@ bool passes(AcDbObjectId entity, const Filter& filter) {
         case Kind::all:
             return true;
         case Kind::layer:
-            return matches(database::layerState(entity).name, filter.pattern);
+            return matches(layers.of(entity).name, filter.pattern);
         case Kind::type:
             return matches(database::recordName(entity), filter.pattern);
         case Kind::handle:
@@ -61,12 +61,14 @@ std::string described(const std::vector<Filter>& filters) {
 Narrowed narrowed(const AcDbDatabase& drawing, const std::vector<Filter>& filters) {
     Narrowed all;
     all.entities = editor::Drawn(drawing).selectable(all.lockedOut);
+    database::LayerStates layers;
     for (std::vector<AcDbObjectId>* entities : {&all.entities, &all.lockedOut})
         for (const Filter& filter : filters)
-            entities->erase(
-                std::remove_if(entities->begin(), entities->end(),
-                               [&](AcDbObjectId entity) { return !passes(entity, filter); }),
-                entities->end());
+            entities->erase(std::remove_if(entities->begin(), entities->end(),
+                                           [&](AcDbObjectId entity) {
+                                               return !passes(entity, filter, layers);
+                                           }),
+                            entities->end());
     return all;
 }
 

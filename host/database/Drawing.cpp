@@ -191,13 +191,26 @@ std::vector<AcDbObjectId> blockIds(AcDbObjectId block) {
     return ids;
 }
 
-LayerState layerState(AcDbObjectId entity) {
-    LayerState state;
-    const Place place = placeOf(entity);
-    const EntityFields* fields = entityFields(entity);
-    if (place.database == nullptr || fields == nullptr) return state;
-    state.name = fields->layer;
+namespace {
+
+// The name of an entity's layer, without making the entity; none for what is no entity.
+std::optional<std::wstring> layerName(const Place& place) {
+    if (place.database == nullptr) return std::nullopt;
     const AcDbImpDatabase& database = *place.database;
+    const AcRxClass* aClass = database.classOf(place.number);
+    if (aClass == nullptr || !aClass->isDerivedFrom(AcDbEntity::desc())) return std::nullopt;
+    if (const AcDbObject* made = database.madeObject(place.number)) {
+        return fieldsOf<EntityFields>(*made).layer;
+    }
+    const auto record = database.recordOf(place.number);
+    const auto group =
+        record ? ownGroup(database.document(), *record, EntityFields::kLayerCode) : std::nullopt;
+    return group ? database.document().decode(group->bytes()) : EntityFields::kDefaultLayer;
+}
+
+LayerState stateOf(const AcDbImpDatabase& database, std::wstring name) {
+    LayerState state;
+    state.name = std::move(name);
     const auto layer = database.find(Table::layer, state.name);
     if (!layer) return state;
     LayerFields read;
@@ -207,6 +220,24 @@ LayerState layerState(AcDbObjectId entity) {
     state.off = found.color < 0;
     state.color = std::abs(found.color);
     return state;
+}
+
+}  // namespace
+
+LayerState layerState(AcDbObjectId entity) {
+    const Place place = placeOf(entity);
+    auto name = layerName(place);
+    return name ? stateOf(*place.database, std::move(*name)) : LayerState();
+}
+
+const LayerState& LayerStates::of(AcDbObjectId entity) {
+    static const LayerState none;
+    const Place place = placeOf(entity);
+    const auto name = layerName(place);
+    if (!name) return none;
+    const auto known = byName_.find(*name);
+    if (known != byName_.end()) return known->second;
+    return byName_.emplace(*name, stateOf(*place.database, *name)).first->second;
 }
 
 bool isVisible(AcDbObjectId entity) {

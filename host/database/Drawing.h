@@ -11,6 +11,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "host/dxf/Edit.h"
@@ -69,6 +70,15 @@ struct LayerState {
     int color = 7;
 };
 LayerState layerState(AcDbObjectId entity);
+
+// The same for many entities of one drawing, each layer looked at once: while no layer changes.
+class LayerStates {
+  public:
+    const LayerState& of(AcDbObjectId entity);
+
+  private:
+    std::unordered_map<std::wstring, LayerState> byName_;
+};
 
 // Whether an entity can be seen: its layer neither frozen nor off, itself not invisible, not
 // erased.

@@ -62,20 +62,27 @@ class OwnGroups {
     bool embedded_ = false;
 };
 
+// Calls `take(group, index)` for the object's own groups; group 0 is none of them.
+template <class Take>
+void forEachOwn(const dxf::Document& document, dxf::RecordIndex record, const Take& take) {
+    OwnGroups groups;
+    int index = -1;
+    for (const dxf::Group& group : document.groups(record)) {
+        if (++index > 0 && groups.own(group)) take(group, index);
+    }
+}
+
 class Reader {
   public:
     Reader(const dxf::Document& document, Fields& fields)
         : document_(document), fields_(fields), places_(fields.table().size(), kNowhere) {}
 
     void read(dxf::RecordIndex record) {
-        OwnGroups groups;
-        int index = -1;
-        for (const dxf::Group& group : document_.groups(record)) {
-            if (++index == 0 || !groups.own(group)) continue;
+        forEachOwn(document_, record, [this](const dxf::Group& group, int index) {
             if (!take(group, index) && !fields_.unreadable) {
                 fields_.unreadable = Unreadable{static_cast<std::size_t>(index), group.code()};
             }
-        }
+        });
         fields_.finish([this](int code) { return seen(code); });
     }
 
@@ -215,6 +222,15 @@ bool sameApartFrom(int code, const Fields& a, const Fields& b) {
 
 void readFields(const dxf::Document& document, dxf::RecordIndex record, Fields& fields) {
     Reader(document, fields).read(record);
+}
+
+std::optional<dxf::Group> ownGroup(const dxf::Document& document, dxf::RecordIndex record,
+                                   int code) {
+    std::optional<dxf::Group> found;
+    forEachOwn(document, record, [&](const dxf::Group& group, int) {
+        if (group.code() == code) found = group;
+    });
+    return found;
 }
 
 std::vector<dxf::GroupEdit> editsFor(const dxf::Document& document, dxf::RecordIndex record,

@@ -148,6 +148,10 @@ FieldSpec angle(int code) {
 // (from 101 on) and extended data (1000 and above) are none of the object's own.
 void readFields(const dxf::Document& document, dxf::RecordIndex record, Fields& fields);
 
+// The group of the object's own with `code`, of several the last, as reading the fields takes it.
+std::optional<dxf::Group> ownGroup(const dxf::Document& document, dxf::RecordIndex record,
+                                   int code);
+
 // Whether both, of one class, say the same, their entry for `code` left aside.
 bool sameApartFrom(int code, const Fields& a, const Fields& b);
 

@@ -26,7 +26,7 @@ bool isPointGroup(const dxf::Group& group, int xCode) {
 }  // namespace
 
 FieldTable EntityFields::entityTable(std::initializer_list<FieldSpec> own) {
-    FieldTable table = {field<&EntityFields::layer>(8), field<&EntityFields::linetype>(6),
+    FieldTable table = {field<&EntityFields::layer>(kLayerCode), field<&EntityFields::linetype>(6),
                         field<&EntityFields::color>(62), field<&EntityFields::invisible>(60),
                         field<&EntityFields::paperSpace>(67)};
     table.insert(table.end(), own);

@@ -16,7 +16,10 @@ struct NoFields : FieldsOf<NoFields> {
 };
 
 struct EntityFields : Fields {
-    std::wstring layer = L"0";
+    static constexpr int kLayerCode = 8;
+    static constexpr const wchar_t* kDefaultLayer = L"0";
+
+    std::wstring layer = kDefaultLayer;
     std::wstring linetype = L"BYLAYER";
     int color = 256;
     int invisible = 0;

@@ -36,8 +36,6 @@ class AsciiScanner {
     }
 
   private:
-    static constexpr int kUnusual = -1;  // not a code: the line needs a closer look
-
     std::uint64_t offset(const char* at) const { return static_cast<std::uint64_t>(at - begin_); }
 
     static std::string_view span(const char* from, const char* to) {
@@ -77,37 +75,9 @@ class AsciiScanner {
 
     // The code at `at`; `value` becomes the beginning of the next line.
     int takeCode(const char* at, const char*& value) {
-        const int code = loneReturns_ ? kUnusual : plainCode(at, value);
-        if (code != kUnusual) return code;
+        const int code = loneReturns_ ? kUnusualCode : plainCode(at, value);
+        if (code != kUnusualCode) return code;
         return takeUnusualCode(at, value);
-    }
-
-    // The code of a line of at most 4 digits with blanks before them and a plain line end. All
-    // lines are handled alike, without branches on their length: a wrong guess of the processor
-    // costs more than the arithmetic.
-    static int plainCode(const char* at, const char*& value) {
-        const auto word = loadNumber<std::uint64_t>(at);
-        const std::uint64_t feeds = word ^ 0x0A0A0A0A0A0A0A0AULL;
-        const std::uint64_t found =
-            (feeds - 0x0101010101010101ULL) & ~feeds & 0x8080808080808080ULL;
-        if (found == 0) return kUnusual;
-        const std::size_t feed = lowestByte(found);
-        const std::size_t length = feed - (feed > 0 && at[feed - 1] == '\r' ? 1 : 0);
-        if (length == 0 || length > 4) return kUnusual;
-        // The characters, moved to the end of 4 bytes, blanks before them. Blanks may stand at the
-        // head only, which is the low end, and not everywhere.
-        const std::uint64_t text =
-            (word << (64 - 8 * length)) >> 32 | 0x20202020ULL >> (8 * length);
-        const std::uint64_t blanks = ((nonDigits(text) & 0x80808080ULL) >> 7) * 0xFF;
-        const bool plain = ((text ^ 0x20202020ULL) & blanks) == 0 && (blanks & (blanks + 1)) == 0 &&
-                           blanks != 0xFFFFFFFFULL;
-        if (!plain) return kUnusual;
-        const auto digit = [text](unsigned place) {
-            return static_cast<int>((text >> (8 * place)) & 0x0F);
-        };
-        const int code = digit(0) * 1000 + digit(1) * 100 + digit(2) * 10 + digit(3);
-        value = at + feed + 1;
-        return code;
     }
 
     int takeUnusualCode(const char* at, const char*& value) {

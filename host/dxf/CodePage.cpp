@@ -6,6 +6,7 @@
 
 #include "host/dxf/CodePageTables.h"
 #include "host/dxf/DoubleByte.h"
+#include "host/dxf/Lines.h"
 #include "host/dxf/Utf8.h"
 
 namespace host::dxf {
@@ -212,6 +213,10 @@ const CodePage* findCodePage(std::string_view name) {
 }
 
 std::wstring decodeText(std::string_view bytes, const CodePage* page) {
+    // ASCII without an escape is the same in every code page.
+    if (!hasHighBytes(bytes) && bytes.find('\\') == std::string_view::npos) {
+        return {bytes.begin(), bytes.end()};
+    }
     std::u32string text;
     if (page == nullptr) {
         text = decodeUtf8(bytes);

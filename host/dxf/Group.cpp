@@ -14,16 +14,16 @@ bool isBlank(char c) {
 }
 
 Group parseAscii(const char* at, const char* end, bool loneReturns) {
-    const LineSpan codeLine = lineAt(at, end, loneReturns);
-    const std::string_view codeText(at, static_cast<std::size_t>(codeLine.end - at));
-    const int code = static_cast<int>(parseInteger(codeText).value_or(0));
-    const LineSpan valueLine = lineAt(codeLine.next, end, loneReturns);
-    return {at,
-            codeLine.next,
-            static_cast<std::size_t>(valueLine.end - codeLine.next),
-            valueLine.next,
-            code,
-            false};
+    const char* value = nullptr;
+    int code = loneReturns ? kUnusualCode : plainCode(at, value);
+    if (code == kUnusualCode) {
+        const LineSpan line = lineAt(at, end, loneReturns);
+        const std::string_view text(at, static_cast<std::size_t>(line.end - at));
+        code = static_cast<int>(parseInteger(text).value_or(0));
+        value = line.next;
+    }
+    const LineSpan line = lineAt(value, end, loneReturns);
+    return {at, value, static_cast<std::size_t>(line.end - value), line.next, code, false};
 }
 
 Group parseBinary(const char* at, const char* end, bool wideCodes) {

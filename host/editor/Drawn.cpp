@@ -20,8 +20,9 @@ Ids Drawn::entities() const {
 Ids Drawn::selectable(Ids& locked) const {
     locked.clear();
     Ids free;
+    database::LayerStates layers;
     for (const AcDbObjectId id : entities()) {
-        const database::LayerState layer = database::layerState(id);
+        const database::LayerState& layer = layers.of(id);
         if (layer.locked && !layer.frozen) locked.push_back(id);
         if (!layer.locked && !layer.frozen) free.push_back(id);
     }

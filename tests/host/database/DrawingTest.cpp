@@ -145,6 +145,52 @@ TEST(Drawing, LayersTellWhatIsVisibleAndSelectable) {
     EXPECT_FALSE(isVisible(idFromHandle(*database, L"1")));
 }
 
+TEST(Drawing, LayerIsTheSameBeforeTheEntityIsMadeAndAfter) {
+    // Groups 8 of applications, of an embedded object and of extended data are not the entity's;
+    // of several that are, the last counts; without one it is on layer 0.
+    const auto database = DrawingText()
+                              .layer("0", 0, 3)
+                              .layer("locked", 4)
+                              .layer("frozen", 1)
+                              .entity("LINE|5 1|102 {APP|8 frozen|102 }|8 locked")
+                              .entity("LINE|5 2|8 frozen|8 locked")
+                              .entity("LINE|5 3|10 1")
+                              .entity("LINE|5 4|8 locked|101 Embedded Object|8 frozen")
+                              .entity("LINE|5 5|8 locked|1001 APP|1003 frozen")
+                              .entity("LINE|5 6|8 \\U+004Cocked")
+                              .entity("LINE|5 7|8 ")
+                              .database();
+    const wchar_t* const names[] = {L"locked", L"locked", L"0", L"locked",
+                                    L"locked", L"Locked", L""};
+    LayerStates states;
+    for (int i = 0; i < 7; ++i) {
+        const AcDbObjectId id = idFromHandle(*database, std::to_wstring(i + 1));
+        const LayerState before = layerState(id);
+        AcDbEntity* entity = nullptr;
+        ASSERT_EQ(acdbOpenObject(entity, id, AcDb::kForRead), Acad::eOk);
+        entity->close();
+        for (const LayerState& state : {before, layerState(id), states.of(id)}) {
+            EXPECT_EQ(state.name, names[i]) << i + 1;
+            EXPECT_EQ(state.locked, i != 2 && i != 6) << i + 1;
+            EXPECT_FALSE(state.frozen) << i + 1;
+        }
+    }
+    EXPECT_EQ(states.of(AcDbObjectId()).name, L"");
+    EXPECT_EQ(states.of(idFromHandle(*database, L"3")).color, 3);
+}
+
+TEST(Drawing, LayerOfAChangedEntityIsTheNewOne) {
+    const auto database =
+        DrawingText().layer("0").layer("locked", 4).entity("LINE|5 1|8 0").database();
+    const AcDbObjectId id = idFromHandle(*database, L"1");
+    AcDbEntity* entity = nullptr;
+    ASSERT_EQ(acdbOpenObject(entity, id, AcDb::kForWrite), Acad::eOk);
+    ASSERT_EQ(entity->setLayer(L"locked"), Acad::eOk);
+    entity->close();
+    EXPECT_TRUE(layerState(id).locked);
+    EXPECT_TRUE(LayerStates().of(id).locked);
+}
+
 TEST(Drawing, NamesOfObjectsAreTold) {
     const auto database = DrawingText().layer("0").entity("LINE|5 2f|8 0").database();
     const AcDbObjectId id = idFromHandle(*database, L"2F");

@@ -199,6 +199,28 @@ TEST(CodePage, SurrogatePairsOfEscapesAreOneCharacter) {
     EXPECT_EQ(decoded("\\U+DE00", "ANSI_1252"), L"\uFFFD");
 }
 
+TEST(CodePage, AsciiIsTheSameInEveryPageAloneAndBesideOtherCharacters) {
+    std::string ascii;
+    std::wstring wide;
+    for (char c = 1; c > 0; c = static_cast<char>(c + 1)) {
+        if (c == '\\') continue;
+        ascii += c;
+        wide += static_cast<wchar_t>(c);
+        if (c == 127) break;
+    }
+    std::vector<const CodePage*> pages{nullptr};
+    for (const char* name : {"ANSI_1252", "ANSI_1251", "ANSI_932", "ANSI_949", "ANSI_950",
+                             "ANSI_936", "DOS850", "MACINTOSH"}) {
+        pages.push_back(findCodePage(name));
+        EXPECT_NE(pages.back(), nullptr) << name;
+    }
+    for (const CodePage* page : pages) {
+        EXPECT_EQ(decodeText(ascii, page), wide);
+        EXPECT_EQ(decodeText(ascii + "\\U+00E4", page), wide + L'\u00E4');
+        EXPECT_EQ(decodeText("\xFF" + ascii, page).substr(1), wide);
+    }
+}
+
 TEST(CodePage, InvalidUtf8IsReplacedByteByByte) {
     EXPECT_EQ(decodeText("H\xE4me", nullptr), L"H\uFFFDme");
     EXPECT_EQ(decodeText("\xC3", nullptr), L"\uFFFD");

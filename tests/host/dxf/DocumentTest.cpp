@@ -43,6 +43,28 @@ TEST(Document, RecordsAreGroupsZeroAndWhatFollows) {
     EXPECT_EQ(codes, (std::vector<int>{0, 8, 10}));
 }
 
+// The numbers that stand on lines of group codes, as the format has it: blanks around them, a sign,
+// leading zeros, any line end.
+TEST(Document, CodesAreReadFromLinesOfEveryShape) {
+    std::string groups;
+    std::vector<int> expected;
+    for (const int code : {1, 8, 9, 10, 62, 99, 100, 210, 999, 1000, 1040, 1071}) {
+        for (const char* before : {"", " ", "  ", "   ", "\t", "0", "00", "+", " +0", "      "}) {
+            for (const char* after : {"\n", "\r\n", "\r\r\n", " \n", "\t\r\n", "      \n"}) {
+                groups += before + std::to_string(code) + after + "1\n";
+                expected.push_back(code);
+            }
+        }
+    }
+    groups += "-3\nx\n -12\r\ny\n";
+    expected.insert(expected.end(), {-3, -12});
+    const auto document = parse(entitiesOnly("0\nLINE\n" + groups));
+    std::vector<int> codes;
+    for (const Group& group : document->groups(1)) codes.push_back(group.code());
+    codes.erase(codes.begin());
+    EXPECT_EQ(codes, expected);
+}
+
 TEST(Document, RawRecordsAndWhatSurroundsThemMakeUpTheFile) {
     for (const auto& path : test::drawingsOf(dataFolder() / "releases")) {
         const auto document = Document::open(path);
