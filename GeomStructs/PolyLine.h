@@ -75,9 +75,10 @@ class PolyLine : public Point3dArrayBase<Point3d> {
     //   any other, a derived region     nothing
     // A closed entity's first vertex is appended again unless the last equals it.
     // `disposal` says what becomes of the entity then: 0 it stays open, 1 it is closed, 2 erased
-    // and closed. Intended: an entity that nothing is read of is closed with 1 or 2, but never
-    // erased. Throws `TamExpAcad` with "LightWeight PolyLine conversion to PolyLine failed!" when
-    // an AcDbPolyline refuses a vertex; the vertices read so far stay and the entity stays open.
+    // and closed. Intended: an entity of any other class is closed with 1 or 2, but never erased; a
+    // region is erased with 2 even when the host gives no outline of it. Throws `TamExpAcad` with
+    // "LightWeight PolyLine conversion to PolyLine failed!" when an AcDbPolyline refuses a vertex;
+    // the vertices read so far stay and the entity stays open.
     virtual void FromEntity(AcDbEntity* entity, std::int32_t disposal);
     // Whether an entity is exactly an AcDb3dPolyline, AcDb2dPolyline, AcDbPolyline, AcDbRegion,
     // AcDbLine or AcDbPoint; false for null.
@@ -479,7 +480,8 @@ class PolyLine : public Point3dArrayBase<Point3d> {
     //   -1   cancelled (RTCAN)
     //   -2   any other answer than an entity
     //   -3   the pick can't be read as a line: no id, not to be opened, of a class not accepted, or
-    //        a region whose outline the host doesn't know; it is closed and unchanged
+    //        a region that gives no vertices, because the host doesn't know its outline or fails
+    //        to read it; it is closed and unchanged, with `consume` too
     // `pickPoint` gets the point of the pick whatever the answer; `id` is stored before opening,
     // `layer` (a text that the caller frees) and `colour` when accepted, and `segment`, the segment
     // nearest to the pick, at the end.

@@ -122,8 +122,8 @@ void PolyLine::FromEntity(AcDbEntity* entity, std::int32_t disposal) {
         AppendTwice(*this, static_cast<AcDbPoint*>(entity)->position());
     } else if (type->isDerivedFrom(AcDbBlockReference::desc())) {
         AppendTwice(*this, static_cast<AcDbBlockReference*>(entity)->position());
-    } else if (type == AcDbRegion::desc() && ReadRegion(entity, *this)) {
-        // that is all: the outline repeats its first vertex itself
+    } else if (type == AcDbRegion::desc()) {
+        ReadRegion(entity, *this);  // the outline repeats its first vertex itself
     } else {
         DisposeOf(entity, disposal == 2 ? 1 : disposal);  // intended: what isn't read isn't erased
         return;

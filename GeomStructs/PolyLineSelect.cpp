@@ -4,7 +4,7 @@
 #include <afxwin.h>
 #include <dbregion.h>
 
-#include "GeomStructs/EntityRegions.h"
+#include "GeomEnts/EntityReading.h"
 #include "GeomStructs/PolyLine.h"
 #include "datastruct/String.h"
 #include "tam/FrameWindow.h"
@@ -22,29 +22,39 @@ struct Wanted {
     double step;
 };
 
-// Of what is accepted, a region counts only when the host knows its outline.
-bool IsRead(AcDbEntity* entity) {
-    return PolyLine::IsAcceptedEntity(entity, true, true, false) &&
-           (entity->isA() != AcDbRegion::desc() || HasOutline(entity));
+bool IsRegion(const AcDbEntity& entity) {
+    return entity.isA() == AcDbRegion::desc();
 }
 
-// The entity with that id, open, when it can be read as a line; otherwise null and closed.
-AcDbEntity* OpenLine(AcDbObjectId id, AcDb::OpenMode mode) {
+// Of what is accepted, a region counts only when it gives vertices. There is no telling without
+// reading it, so these are in `line` then.
+bool IsRead(PolyLine& line, AcDbEntity* entity) {
+    if (!PolyLine::IsAcceptedEntity(entity, true, true, false)) return false;
+    if (!IsRegion(*entity)) return true;
+    line.FromEntity(entity, 0);
+    return line.count != 0;
+}
+
+// The entity with that id, open, when it can be read as a line; otherwise null and closed. The
+// vertices of a region are in `line`, which is empty before.
+AcDbEntity* OpenLine(PolyLine& line, AcDbObjectId id, AcDb::OpenMode mode) {
     AcDbObject* object = nullptr;
     if (acdbOpenAcDbObject(object, id, mode, false) != Acad::eOk) return nullptr;
     AcDbEntity* const entity = AcDbEntity::cast(object);
-    if (IsRead(entity)) return entity;
+    if (IsRead(line, entity)) return entity;
     object->close();
     return nullptr;
 }
 
-// Reads an accepted open entity into `line`, disposes of it and shows the line.
+// Reads an entity from `OpenLine` into `line`, disposes of it and shows the line.
 void Read(PolyLine& line, AcDbEntity* entity, const Point3d& pick, const Wanted& wanted) {
     if (wanted.layer != nullptr) *wanted.layer = entity->layer();
     const int colour = entity->colorIndex();
     if (wanted.colour != nullptr) *wanted.colour = colour;
     const int disposal = wanted.consume ? 2 : 1;
-    if (wanted.sampleCurves) {
+    if (IsRegion(*entity)) {
+        DisposeOf(entity, disposal);
+    } else if (wanted.sampleCurves) {
         line.FromCurve(entity, disposal, wanted.step, true);
     } else {
         line.FromEntity(entity, disposal);
@@ -63,14 +73,14 @@ AcDbObjectId MemberOf(const ads_name set, Adesk::Int32 index) {
 }
 
 // The first member of a selection set that can be read as a line, open for write, with its id in
-// `id`; null when there is none.
-AcDbEntity* OpenFirstLine(const ads_name set, AcDbObjectId& id) {
+// `id`; null when there is none. As `OpenLine`.
+AcDbEntity* OpenFirstLine(PolyLine& line, const ads_name set, AcDbObjectId& id) {
     Adesk::Int32 length = 0;
     if (acedSSLength(set, &length) != RTNORM) return nullptr;
     for (Adesk::Int32 i = 0; i < length; ++i) {
         id = MemberOf(set, i);
         if (id.isNull()) continue;
-        AcDbEntity* const entity = OpenLine(id, AcDb::kForWrite);
+        AcDbEntity* const entity = OpenLine(line, id, AcDb::kForWrite);
         if (entity != nullptr) return entity;
     }
     return nullptr;
@@ -93,7 +103,7 @@ int PolyLine::Select(Point3d* pickPoint, int* segment, bool consume, const wchar
     AcDbObjectId picked;
     if (acdbGetObjectId(picked, name) != Acad::eOk || picked.isNull()) return -3;
     if (id != nullptr) *id = picked;
-    AcDbEntity* const entity = OpenLine(picked, consume ? AcDb::kForWrite : AcDb::kForRead);
+    AcDbEntity* const entity = OpenLine(*this, picked, consume ? AcDb::kForWrite : AcDb::kForRead);
     if (entity == nullptr) return -3;
     Read(*this, entity, pick, {segment, consume, layer, colour, sampleCurves, 0.05});
     return 0;
@@ -105,7 +115,7 @@ int PolyLine::SelectAtPoint(const Point3d& point, int* segment, bool consume, co
     ads_name set = {};
     if (acedSSGet(nullptr, &point.x, nullptr, nullptr, set) != RTNORM) return -1;
     AcDbObjectId found;
-    AcDbEntity* const entity = OpenFirstLine(set, found);
+    AcDbEntity* const entity = OpenFirstLine(*this, set, found);
     acedSSFree(set);
     if (entity == nullptr) return -3;
     Read(*this, entity, point, {segment, consume, layer, colour, sampleCurves, 0.1});
