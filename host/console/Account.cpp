@@ -179,44 +179,93 @@ const char* nameOf(dxf::Release release) {
     return "";
 }
 
-// A sum over the runs that stand.
-template <class Count>
-std::size_t sum(const std::vector<CommandRun>& runs, const Count& count) {
-    std::size_t total = 0;
-    for (const CommandRun& run : runs)
-        if (!run.takenBack) total += count(run);
-    return total;
-}
+// Gathers what runs came to.
+class Gathering {
+  public:
+    void add(const CommandRun& run) {
+        if (run.takenBack) return;
+        outcome_.otherChanges += run.otherChanges;
+        for (const TurnedEntity& entity : run.turned) {
+            const auto [known, fresh] = turned_.emplace(entity.id, outcome_.turned.size());
+            if (fresh)
+                outcome_.turned.push_back({&entity, &entity});
+            else
+                outcome_.turned[known->second].last = &entity;
+        }
+        for (const LeftEntity& entity : run.left) {
+            const auto [known, fresh] = left_.emplace(entity.id, outcome_.left.size());
+            if (fresh)
+                outcome_.left.push_back(&entity);
+            else
+                outcome_.left[known->second] = &entity;
+        }
+    }
+
+    Outcome take() {
+        std::vector<const LeftEntity*>& left = outcome_.left;
+        left.erase(std::remove_if(
+                       left.begin(), left.end(),
+                       [&](const LeftEntity* entity) { return turned_.count(entity->id) != 0; }),
+                   left.end());
+        return std::move(outcome_);
+    }
+
+  private:
+    Outcome outcome_;
+    std::unordered_map<AcDbObjectId, std::size_t> turned_, left_;  // their places in the outcome
+};
 
 }  // namespace
 
+database::TurnCounts Outcome::counts() const {
+    const auto unchanged = std::count_if(turned.begin(), turned.end(),
+                                         [](const Turned& entity) { return entity.stoodSo(); });
+    return {turned.size(), static_cast<std::size_t>(unchanged), left.size()};
+}
+
+std::size_t Outcome::leftFor(Reason reason) const {
+    return static_cast<std::size_t>(
+        std::count_if(left.begin(), left.end(),
+                      [&](const LeftEntity* entity) { return entity->reason == reason; }));
+}
+
+std::string Outcome::text() const {
+    const std::string text = counts().text();
+    return otherChanges == 0 ? text
+                             : text + ", " + std::to_string(otherChanges) + " changed otherwise";
+}
+
+// The reason that most have, and that matters least, comes last.
+std::string Outcome::textWithReasons() const {
+    std::string all = text();
+    const char* separator = ": ";
+    const auto add = [&](Reason reason) {
+        if (const std::size_t count = leftFor(reason); count != 0)
+            all += std::exchange(separator, ", ") + std::to_string(count) + " " + described(reason);
+    };
+    for (const Reason reason : allReasons)
+        if (reason != Reason::classNotTurned) add(reason);
+    add(Reason::classNotTurned);
+    return all;
+}
+
+Outcome outcomeOf(const CommandRun& run) {
+    Gathering gathering;
+    gathering.add(run);
+    return gathering.take();
+}
+
 std::size_t Record::selected() const {
-    return sum(runs, [](const CommandRun& run) { return run.selected; });
+    std::size_t total = 0;
+    for (const CommandRun& run : runs)
+        if (!run.takenBack) total += run.selected;
+    return total;
 }
 
-std::size_t Record::turned() const {
-    return sum(runs, [](const CommandRun& run) { return run.turned.size(); });
-}
-
-std::size_t Record::unchanged() const {
-    return sum(runs, [](const CommandRun& run) {
-        return static_cast<std::size_t>(
-            std::count_if(run.turned.begin(), run.turned.end(), [](const TurnedEntity& entity) {
-                return entity.before.degrees == entity.after.degrees;
-            }));
-    });
-}
-
-std::size_t Record::left() const {
-    return sum(runs, [](const CommandRun& run) { return run.left.size(); });
-}
-
-std::size_t Record::left(Reason reason) const {
-    return sum(runs, [&](const CommandRun& run) {
-        return static_cast<std::size_t>(
-            std::count_if(run.left.begin(), run.left.end(),
-                          [&](const LeftEntity& entity) { return entity.reason == reason; }));
-    });
+Outcome Record::outcome() const {
+    Gathering gathering;
+    for (const CommandRun& run : runs) gathering.add(run);
+    return gathering.take();
 }
 
 void Account::hear(const editor::Session& session, const CommandResult& result) {

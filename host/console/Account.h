@@ -9,6 +9,7 @@
 #include <dbid.h>
 #include <gepnt3d.h>
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -29,6 +30,10 @@ enum class Reason {
     notOpened,  // LeftEntity::detail tells why, when the host knows
     erased,
 };
+
+constexpr std::array<Reason, 6> allReasons = {Reason::lockedLayer, Reason::classNotTurned,
+                                              Reason::arrayInsert, Reason::attributeDefinition,
+                                              Reason::notOpened,   Reason::erased};
 
 // Which entity it is.
 struct EntityNote {
@@ -80,18 +85,38 @@ struct CommandRun {
     std::uint64_t undoGroup = 0;  // in the drawing's undo log; 0: it could change nothing
 };
 
+// What the runs that stand came to in the end: each entity once, however many of them met it. Holds
+// while the runs do.
+struct Outcome {
+    struct Turned {
+        const TurnedEntity* first;  // as the first run that turned it tells of it
+        const TurnedEntity* last;
+        bool stoodSo() const { return same(first->before, last->after); }
+    };
+
+    std::vector<Turned> turned;           // in the order in which they were first turned
+    std::vector<const LeftEntity*> left;  // turned by none; as the last run that left it tells
+    std::size_t otherChanges = 0;         // entities changed otherwise, made or erased
+
+    database::TurnCounts counts() const;
+    std::size_t leftFor(Reason reason) const;
+
+    // "99 turned (26 stood so already), 868 left", and ", 3 changed otherwise" when there are any.
+    std::string text() const;
+    // The same with reasons: "68 turned, 30 left: 2 locked layer, 28 class not turned".
+    std::string textWithReasons() const;
+};
+
+Outcome outcomeOf(const CommandRun& run);
+
 struct Record {
     std::string drawing;  // the name that it was opened by
     std::string release;  // "R2000"; empty when the drawing does not tell
     std::string version;  // the same in the drawing's own words, "AC1015"
     std::vector<CommandRun> runs;
 
-    // Of the runs that stand.
-    std::size_t selected() const;
-    std::size_t turned() const;
-    std::size_t unchanged() const;  // those turned to where they stood
-    std::size_t left() const;       // those left out by a selection included
-    std::size_t left(Reason reason) const;
+    std::size_t selected() const;  // handed to the runs that stand; twice, when to two of them
+    Outcome outcome() const;       // of all of them
 };
 
 class Account {

@@ -1,7 +1,5 @@
 // The report as JSON. Who changes what is written here changes docs/report.schema.json and
 // docs/report.md with it, and counts `formatVersion` up when a reader of the old one would stumble.
-#include <array>
-
 #include "host/console/Json.h"
 #include "host/console/Options.h"
 #include "host/console/Report.h"
@@ -13,10 +11,6 @@ namespace {
 using Layout = JsonWriter::Layout;
 
 constexpr std::size_t formatVersion = 1;
-
-constexpr std::array<Reason, 6> allReasons = {Reason::lockedLayer, Reason::classNotTurned,
-                                              Reason::arrayInsert, Reason::attributeDefinition,
-                                              Reason::notOpened,   Reason::erased};
 
 const char* keyOf(Reason reason) {
     switch (reason) {
@@ -132,13 +126,15 @@ void run(JsonWriter& json, const CommandRun& run) {
 }
 
 void totals(JsonWriter& json, const Record& record) {
+    const Outcome outcome = record.outcome();
+    const database::TurnCounts counts = outcome.counts();
     json.beginObject();
     json.key("selected").number(record.selected());
-    json.key("turned").number(record.turned());
-    json.key("unchanged").number(record.unchanged());
-    json.key("left").number(record.left());
+    json.key("turned").number(counts.turned);
+    json.key("unchanged").number(counts.unchanged);
+    json.key("left").number(counts.left);
     json.key("leftByReason").beginObject(Layout::row);
-    for (const Reason reason : allReasons) json.key(keyOf(reason)).number(record.left(reason));
+    for (const Reason reason : allReasons) json.key(keyOf(reason)).number(outcome.leftFor(reason));
     json.endObject();
     json.endObject();
 }

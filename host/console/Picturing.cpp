@@ -1,8 +1,6 @@
 #include "host/console/Picturing.h"
 
 #include <string>
-#include <unordered_map>
-#include <unordered_set>
 
 #include "host/console/ProgramFile.h"
 #include "host/dxf/Errors.h"
@@ -40,19 +38,13 @@ std::string bytesOf(const std::string& svg, const std::filesystem::path& file) {
 
 picture::Change changeOf(const Record& record) {
     picture::Change change;
-    std::unordered_set<AcDbObjectId> turned;
-    const CommandRun* last = nullptr;
-    for (const CommandRun& run : record.runs) {
-        if (run.takenBack) continue;
-        for (const TurnedEntity& entity : run.turned)
-            if (turned.insert(entity.id).second)
-                change.turned.push_back({entity.id, entity.before.degrees * radiansPerDegree});
-        if (run.line) last = &run;
-    }
-    if (last == nullptr) return change;
-    change.line = last->line->id;
-    for (const LeftEntity& entity : last->left)
-        if (turned.count(entity.id) == 0) change.left.push_back({entity.id, reasonOf(entity)});
+    for (const CommandRun& run : record.runs)
+        if (!run.takenBack && run.line) change.line = run.line->id;
+    const Outcome outcome = record.outcome();
+    for (const Outcome::Turned& turned : outcome.turned)
+        change.turned.push_back(
+            {turned.first->id, turned.first->before.degrees * radiansPerDegree, turned.stoodSo()});
+    for (const LeftEntity* left : outcome.left) change.left.push_back({left->id, reasonOf(*left)});
     return change;
 }
 
@@ -81,8 +73,7 @@ void writePicture(const AcDbDatabase& drawing, const std::filesystem::path& name
         throw NotPictured(Exit::unwritable,
                           utf8(options.picture) + " was not written: " + error.what());
     }
-    printer.print(utf8(options.picture) + " drawn: " + std::to_string(change.turned.size()) +
-                  " turned, " + std::to_string(change.left.size()) + " left.\n");
+    printer.print(utf8(options.picture) + " drawn: " + record.outcome().text() + ".\n");
 }
 
 }  // namespace host::console

@@ -24,9 +24,9 @@ class NotPictured : public std::runtime_error {
     Exit code_;
 };
 
-// What the runs that stand came to: each entity turned by any of them with the rotation it had
-// before the first that did, what the last one left and no run turned, and the line of the last one
-// that had one.
+// What the runs that stand came to (Record::outcome): each entity turned by any of them with the
+// rotation it had before the first that did, what was left and turned by none, and the line of the
+// last one that had one.
 picture::Change changeOf(const Record& record);
 
 // Throws NotPictured (Exit::usage) when --picture asks for a format that this build can't write.

@@ -50,7 +50,7 @@ class Call {
     Call(const Options& options, Printer& printer)
         : options_(options),
           printer_(printer),
-          saver_(options, printer),
+          saver_(options, printer, account_),
           verdict_(options, isPerson(options)),
           workplace_{options, printer, saver_, verdict_, account_, {}, false, isPerson(options)} {}
 
@@ -99,8 +99,9 @@ class Call {
         if (exit_ == Exit::done && !saver_.proved()) exit_ = Exit::unproved;
         if (session.drawing() == nullptr) return;
         const Record record = account_.record(*session.drawing());
-        result_.turned = record.turned();
-        result_.left = record.left();
+        const database::TurnCounts counts = record.outcome().counts();
+        result_.turned = counts.turned;
+        result_.left = counts.left;
         result_.savedAs = utf8(saver_.target());
     }
 
@@ -109,7 +110,7 @@ class Call {
             writeOutput(session);
         else if (!workplace_.discarded && session.drawing() != nullptr &&
                  saver_.isModified(*session.drawing()))
-            printer_.print(Saver::changes(*session.drawing()) + "; not saved: " +
+            printer_.print(saver_.changes(*session.drawing()) + "; not saved: " +
                            (options_.readOnly ? "--readonly forbids it.\n"
                             : options_.dryRun ? "this is a dry run.\n"
                                               : "that takes -o FILE, QSAVE or SAVEAS.\n"));
@@ -181,9 +182,9 @@ class Call {
 
     const Options& options_;
     Printer& printer_;
+    Account account_;
     Saver saver_;
     Verdict verdict_;
-    Account account_;
     Workplace workplace_;
     Exit exit_ = Exit::done;
     TaskResult result_;

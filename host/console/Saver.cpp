@@ -42,15 +42,19 @@ void Saver::save(AcDbDatabase& drawing, const std::filesystem::path& target) {
     dxf::Changes changes = database::pendingChanges(drawing);
     if (!options_.dryRun) write(drawing, target);
     printer_.print(utf8(target) + (options_.dryRun ? " would be written: " : " written: ") +
-                   counted(changes.size()) + ".\n");
+                   this->changes(drawing) + ".\n");
     target_ = target;
     hasSaved_ = true;
     if (options_.verify) verify(drawing, target, changes);
     saved_ = std::move(changes);
 }
 
-std::string Saver::changes(const AcDbDatabase& drawing) {
-    return counted(database::pendingChanges(drawing).size());
+std::string Saver::changes(const AcDbDatabase& drawing) const {
+    const Record record = account_.record(drawing);
+    const Outcome outcome = record.outcome();
+    return outcome.turned.empty() && outcome.left.empty()
+               ? counted(database::pendingChanges(drawing).size())
+               : outcome.text();
 }
 
 bool Saver::isModified(const AcDbDatabase& drawing) const {

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "host/console/Account.h"
 #include "host/console/Options.h"
 #include "host/console/Printer.h"
 #include "host/database/Drawing.h"
@@ -21,18 +22,20 @@ class NotSaved : public std::runtime_error {
 
 class Saver {
   public:
-    // Both outlive this object.
-    Saver(const Options& options, Printer& printer) : options_(options), printer_(printer) {}
+    // All outlive this object.
+    Saver(const Options& options, Printer& printer, const Account& account)
+        : options_(options), printer_(printer), account_(account) {}
 
-    // Writes `drawing` to `target` and says so on standard output, with the number of entities that
-    // differ from the drawing as it was read. With --dry-run it says what would be written. With
+    // Writes `drawing` to `target` and says so on standard output, with what it has come to. With
+    // --dry-run it says what would be written. With
     // --verify the written file (with --dry-run: what would be written) is compared with the
     // drawing as it was read, and each difference is listed. Throws NotSaved; with --readonly
     // always.
     void save(AcDbDatabase& drawing, const std::filesystem::path& target);
 
-    // "68 entities changed": how many differ from the drawing as it was read.
-    static std::string changes(const AcDbDatabase& drawing);
+    // What the drawing has come to since it was read: the commands' sentence (Outcome::text), or
+    // without anything that they turned or left how many entities differ, "2 entities changed".
+    std::string changes(const AcDbDatabase& drawing) const;
 
     // True when the drawing differs from what was last saved (with --dry-run: would have been), or
     // read.
@@ -64,6 +67,7 @@ class Saver {
 
     const Options& options_;
     Printer& printer_;
+    const Account& account_;
     dxf::Changes saved_;
     std::filesystem::path target_;
     bool hasSaved_ = false;

@@ -1,6 +1,5 @@
 // The report as text for people: a heading, for each command a table of what it turned and one of
 // what it left, and the totals. Angles are degrees from 0 to 360.
-#include <array>
 #include <charconv>
 #include <cmath>
 #include <vector>
@@ -105,22 +104,6 @@ std::string textOf(const CommandRun& run) {
     return text;
 }
 
-std::string totalsOf(const Record& record) {
-    constexpr std::array reasons = {Reason::lockedLayer, Reason::classNotTurned,
-                                    Reason::arrayInsert, Reason::attributeDefinition,
-                                    Reason::notOpened,   Reason::erased};
-    std::string text = "\nTotal: " + counted(record.turned(), "turned");
-    if (record.unchanged() != 0) text += " (" + counted(record.unchanged(), "to where they stood)");
-    text += ", " + counted(record.left(), "left");
-    const char* separator = ": ";
-    for (const Reason reason : reasons) {
-        if (record.left(reason) == 0) continue;
-        text += separator + counted(record.left(reason), described(reason).c_str());
-        separator = ", ";
-    }
-    return text + "\n";
-}
-
 }  // namespace
 
 std::string textReport(const Record& record, const Saved& saved) {
@@ -135,7 +118,7 @@ std::string textReport(const Record& record, const Saved& saved) {
                 tame(saved.file) + "\n";
     if (record.runs.empty()) text += "\nNo command was run.\n";
     for (const CommandRun& run : record.runs) text += textOf(run);
-    return text + totalsOf(record);
+    return text + "\nTotal: " + record.outcome().textWithReasons() + "\n";
 }
 
 }  // namespace host::console

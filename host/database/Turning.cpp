@@ -74,6 +74,17 @@ bool stands(const AcDbDatabase& database, std::uint64_t group) {
     return database.impl()->undoLog().stands(group);
 }
 
+bool same(const Stance& a, const Stance& b) {
+    return a.degrees == b.degrees && a.insertion.x == b.insertion.x &&
+           a.insertion.y == b.insertion.y && a.insertion.z == b.insertion.z;
+}
+
+std::string TurnCounts::text() const {
+    std::string text = std::to_string(turned) + " turned";
+    if (unchanged != 0) text += " (" + std::to_string(unchanged) + " stood so already)";
+    return text + ", " + std::to_string(left) + " left";
+}
+
 AcGePoint3d hangingPoint(AcDbObjectId entity) {
     const AcDbImpObject* const object = impOf(entity);
     if (const auto* text = fieldsAs<TextFields>(object))

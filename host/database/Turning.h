@@ -5,6 +5,7 @@
 #include <dbid.h>
 #include <gepnt3d.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -17,6 +18,19 @@ namespace host::database {
 struct Stance {
     double degrees = 0.0;   // group 50 as saving leaves or writes it
     AcGePoint3d insertion;  // groups 10, 20 and 30, in the entity's own plane
+};
+
+// To the bit.
+bool same(const Stance& a, const Stance& b);
+
+// How many texts and symbols were turned and how many entities were left: one sentence for all
+// places that tell it.
+struct TurnCounts {
+    std::size_t turned = 0;
+    std::size_t unchanged = 0;  // of those turned: to where they stood
+    std::size_t left = 0;
+
+    std::string text() const;  // "99 turned (26 stood so already), 868 left"
 };
 
 // An AcDbText or AcDbBlockReference, of exactly that class, whose rotation was set and nothing

@@ -11,6 +11,7 @@ namespace host::picture {
 struct Turned {
     AcDbObjectId entity;
     double formerRotation = 0.0;  // radians, in the entity's own plane
+    bool stoodSo = false;         // turned to where it stood
 };
 
 struct Left {

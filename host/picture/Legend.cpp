@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/editor/Words.h"
 #include "host/picture/FontWidths.h"
 #include "host/picture/Svg.h"
 
@@ -27,12 +28,11 @@ std::wstring listed(const std::map<std::wstring, std::size_t>& counts) {
 std::wstring headline(const Caption& caption, const Tally& tally) {
     std::wstring text = caption.drawing;
     if (caption.command.empty()) return text;
-    text += L" \u2014 " + caption.command + L": ";
-    if (tally.turned == 0 && tally.left == 0) return text + L"nothing was turned";
-    text += std::to_wstring(tally.turned) + L" turned";
+    text += L" \u2014 " + caption.command;
+    const database::TurnCounts& counts = tally.counts;
+    if (counts.turned == 0 && counts.left == 0) return text + L": nothing was turned";
     if (tally.hasLine) text += L" along " + tally.line;
-    if (tally.left != 0) text += L", " + std::to_wstring(tally.left) + L" left";
-    return text;
+    return text + L": " + editor::fromUtf8(counts.text());
 }
 
 std::wstring notes(const Tally& tally) {
@@ -119,7 +119,7 @@ std::string legend(const Sheet& sheet, const Caption& caption, const Tally& tall
     if (tally.hasLine)
         writer.key("<path class=\"picked\" stroke-width=\"1\" d=\"M0 -1.1h9\"/>", 9.0,
                    L"the picked line");
-    if (tally.turned != 0) {
+    if (tally.counts.turned != 0) {
         writer.key(letters("before"), 6.0, L"before");
         writer.key(letters("after"), 6.5, L"after: turned along its nearest segment");
     }

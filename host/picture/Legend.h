@@ -5,14 +5,14 @@
 #include <map>
 #include <string>
 
+#include "host/database/Turning.h"
 #include "host/picture/Picture.h"
 #include "host/picture/Sheet.h"
 
 namespace host::picture {
 
 struct Tally {
-    std::size_t turned = 0;  // that can be seen
-    std::size_t left = 0;
+    database::TurnCounts counts;
     std::map<std::wstring, std::size_t> reasons;  // of those left
     bool hasLine = false;
     bool hasMarks = false;

@@ -158,7 +158,8 @@ class Composition {
         for (const Turned& turned : change_.turned) {
             const auto number = numberOf(turned.entity);
             const Piece now = pieceOf(database_, number, sheet.smallest());
-            ++tally_.turned;
+            ++tally_.counts.turned;
+            if (turned.stoodSo) ++tally_.counts.unchanged;
             if (!artist.draw(after, now, {"turned", "", true, {}})) continue;
             artist.draw(before, pieceOf(database_, number, sheet.smallest(), turned.formerRotation),
                         {"", "-before", true, {}});
@@ -190,7 +191,7 @@ class Composition {
     std::string marks(const Sheet& sheet) {
         std::string out;
         for (const Left& left : change_.left) {
-            ++tally_.left;
+            ++tally_.counts.left;
             ++tally_.reasons[left.reason];
             if (left.entity.isErased() || !isSymbolOrText(left.entity) ||
                 !database::isVisible(left.entity))

@@ -297,9 +297,24 @@ TEST_F(AccountOf, each_run_tells_its_own_angles) {
     EXPECT_EQ(first->before.degrees, 0.0);
     EXPECT_EQ(second.before.degrees, first->after.degrees);
     EXPECT_NE(second.after.degrees, first->after.degrees);
-    EXPECT_EQ(all.turned(), 4U);
-    EXPECT_EQ(all.selected(), 9U);
-    EXPECT_EQ(all.left(), 7U);
+}
+
+TEST_F(AccountOf, in_the_end_each_entity_counts_once) {
+    play(town(),
+         std::wstring(alignAll) +
+             L"ZEPTAlignEntities\n(handent \"27\")\n(handent \"22\")\n(handent \"25\")\n\n\n");
+    const console::Record all = record();
+    EXPECT_EQ(all.selected(), 10U);
+    const console::Outcome outcome = all.outcome();
+    EXPECT_EQ(outcome.text(), "3 turned, 7 left");
+    EXPECT_EQ(console::outcomeOf(all.runs[0]).text(), "3 turned, 7 left");
+    EXPECT_EQ(console::outcomeOf(all.runs[1]).text(), "1 turned, 1 left");
+    for (const console::Outcome::Turned& turned : outcome.turned) {
+        const bool twice = turned.first->handle == "22";
+        EXPECT_EQ(turned.first != turned.last, twice);
+        EXPECT_EQ(turned.last->after.degrees,
+                  findTurned(all.runs[twice ? 1 : 0], turned.first->handle)->after.degrees);
+    }
 }
 
 TEST_F(AccountOf, what_was_undone_is_not_told_as_turned) {
@@ -307,7 +322,7 @@ TEST_F(AccountOf, what_was_undone_is_not_told_as_turned) {
     EXPECT_TRUE(only().takenBack);
     EXPECT_TRUE(only().turned.empty());
     EXPECT_TRUE(only().left.empty());
-    EXPECT_EQ(record().turned(), 0U);
+    EXPECT_EQ(record().outcome().counts().turned, 0U);
     EXPECT_EQ(record().selected(), 0U);
     play(town(), std::wstring(alignAll) + L"U\nREDO\n");
     EXPECT_FALSE(only().takenBack);
@@ -317,12 +332,12 @@ TEST_F(AccountOf, what_was_undone_is_not_told_as_turned) {
 TEST_F(AccountOf, a_whole_script_that_was_undone_is_not_told_as_turned) {
     inner_ = std::wstring(alignAll) + L"PROBETURN\n(handent \"21\")\n";
     play(town(), L"INNER\n");
-    EXPECT_EQ(record().turned(), 4U);
+    EXPECT_EQ(record().outcome().counts().turned, 3U);
     EXPECT_EQ(session_->undo(), 1);
-    EXPECT_EQ(record().turned(), 0U);
+    EXPECT_EQ(record().outcome().counts().turned, 0U);
     for (const CommandRun& run : record().runs) EXPECT_TRUE(run.takenBack);
     EXPECT_EQ(session_->redo(), 1);
-    EXPECT_EQ(record().turned(), 4U);
+    EXPECT_EQ(record().outcome().counts().turned, 3U);
 }
 
 TEST_F(AccountOf, an_exception_takes_everything_back) {
@@ -352,8 +367,9 @@ TEST_F(AccountOf, a_pick_without_a_line_tells_no_more) {
 
 TEST_F(AccountOf, what_was_turned_to_where_it_stood_is_counted_as_unchanged) {
     play(town(), std::wstring(alignAll) + alignAll);
-    EXPECT_EQ(record().turned(), 6U);
-    EXPECT_EQ(record().unchanged(), 3U);
+    const console::Record all = record();
+    EXPECT_EQ(console::outcomeOf(all.runs[1]).text(), "3 turned (3 stood so already), 7 left");
+    EXPECT_EQ(all.outcome().text(), "3 turned, 7 left");  // since the drawing was read
 }
 
 TEST_F(AccountOf, other_commands_are_told_too) {

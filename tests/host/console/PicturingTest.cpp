@@ -42,7 +42,7 @@ CommandRun run(int line) {
     return result;
 }
 
-TEST(ChangeOf, TakesTheRotationBeforeTheFirstRunAndWhatTheLastOneLeft) {
+TEST(ChangeOf, TakesTheRotationBeforeTheFirstRunAndWhatNoneTurned) {
     Record record;
     record.runs = {run(1), run(2)};
     record.runs[0].turned = {turned(10, 180), turned(11, 90)};
@@ -55,9 +55,28 @@ TEST(ChangeOf, TakesTheRotationBeforeTheFirstRunAndWhatTheLastOneLeft) {
     EXPECT_EQ(change.turned[0].entity, id(10));
     EXPECT_DOUBLE_EQ(change.turned[0].formerRotation, 3.14159265358979323846);
     EXPECT_DOUBLE_EQ(change.turned[1].formerRotation, 3.14159265358979323846 / 2);
-    ASSERT_EQ(change.left.size(), 1U);
-    EXPECT_EQ(change.left[0].entity, id(12));
-    EXPECT_NE(change.left[0].reason.find(L"(why)"), std::wstring::npos);
+    EXPECT_FALSE(change.turned[0].stoodSo);
+    ASSERT_EQ(change.left.size(), 2U);
+    EXPECT_EQ(change.left[0].entity, id(13));
+    EXPECT_EQ(change.left[1].entity, id(12));
+    EXPECT_NE(change.left[1].reason.find(L"(why)"), std::wstring::npos);
+    EXPECT_EQ(record.outcome().textWithReasons(),
+              "2 turned, 2 left: 1 could not be opened, 1 erased");
+}
+
+TEST(ChangeOf, WhatWasTurnedAndTurnedBackStoodSo) {
+    Record record;
+    record.runs = {run(1), run(1), run(1)};
+    record.runs[0].turned = {turned(10, 180), turned(11, 180)};  // to 0
+    record.runs[1].turned = {turned(10, 0), turned(11, 0)};
+    record.runs[1].turned[0].after.degrees = 180;
+    record.runs[1].turned[1].after.degrees = 180;
+    record.runs[1].turned[1].after.insertion.x = 1;
+    record.runs[2].left = {left(10, Reason::erased)};
+    const auto change = changeOf(record);
+    EXPECT_TRUE(change.turned.at(0).stoodSo);
+    EXPECT_FALSE(change.turned.at(1).stoodSo);
+    EXPECT_EQ(record.outcome().text(), "2 turned (1 stood so already), 0 left");
 }
 
 TEST(ChangeOf, PassesOverRunsThatWereTakenBackOrPickedNothing) {

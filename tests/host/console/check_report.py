@@ -99,11 +99,16 @@ def check(report, before, after):
             faults.append(f"{entity.dxf.handle}: was turned, which is not told")
     runs = [run for run in report["runs"] if not run["takenBack"]]
     totals = report["totals"]
-    expect("totals", "turned", totals["turned"], sum(len(run["turned"]) for run in runs))
-    expect("totals", "left", totals["left"], sum(len(run["left"]) for run in runs))
-    expect("totals", "the sum of reasons", sum(totals["leftByReason"].values()), totals["left"])
-    expect("totals", "unchanged", totals["unchanged"],
-           sum(t["angleBefore"] == t["angleAfter"] for run in runs for t in run["turned"]))
+    reasons = {left["handle"]: left["reason"] for run in runs for left in run["left"] if left["handle"] not in last}
+    same = [handle for handle, turned in last.items()
+            if turned["angleAfter"] == rotation(before.entitydb[handle])
+            and turned["insertionAfter"] == insertion(before.entitydb[handle])]
+    expect("totals", "turned", totals["turned"], len(last))
+    expect("totals", "unchanged", totals["unchanged"], len(same))
+    expect("totals", "left", totals["left"], len(reasons))
+    expect("totals", "selected", totals["selected"], sum(run["selected"] for run in runs))
+    for reason, count in totals["leftByReason"].items():
+        expect("totals", reason, count, sum(told == reason for told in reasons.values()))
     return faults, len(last)
 
 

@@ -384,7 +384,7 @@ TEST_F(ChangePicture, MarksTextsAndSymbolsThatWereLeftAndTellsWhy) {
 TEST_F(ChangePicture, LegendSaysWhatWasDone) {
     const Pictured shown = picture();
     EXPECT_EQ(shown.svg.onlyOfClass("headline").text,
-              "test.dxf \u2014 ZEPTALIGNENTITIES: 2 turned along LWPOLYLINE 2F, 2 left");
+              "test.dxf \u2014 ZEPTALIGNENTITIES along LWPOLYLINE 2F: 2 turned, 2 left");
     EXPECT_EQ(shown.svg.onlyOfClass("note").text, "Left: 1 class not turned, 1 locked layer.");
     EXPECT_EQ(shown.svg.ofClass("key").size(), 4U);
 }
