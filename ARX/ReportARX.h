@@ -3,7 +3,7 @@
 
 namespace TamLib {
 
-/// From now on TamExpBase::Report() prints its text on the host's command line.
+// From now on TamExpBase::Report() prints its text on the host's command line.
 void ReportToMessageArea();
 
 }  // namespace TamLib

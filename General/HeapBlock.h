@@ -9,13 +9,13 @@ namespace TamLib {
 
 class HeapBlock {
   public:
-    /// Cleared bytes; without memory the block is null.
+    // Cleared bytes; without memory the block is null.
     explicit HeapBlock(std::size_t bytes = 0) { Take(bytes); }
     ~HeapBlock() { HeapRelease(block_); }
     HeapBlock(const HeapBlock&) = delete;
     HeapBlock& operator=(const HeapBlock&) = delete;
 
-    /// Other bytes, cleared, in place of those before; false, with a null block, without memory.
+    // Other bytes, cleared, in place of those before; false, with a null block, without memory.
     bool Take(std::size_t bytes) {
         HeapRelease(block_);
         block_ = bytes != 0 ? HeapAllocate(bytes) : nullptr;

@@ -85,8 +85,8 @@ Text MakeRelativePath(const Text& path, const Text& base, std::int32_t maxLevels
     Text folder(base);
     folder.Replace(slash, backslash);
     while (folder.count != 0 && folder[-1] == L'\\') RemoveEnd(folder, 1);
-    // A last piece that is no folder's name: the folder itself is never taken for a common piece's
-    // end.
+    // A last piece that is no folder's name: the folder itself is never taken for a
+    // common piece's end.
     folder.Append(Text(L"\\."));
 
     Array<Text> to = Pieces(turned);

@@ -79,7 +79,7 @@ class Key {
         const LSTATUS opened = Open(root, subkey, allAccess);
         return opened == 0 ? opened : Kept(RegCreateKeyW(root, subkey, &handle_));
     }
-    /// Opens a key below a root given by name; false for an unknown name, too.
+    // Opens a key below a root given by name; false for an unknown name, too.
     bool Open(const wchar_t* rootName, const wchar_t* subkey, REGSAM access) {
         HKEY root = nullptr;
         return RegistryRoot(rootName, root) && Open(root, OrEmpty(subkey), access) == 0;

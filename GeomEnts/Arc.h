@@ -119,9 +119,9 @@ class Arc : public Line {
     // The distance in plan; `along`, when given, gets the length along the arc from the start to
     // the foot. At the centre the radius and 0.0. Off the sweep the nearer end, with `along` 0.0 or
     // `Length()`, which it is too when both are as near. When flat, `LineDistance2d` with `along`
-    // and distance limited to the chord. `along` is found by intersection with the ray; where
-    // that does not meet the arc, as with a half circle of negative height (see `InSweep`), a line
-    // is printed and `along` is 0.0.
+    // and distance limited to the chord. `along` is found by intersection with the ray; where that
+    // does not meet the arc, as with a half circle of negative height (see `InSweep`), a line is
+    // printed and `along` is 0.0.
     double Distance(const Point3d& point, double* along) const;
 
     // The points in which a segment or an arc meets this one in plan, at the height of the
@@ -141,9 +141,9 @@ class Arc : public Line {
 
     // --- Host.
 
-    // Adds an AcDbArc to the drawing, counter-clockwise as the host has it. For arguments, layer
-    // and result see `Line::ToDb`. Throws `TamExpAcad`, "Allocation of AcDbArc failed", without
-    // memory.
+    // Adds an AcDbArc to the drawing, counter-clockwise as the host has it. For arguments,
+    // layer and result see `Line::ToDb`. Throws `TamExpAcad`, "Allocation of AcDbArc
+    // failed", without memory.
     int ToDb(int colour, const wchar_t* layer, AcDbObjectId* id, AcDbDatabase* database) const;
     // Draws `ToPolyLine(0.1, true)`.
     void Draw(int colour) const;

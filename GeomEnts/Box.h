@@ -80,8 +80,8 @@ struct Box {
     // Whether the boxes meet, on x and y, and on all three axes.
     bool Overlaps2d(const Box& other) const;
     bool Overlaps(const Box& other) const;
-    // Puts each coordinate into the limits, compared in double, so that a point inside keeps its
-    // value.
+    // Puts each coordinate into the limits, compared in double, so that a point inside
+    // keeps its value.
     void Clamp(Point3d& point) const;
 
     // In float.
@@ -129,9 +129,9 @@ struct Box {
 
     // Draws the four plan edges on the screen, at z = 0.
     void Draw(int colour) const;
-    // Adds the twelve edges to the drawing as `Line::ToDb` does; `ids`, when given, gets growth 12
-    // and room for at least 12, and the new ids are appended. Returns the first status that is not
-    // 0.
+    // Adds the twelve edges to the drawing as `Line::ToDb` does; `ids`, when given, gets growth
+    // 12 and room for at least 12, and the new ids are appended. Returns the first status that
+    // is not 0.
     int ToDb(int colour, const wchar_t* layer, Array<AcDbObjectId>* ids,
              AcDbDatabase* database) const;
     // The same of the four plan edges at z = 0, with room for at least 4.

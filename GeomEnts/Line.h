@@ -1,5 +1,5 @@
-// Line: a directed straight segment in 3D, the working unit of polylines, surfaces and
-// intersections.
+// Line: a directed straight segment in 3D, the working unit of polylines,
+// surfaces and intersections.
 //
 // Most tests work in plan, on x and y alone, and leave z to interpolation. A side is -1 left of the
 // direction from start to end, 1 right of it, 0 on it, unless an operation says otherwise. Nothing
@@ -151,8 +151,8 @@ class Line {
     // that both ends reach within 1e-10 counts too. A line whose ends are within 0.0001 in x is
     // vertical: it can only be touched.
     int IsBelow(const Point3d& point, Point3d& foot, bool touch) const;
-    // The same, always reporting touches, with equality in place of the 0.0001 tests; the 1e-10
-    // stays.
+    // The same, always reporting touches, with equality in place of the 0.0001 tests;
+    // the 1e-10 stays.
     int IsBelowExact(const Point3d& point, Point3d& foot) const;
     // The same with every tolerance relative: for a coordinate v of the line it is
     // v * 2.220446049250313e-16 * 5.0 + 2.220446049250313e-16. Intended: v keeps its sign, so that
@@ -172,8 +172,8 @@ class Line {
     //     asked counts, so that the roles are not alike.
     //   - With `touch`, each end within 0.0001 of the other segment is a touch at that end, tried
     //     ahead of any slope in the order other's start, other's end, start, end.
-    //   - Slopes that differ by at least 1e-8 cross where the crossing lies in all four spans,
-    //     inclusive.
+    //   - Slopes that differ by at least 1e-8 cross where the crossing lies in all
+    //     four spans, inclusive.
     //   - Parallel lines meet when their x spans overlap and their intercepts differ by less than
     //     0.0001: at the larger of the two smaller x.
     int Intersect(const Line& other, Point3d& result, bool touch) const;

@@ -16,8 +16,8 @@ struct Plane {
 
     Plane() = default;
     Plane(double pa, double pb, double pc, double pd) : a(pa), b(pb), c(pc), d(pd) {}
-    // Through three points; the normal is (p2 - p1) x (p3 - p1). Points on one line give a zero
-    // normal.
+    // Through three points; the normal is (p2 - p1) x (p3 - p1). Points on one line give
+    // a zero normal.
     Plane(const Point3d& p1, const Point3d& p2, const Point3d& p3);
     // Through `point`, with (a, b, c) = `normal`.
     Plane(const Point3d& normal, const Point3d& point);

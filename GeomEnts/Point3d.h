@@ -35,16 +35,16 @@ struct Point3d {
     Point3d() = default;
     Point3d(double px, double py, double pz) : x(px), y(py), z(pz) {}
 
-    // The point told by `text`, (0, 0, 0) where `Parse` stores nothing. Whether it succeeded is not
-    // told.
+    // The point told by `text`, (0, 0, 0) where `Parse` stores nothing. Whether it succeeded
+    // is not told.
     explicit Point3d(const StringBase<wchar_t>& text);
 
     // `position()` of an entity whose class is exactly AcDbPoint, otherwise (0, 0, 0). `disposal` 1
     // closes the entity, 2 erases and closes it, anything else leaves it open; this is done for
     // every class. Null gives (0, 0, 0).
     Point3d(AcDbEntity* entity, int disposal);
-    // The same of the entity with that id, opened for read and closed; (0, 0, 0) when it can't be
-    // opened.
+    // The same of the entity with that id, opened for read and closed; (0, 0, 0) when it
+    // can't be opened.
     explicit Point3d(AcDbObjectId id);
 
     // --- The five comparisons, in the form that arrays take. Below 0: `a` is the smaller.
@@ -118,10 +118,9 @@ struct Point3d {
 
     // Reads "x,y" or "x,y,z". The pieces between commas, empty ones included, are converted and
     // stored first and judged afterwards: true only with two or three pieces that hold nothing but
-    // digits,
-    // "." and "-". So a blank, a "+" or an exponent gives false with the coordinates already
-    // stored; "1e3,2" stores x 1000. An empty piece counts as 0. A coordinate without a piece
-    // stays.
+    // digits, "." and "-". So a blank, a "+" or an exponent gives false with the coordinates
+    // already stored; "1e3,2" stores x 1000. An empty piece counts as 0. A coordinate without a
+    // piece stays.
     bool Parse(const StringBase<wchar_t>& text);
 
     // --- Host.
@@ -166,8 +165,8 @@ static_assert(std::is_trivially_copyable_v<Point3d> && std::is_standard_layout_v
 bool Equals(const Point3d& a, const Point3d& b);
 // Equality in plan: |dx| and |dy| below 0.0001.
 bool Equals2d(const Point3d& a, const Point3d& b);
-// By squared 3D distance from `point`, without tolerance: 0 when equal, -1 when `a` is nearer,
-// else 1.
+// By squared 3D distance from `point`, without tolerance: 0 when equal, -1 when `a` is
+// nearer, else 1.
 int CompareDistance(const Point3d& point, const Point3d& a, const Point3d& b);
 // Whether `b`, the second, is farther from `origin` than `a`.
 bool IsFartherThan(const Point3d& a, const Point3d& b, const Point3d& origin);
@@ -217,7 +216,7 @@ double ElevationDifference(const Point3d& a, const Point3d& b);
 // `centre` + radius * (cos(az) cos(el), sin(az) cos(el), sin(el)).
 Point3d PolarPoint(const Point3d& centre, double radius, double azimuth, double elevation);
 
-/// Arrays of points are sorted by `CompareArray`.
+// Arrays of points are sorted by `CompareArray`.
 template <>
 struct UsualComparison<Point3d> {
     static constexpr bool exists = true;

@@ -19,8 +19,8 @@ class Circle {
     Circle(const Point3d& circleCentre, double circleRadius);
     // The circle of which an arc is a part: its `Centre` and `Radius`.
     explicit Circle(const Arc& arc);
-    // `a` and `b` are a diameter: the centre is their 3D midpoint, the radius half their plan
-    // distance.
+    // `a` and `b` are a diameter: the centre is their 3D midpoint, the radius half
+    // their plan distance.
     Circle(const Point3d& a, const Point3d& b);
     // Through three points in plan. Intended: the height is the mean of the three heights plus the
     // height of the point that the solution starts from: `a`, or `c` when `a` and `b` are within

@@ -72,8 +72,8 @@ class LineArray : public Array<Line> {
     // can't be read, -3 for any other marker; the lines are unchanged then. A count below 0 reads
     // none. Memory is taken for no more lines than the rest of the file can hold.
     int Load(std::FILE* file, int limit, Box* box);
-    // The same on the file of that path, opened in mode "wb" or "rb" and closed; -1 when it can't
-    // be.
+    // The same on the file of that path, opened in mode "wb" or "rb" and closed; -1 when
+    // it can't be.
     int SaveToFile(const wchar_t* path, int limit, bool withBox) const;
     int LoadFromFile(const wchar_t* path, int limit, Box* box);
 

@@ -6,8 +6,8 @@
 
 namespace TamLib {
 
-/// What `meet(i, points)` gives for each segment `i` of `line`, in their order: sorted and unique,
-/// or as it comes with the index of the segment for each point appended to `segments`.
+// What `meet(i, points)` gives for each segment `i` of `line`, in their order: sorted and unique,
+// or as it comes with the index of the segment for each point appended to `segments`.
 template <class Meet>
 PolyLine MeetingPoints(const PolyLine& line, Array<int>* segments, const Meet& meet) {
     PolyLine points;

@@ -28,8 +28,8 @@ class Point3dArrayBase : public Array<T> {
         this->increment = static_cast<std::uint32_t>(std::max(initialCapacity, 5));
         if (initialCapacity > 0) this->Resize(static_cast<std::uint32_t>(initialCapacity));
     }
-    // Copies take the elements and settings as `Array` does, then the box, `hasBounds` and
-    // `offset`.
+    // Copies take the elements and settings as `Array` does, then the box,
+    // `hasBounds` and `offset`.
     Point3dArrayBase(const Point3dArrayBase&) = default;
     Point3dArrayBase(Point3dArrayBase&&) noexcept = default;
     Point3dArrayBase& operator=(const Point3dArrayBase&) = default;

@@ -1,5 +1,5 @@
-// Point arrays as the host's: what Point3dArray.h declares and can't define without the host's
-// headers.
+// Point arrays as the host's: what Point3dArray.h declares and can't define without
+// the host's headers.
 #pragma once
 
 #include <gept3dar.h>

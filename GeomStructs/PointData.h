@@ -33,10 +33,10 @@ class PointData : public Point3dArrayBase<Point3d> {
                        Array<double>& distances) const;
 
     // The height at a point, from its `count` nearest points weighted by the inverse of their
-    // squared 3D distances (D. Shepard's interpolation): the sum of z / d^2 over the sum of 1 /
-    // d^2. A point whose squared distance is below 0.0001 gives its height alone. 0.0 without
-    // points. The points must be sorted. Intended: the height of `point` itself takes part in the
-    // distances.
+    // squared 3D distances (D. Shepard's interpolation): the sum of z / d^2 over the sum of
+    // 1 / d^2. A point whose squared distance is below 0.0001 gives its height alone. 0.0
+    // without points. The points must be sorted. Intended: the height of `point` itself takes
+    // part in the distances.
     double InterpolateZ(const Point3d& point, int count) const;
 
     // Heights along a line in plan, in place of what `result` held: `start` as it is, then steps +
@@ -56,8 +56,8 @@ class PointData : public Point3dArrayBase<Point3d> {
     // the progress dialog how far it is.
     void ConvexHull(PolyLine* result, double tolerance) const;
 
-    // The largest 3D distance between two vertices of `ConvexHull(result, -1.0)`; 0.0 below two
-    // points.
+    // The largest 3D distance between two vertices of `ConvexHull(result, -1.0)`; 0.0
+    // below two points.
     double Diameter() const;
 
     // The rectangle of smallest area about the points, in plan, as a closed polyline of five

@@ -38,8 +38,8 @@ class PointGrid {
 
     void Remove(std::uint32_t index) { next_.data[places_.data[index]] = places_.data[index] + 1; }
 
-    // The index of the first point, going round the indexes from `from` on, for which
-    // accept(index) is true, of those near `p`; `none` when there is none.
+    // The index of the first point, going round the indexes from `from` on, for which accept(index)
+    // is true, of those near `p`; `none` when there is none.
     template <class Accept>
     std::uint32_t FirstFrom(const Point3d& p, std::uint32_t from, Accept accept) {
         std::uint32_t best = none;  // how far behind `from` the best one lies
@@ -100,8 +100,8 @@ class PointGrid {
         return false;
     }
 
-    // The first place from `place` on whose point was not taken out. The way there is shortened
-    // for later (path halving).
+    // The first place from `place` on whose point was not taken out. The way there is shortened for
+    // later (path halving).
     std::uint32_t Left(std::uint32_t place) {
         std::uint32_t* const next = next_.data;
         while (next[place] != place) {

@@ -4,8 +4,7 @@
 // The array owns what its elements point to: emptying and destroying it delete them, copies are
 // deep. `Remove`, `Set`, `MakeUnique` and `SortUnique` work on the pointers alone: what they take
 // out is the caller's; what `Insert` and `AddUnique` decline stays the caller's. No element is
-// null. Ends are compared in plan unless said otherwise; angles
-// are radians but for `CloseGaps`.
+// null. Ends are compared in plan unless said otherwise; angles are radians but for `CloseGaps`.
 //
 // Errors: those of Array; TamExpNoMem from L"GeomStructs/PolyArray" where a polyline can't be made.
 // A failed operation leaves the array as it was, but for `Load`.
@@ -125,8 +124,8 @@ class PolyArray : public Array<PolyLine*> {
     // not looked at. A number of vertices below 0 ends the reading. Memory is taken for no more
     // vertices than the file holds; when it is refused, what was read whole stays.
     int Load(std::FILE* file);
-    // The same on the file of that path, opened in mode "wb" or "rb" and closed; -1 when it can't
-    // be.
+    // The same on the file of that path, opened in mode "wb" or "rb" and closed; -1 when
+    // it can't be.
     int SaveToFile(const wchar_t* path) const;
     int LoadFromFile(const wchar_t* path);
 
@@ -146,8 +145,8 @@ class PolyArray : public Array<PolyLine*> {
     // Adds to the model space the regions that the host makes of the polylines as curves. With
     // `merge` regions are united as far as the host can: each in order takes in those behind it,
     // the last one first, and one left empty falls out. The polylines' own entities are removed
-    // again. Returns the status of making the regions, and nothing is left behind when it is not
-    // 0; otherwise the first status of adding that is not 0.
+    // again. Returns the status of making the regions, and nothing is left behind when it is not 0;
+    // otherwise the first status of adding that is not 0.
     int MakeRegions(int colour, const wchar_t* layer, bool merge, Array<AcDbObjectId>* ids,
                     AcDbDatabase* database) const;
 

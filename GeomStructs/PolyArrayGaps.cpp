@@ -25,8 +25,8 @@ LooseEnd EndOf(const Point3d* vertices, std::uint32_t count, Side side) {
                               : LooseEnd{vertices[0], vertices[1]};
 }
 
-// Ends that are exactly the same count too, which those with infinite coordinates are not within a
-// tolerance.
+// Ends that are exactly the same count too, which those with infinite coordinates are not
+// within a tolerance.
 bool IsRing(const PolyLine& line) {
     const Point3d &first = line.data[0], &last = line.data[line.count - 1];
     return line.IsClosed() || (first.x == last.x && first.y == last.y && first.z == last.z);

@@ -34,8 +34,8 @@ detail::LengthStop Walk(const Point3d* vertex, int count, double target) {
     return detail::WalkTo(count, target, [vertex](int i) { return SegmentLength(vertex + i); });
 }
 
-// On which side of the segment from `from` to `to` a vertex that continues it lies. Intended: 1 is
-// left.
+// On which side of the segment from `from` to `to` a vertex that continues it lies. Intended:
+// 1 is left.
 int NeighbourSide(const Point3d& from, const Point3d& to, const Point3d& vertex) {
     const double c = (to.x - from.x) * (vertex.y - from.y) - (to.y - from.y) * (vertex.x - from.x);
     if (std::sqrt(0.0001) > std::fabs(c)) return 0;

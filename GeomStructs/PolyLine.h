@@ -32,9 +32,9 @@ class PolyLine : public Point3dArrayBase<Point3d> {
     explicit PolyLine(int initialCapacity = 10);
     // The points of an array, with its settings and growth, as `Array` assignment copies them.
     explicit PolyLine(const Array<Point3d>& points);
-    // The plan corners of a box: upper left, upper right, lower right, lower left, at the mean of
-    // its z limits, then `Close()`: five vertices, or four equal ones of a box without width and
-    // depth.
+    // The plan corners of a box: upper left, upper right, lower right, lower left, at the mean
+    // of its z limits, then `Close()`: five vertices, or four equal ones of a box without
+    // width and depth.
     explicit PolyLine(const Box& box);
 
     // Read from a drawing entity by `FromEntity(entity, disposal)`. The form with an id opens for
@@ -108,8 +108,8 @@ class PolyLine : public Point3dArrayBase<Point3d> {
     int NearestSegment(const Point3d& point, double* distance = nullptr, int* side = nullptr) const;
     // The `side` of `NearestSegment`.
     int SideOf(const Point3d& point) const;
-    // The distance in plan to the nearest segment; to the vertex when there is but one; -1.0 when
-    // empty.
+    // The distance in plan to the nearest segment; to the vertex when there is but one;
+    // -1.0 when empty.
     double MinDistance2d(const Point3d& point) const;
 
     // --- Lengths. Sums run in segment order, so that equal beginnings have equal sums.
@@ -172,8 +172,8 @@ class PolyLine : public Point3dArrayBase<Point3d> {
     // in plan, or equal to the third, does not count as held. False, with the point of
     // `GetCentroid`, when there is no such triangle, below three vertices or when open.
     bool InteriorPoint(Point3d* point) const;
-    // The vertex with the index ceil(count / 2): of three and of four vertices that with the
-    // index 2. (0, 0, 0) below two vertices, where there is none.
+    // The vertex with the index ceil(count / 2): of three and of four vertices that with the index
+    // 2. (0, 0, 0) below two vertices, where there is none.
     Point3d MiddleVertex() const;
     // Whether all heights are within 0.0001 of that of vertex 0; true without vertices.
     bool IsFlat() const;
@@ -262,11 +262,11 @@ class PolyLine : public Point3dArrayBase<Point3d> {
     // The points in which a line meets the polyline, by `Line::Intersect3d(segment, ..., zMode,
     // true)`. Crossings always; a touch only when `touchFirstEnd` is set, or when the segment
     // before was touched too and the far vertices of both lie on different sides of the line, by
-    // more than 0.01 in the cross product: so a line through a vertex is met once, one that
-    // touches a vertex, or ends on a segment, or runs along one, is not. Intended: a line through
-    // vertex 0 of a ring is not met there.
-    // With `segments` the points stand in segment order and the index of each one's segment is
-    // appended to it; without, they are sorted and made unique as point arrays are.
+    // more than 0.01 in the cross product: so a line through a vertex is met once, one that touches
+    // a vertex, or ends on a segment, or runs along one, is not. Intended: a line through vertex 0
+    // of a ring is not met there. With `segments` the points stand in segment order and the index
+    // of each one's segment is appended to it; without, they are sorted and made unique as point
+    // arrays are.
     PolyLine Intersections(const Line& line, Array<int>* segments = nullptr,
                            bool touchFirstEnd = false, int zMode = 0) const;
     // The same for arcs and circles by their own `Intersect` with each segment; all points count.
@@ -287,11 +287,10 @@ class PolyLine : public Point3dArrayBase<Point3d> {
     // one height and given each other's vertices, touches included, and cleaned with 1e-07.
     // Intended: not by `WithIntersections`, in which an upright segment is touched by what lies
     // below it and a stretch that both share may lack vertices: what lies apart would touch, and
-    // what runs along would cross. Then
-    // each vertex that both have is a touch, and a crossing when the ways through it interleave, or
-    // when those of a stretch they share leave it to different sides at its two ends. No crossing
-    // is told at the first and last vertex of an open polyline. A single vertex touches when it
-    // lies on the other's boundary.
+    // what runs along would cross. Then each vertex that both have is a touch, and a crossing when
+    // the ways through it interleave, or when those of a stretch they share leave it to different
+    // sides at its two ends. No crossing is told at the first and last vertex of an open polyline.
+    // A single vertex touches when it lies on the other's boundary.
     int CrossesPolygon(const PolyLine& other) const;
     // How this polyline lies to a closed polygon:
     //   0  apart, or one of them is not closed or too short to tell
@@ -473,9 +472,9 @@ class PolyLine : public Point3dArrayBase<Point3d> {
 
     // Lets the user pick a line, once. This object is emptied first, and the focus given to the
     // host's window. `prompt` is a format with one text, the empty one; null stands for "Select
-    // polyline: ". `consume` opens the entity for write and erases it after reading. `sampleCurves`
-    // reads with `FromCurve(0.05, adaptive)`, otherwise with `FromEntity`. All out arguments may be
-    // null.
+    // polyline: ". `consume` opens the entity for write and erases it after reading.
+    // `sampleCurves` reads with `FromCurve(0.05, adaptive)`, otherwise with `FromEntity`. All out
+    // arguments may be null.
     //    0   read and shown in colour 6, or 2 when its own is 6
     //   -1   cancelled (RTCAN)
     //   -2   any other answer than an entity

@@ -53,10 +53,10 @@ class Sampler {
         return !(total_ > distance) || std::fabs(total_ - distance) < 0.0001 || status != Acad::eOk;
     }
 
-    // Sets the length of the next segment so that the direction from the last point turns, from the
-    // middle to the end of a segment behind `position`, by a third of the limit up to the limit.
-    // Intended: the last point lies a segment before `position`, so that the look goes one segment
-    // ahead.
+    // Sets the length of the next segment so that the direction from the last point turns, from
+    // the middle to the end of a segment behind `position`, by a third of the limit up to the
+    // limit. Intended: the last point lies a segment before `position`, so that the look goes
+    // one segment ahead.
     void Tune(double position) {
         for (int round = 0; round < 30; ++round) {
             const double endDistance = position + segmentLength_;

@@ -37,8 +37,8 @@ bool MayGo(const Point3d& anchor, const Point3d& mid, const Point3d& last, const
 int PolyLine::Simplify(double deviation, double maxLength) {
     if (count >= 3) RemoveNearDuplicates(1e-07);
     if (count < 3) return static_cast<int>(count);
-    // What is kept is written ahead of what is read: the anchor and the vertex behind it are
-    // copied.
+    // What is kept is written ahead of what is read: the anchor and the vertex behind
+    // it are copied.
     std::uint32_t kept = 1;
     Point3d anchor = data[0], mid = data[1];
     for (std::uint32_t j = 2; j < count; ++j) {

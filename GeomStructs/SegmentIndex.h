@@ -27,8 +27,8 @@ class SegmentIndex {
     int MidPointInside(const Point3d& a, const Point3d& b) const;
     // `PolyLine::Crosses`.
     int Crosses(const Line& line) const;
-    // `PolyLine::Intersections` of a line; the second form puts them in place of what `points`
-    // holds.
+    // `PolyLine::Intersections` of a line; the second form puts them in place of
+    // what `points` holds.
     PolyLine Intersections(const Line& line, Array<int>* segments, bool touchFirstEnd,
                            int zMode) const;
     void Intersections(const Line& line, Array<int>* segments, bool touchFirstEnd, int zMode,
@@ -65,8 +65,8 @@ class SegmentIndex {
     void Build();
     bool AddInside(std::size_t level, std::size_t run, WindingCount& count) const;
 
-    // Calls `look(i)` for the segments of runs whose box `misses` does not rule out, until it gives
-    // true.
+    // Calls `look(i)` for the segments of runs whose box `misses` does not rule out, until
+    // it gives true.
     template <class Misses, class Look>
     void Search(const Misses& misses, const Look& look) const {
         if (levels_ == 0) {

@@ -26,45 +26,44 @@ constexpr double ALIGN_FULL_TURN = 6.2832;
 
 class AlignPolyLine : public TamLib::PolyLine {
   public:
-    /// No vertices, no vertex buffer, growth by 5.
+    // No vertices, no vertex buffer, growth by 5.
     AlignPolyLine();
 
-    /// The whole command: pick, selection, a first pass, the question about the symbols, and a
-    /// second pass unless the reply is empty. The first pass comes before the question, so that the
-    /// user sees the entities turned when asked. The second pass computes every rotation afresh and
-    /// is run whatever the reply was. False when the pick or the selection failed.
+    // The whole command: pick, selection, a first pass, the question about the symbols, and a
+    // second pass unless the reply is empty. The first pass comes before the question, so that the
+    // user sees the entities turned when asked. The second pass computes every rotation afresh and
+    // is run whatever the reply was. False when the pick or the selection failed.
     bool Run();
 
-    /// Asks for the entities and fills `entityIds` in the order of the selection; members without
-    /// an id are left out. True when the selection had members, whether or not any was taken.
+    // Asks for the entities and fills `entityIds` in the order of the selection; members without an
+    // id are left out. True when the selection had members, whether or not any was taken.
     bool SelectEntities();
 
-    /// One pass over `entityIds`. Only entities whose class is exactly AcDbText or exactly
-    /// AcDbBlockReference are turned: array inserts, attribute definitions and everything else
-    /// stay. Returns true.
+    // One pass over `entityIds`. Only entities whose class is exactly AcDbText or exactly
+    // AcDbBlockReference are turned: array inserts, attribute definitions and everything else stay.
+    // Returns true.
     bool AlignEntities();
 
-    /// Turns a text that is open for write to the angle at its reference point: `position` for
-    /// left, aligned and fitted texts on the base line, `alignmentPoint` for all others. An angle
-    /// below zero gets ALIGN_FULL_TURN; one strictly between ALIGN_UPRIGHT_LOW and
-    /// ALIGN_UPRIGHT_HIGH, at which the text would stand on its head, gets ALIGN_HALF_TURN. Nothing
-    /// is reduced afterwards: up to about 7.854 reaches the host. `flipSymbols` plays no part.
-    /// Returns true.
+    // Turns a text that is open for write to the angle at its reference point: `position` for left,
+    // aligned and fitted texts on the base line, `alignmentPoint` for all others. An angle below
+    // zero gets ALIGN_FULL_TURN; one strictly between ALIGN_UPRIGHT_LOW and ALIGN_UPRIGHT_HIGH, at
+    // which the text would stand on its head, gets ALIGN_HALF_TURN. Nothing is reduced afterwards:
+    // up to about 7.854 reaches the host. `flipSymbols` plays no part. Returns true.
     bool AlignText(AcDbText* text);
 
-    /// Turns a block reference that is open for write to the angle at its position, plus
-    /// ALIGN_HALF_TURN with `flipSymbols` set. Negative angles stay negative. Returns true.
+    // Turns a block reference that is open for write to the angle at its position, plus
+    // ALIGN_HALF_TURN with `flipSymbols` set. Negative angles stay negative. Returns true.
     bool AlignBlockReference(AcDbBlockReference* reference);
 
-    /// The angle from the direction of the nearest segment back to the origin, that is of the
-    /// segment reversed, as `atan2` gives it; 6.283185307179585 for a segment without length.
-    /// Returns true.
-    ///
-    /// The segment is found again from its distance along the line, in which the distance is
-    /// divided by the total length and multiplied by it. Where that loses one rounding step, the
-    /// segment before gives the direction.
+    // The angle from the direction of the nearest segment back to the origin, that is of the
+    // segment reversed, as `atan2` gives it; 6.283185307179585 for a segment without length.
+    // Returns true.
+    //
+    // The segment is found again from its distance along the line, in which the distance is divided
+    // by the total length and multiplied by it. Where that loses one rounding step, the segment
+    // before gives the direction.
     bool GetAngleAtPoint(const TamLib::Point3d& point, double& angle);
 
-    AcDbObjectIdArray entityIds;  ///< in the order of the selection; duplicates stay
-    bool flipSymbols = false;     ///< the user wants block references turned half a revolution
+    AcDbObjectIdArray entityIds;  // in the order of the selection; duplicates stay
+    bool flipSymbols = false;     // the user wants block references turned half a revolution
 };

@@ -19,18 +19,18 @@ struct ArxCustomClass;
     "-Wnon-virtual-dtor"  // intended: the handlers fill the table from slot 1
 #endif
 
-/// The part of a module that knows the database alone: custom classes.
+// The part of a module that knows the database alone: custom classes.
 class AcRxDbxApp {
   public:
     // The handlers in the order of the messages, kInitAppMsg (1) first and kNullMsg (0) last.
 
-    /// Keeps the module's handle; asks the dynamic linker to let the module be unloaded
-    /// (`unlockApp`) and to accept several open documents (`mdiAware`); calls
-    /// RegisterServerComponents; initialises every custom class and marks it registered, and
-    /// has the class hierarchy built if there was at least one.
+    // Keeps the module's handle; asks the dynamic linker to let the module be unloaded
+    // (`unlockApp`) and to accept several open documents (`mdiAware`); calls
+    // RegisterServerComponents; initialises every custom class and marks it registered, and has the
+    // class hierarchy built if there was at least one.
     virtual AcRx::AppRetCode OnInitApp(void* packet);
-    /// Deletes the descriptors of the registered custom classes, derived classes before their
-    /// bases, and clears their marks.
+    // Deletes the descriptors of the registered custom classes, derived classes before their bases,
+    // and clears their marks.
     virtual AcRx::AppRetCode OnUnloadApp(void* packet);
     virtual AcRx::AppRetCode OnLoadDwg(void* packet);
     virtual AcRx::AppRetCode OnUnloadDwg(void* packet);
@@ -47,14 +47,14 @@ class AcRxDbxApp {
     virtual AcRx::AppRetCode OnEndDialog(void* packet);
     virtual AcRx::AppRetCode OnNull(void* packet);
 
-    /// The place for servers that a module offers to other programs.
+    // The place for servers that a module offers to other programs.
     virtual void RegisterServerComponents() = 0;
 
-    /// Hands a message to its handler and returns the handler's answer. Messages above 15, and
-    /// negative ones taken as unsigned, answer kRetOK and call nothing.
+    // Hands a message to its handler and returns the handler's answer. Messages above 15, and
+    // negative ones taken as unsigned, answer kRetOK and call nothing.
     AcRx::AppRetCode Dispatch(std::uint32_t message, void* packet);
 
-    HINSTANCE moduleInstance = nullptr;  ///< the module's handle, from kInitAppMsg on
+    HINSTANCE moduleInstance = nullptr;  // the module's handle, from kInitAppMsg on
     bool unlockApp = true;
     bool mdiAware = true;
 
@@ -62,20 +62,19 @@ class AcRxDbxApp {
     static void RemoveClass(ArxCustomClass& entry);
 };
 
-/// The part of a module that knows the editor: commands and functions for LISP.
+// The part of a module that knows the editor: commands and functions for LISP.
 class AcRxArxApp : public AcRxDbxApp {
   public:
-    /// The base, then adds every command to the command stack. Its answer is the base's.
+    // The base, then adds every command to the command stack. Its answer is the base's.
     AcRx::AppRetCode OnInitApp(void* packet) override;
-    /// The base, then removes every command from the command stack. Its answer is the base's.
+    // The base, then removes every command from the command stack. Its answer is the base's.
     AcRx::AppRetCode OnUnloadApp(void* packet) override;
-    /// Defines every LISP function under its number in the table, nulls not counted, and
-    /// registers those that want it.
+    // Defines every LISP function under its number in the table, nulls not counted, and registers
+    // those that want it.
     AcRx::AppRetCode OnLoadDwg(void* packet) override;
-    /// Takes every LISP function away again.
+    // Takes every LISP function away again.
     AcRx::AppRetCode OnUnloadDwg(void* packet) override;
-    /// Calls the LISP function whose number the host tells, and answers kRetOK whatever it
-    /// returned.
+    // Calls the LISP function whose number the host tells, and answers kRetOK whatever it returned.
     AcRx::AppRetCode OnInvokeSubroutine(void* packet) override;
 };
 

@@ -16,8 +16,8 @@ AcEdCommandStack& CommandStack() {
     return *FromRegistry<AcEdCommandStack>(L"ACAD_REGISTERED_COMMANDS");
 }
 
-// A name from the table or, when it has none, from the resources; empty when those have none
-// either.
+// A name from the table or, when it has none, from the resources; empty when those
+// have none either.
 class EntryName {
   public:
     EntryName(const ACHAR* name, HINSTANCE instance, unsigned resource) : name_(name) {

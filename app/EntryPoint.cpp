@@ -17,17 +17,17 @@ COrlinthApp theApp;
 
 }  // namespace
 
-/// The host's only door.
+// The host's only door.
 ARX_EXPORT AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode message, void* packet) {
     return theApp.Dispatch(static_cast<std::uint32_t>(message), packet);
 }
 
-/// The version of the interface that the module was built against, read by the host on loading.
+// The version of the interface that the module was built against, read by the host on loading.
 ARX_EXPORT int acrxGetApiVersion() {
     return 19;
 }
 
-/// Called by the system, after the static constructors and before the static destructors.
+// Called by the system, after the static constructors and before the static destructors.
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID /*reserved*/) {
     switch (reason) {
         case DLL_PROCESS_ATTACH:

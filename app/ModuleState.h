@@ -4,5 +4,5 @@
 
 #include <windows.h>
 
-/// The module's own handle, stored when the process attaches to it.
+// The module's own handle, stored when the process attaches to it.
 extern HINSTANCE moduleHandle;

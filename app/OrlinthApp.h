@@ -5,12 +5,12 @@
 
 class COrlinthApp : public AcRxArxApp {
   public:
-    /// The base, then sets TamLib::frameWindow to the object of the host's main window. The host is
-    /// asked for its window once in the life of the module; later calls look the kept handle up
-    /// anew.
+    // The base, then sets TamLib::frameWindow to the object of the host's main window. The
+    // host is asked for its window once in the life of the module; later calls look the kept
+    // handle up anew.
     AcRx::AppRetCode OnInitApp(void* packet) override;
     AcRx::AppRetCode OnUnloadApp(void* packet) override;
-    /// This module offers no servers.
+    // This module offers no servers.
     void RegisterServerComponents() override;
 };
 

@@ -2,8 +2,8 @@
 // is one table of pointers, of a fixed number of slots, in which null slots stand for padding;
 // every walk goes from the first slot to the last and passes nulls over.
 //
-// Who builds on the frame defines the three functions at the end; this module's tables stand in
-// Registration.cpp.
+// Who builds on the frame defines the three functions at the end; this module's tables
+// stand in Registration.cpp.
 #pragma once
 
 #include <accmd.h>
@@ -13,32 +13,32 @@
 #include <cstddef>
 #include <cstdint>
 
-/// "No text in the resources", for the resource ids below.
+// "No text in the resources", for the resource ids below.
 constexpr unsigned noResource = 0xFFFFFFFFu;
 
-/// A command. Its names are kept by the table for the life of the module.
+// A command. Its names are kept by the table for the life of the module.
 struct ArxCommand {
     const ACHAR* groupName;
     const ACHAR* globalName;
-    const ACHAR* localName;  ///< null: the text of `localNameResource`
-    std::int32_t flags;      ///< ACRX_CMD_MODAL and its like
+    const ACHAR* localName;  // null: the text of `localNameResource`
+    std::int32_t flags;      // ACRX_CMD_MODAL and its like
     AcRxFunctionPtr function;
     AcEdUIContext* context;
     unsigned localNameResource;
 };
 
-/// A class that the module adds to those of the host.
+// A class that the module adds to those of the host.
 struct ArxCustomClass {
     AcRxClass* (*descriptor)();
     void (*initialise)();
-    bool registered;  ///< kept by the frame
+    bool registered;  // kept by the frame
 };
 
-/// A function that LISP can call.
+// A function that LISP can call.
 struct ArxAdsSymbol {
-    const ACHAR* name;  ///< null: the text of `nameResource`
+    const ACHAR* name;  // null: the text of `nameResource`
     int (*function)();
-    int registerFunction;  ///< 1: the host calls the function directly, by acedRegFunc
+    int registerFunction;  // 1: the host calls the function directly, by acedRegFunc
     unsigned nameResource;
 };
 
@@ -48,9 +48,9 @@ using ArxCustomClassTable = RegistrationTable<ArxCustomClass, 33>;
 using ArxCommandTable = RegistrationTable<const ArxCommand, 67>;
 using ArxAdsSymbolTable = RegistrationTable<const ArxAdsSymbol, 33>;
 
-/// The table DBXCUSTO.
+// The table DBXCUSTO.
 const ArxCustomClassTable& ArxCustomClasses();
-/// The table ARXCOMMA.
+// The table ARXCOMMA.
 const ArxCommandTable& ArxCommands();
-/// The table ADSSYMBO.
+// The table ADSSYMBO.
 const ArxAdsSymbolTable& ArxAdsSymbols();

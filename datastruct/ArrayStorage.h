@@ -19,7 +19,7 @@ constexpr std::int32_t makeRoomLine = 850;
 constexpr std::int32_t removeLengthLine = 997;
 constexpr std::int32_t removeIndexLine = 999;
 
-/// The capacity to ask for; a sum beyond 32 bits is one that is refused.
+// The capacity to ask for; a sum beyond 32 bits is one that is refused.
 inline std::uint32_t Grown(std::uint64_t capacity, std::uint64_t step, std::uint64_t extra) {
     const std::uint64_t sum = capacity + step + extra;
     return sum > 0xFFFFFFFFu ? 0xFFFFFFFFu : static_cast<std::uint32_t>(sum);

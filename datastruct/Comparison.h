@@ -11,7 +11,7 @@
 
 namespace TamLib {
 
-/// The comparison as an object.
+// The comparison as an object.
 template <class T>
 class Comparator {
   public:
@@ -24,7 +24,7 @@ class Comparator {
     ~Comparator() = default;
 };
 
-/// A comparison function in the form of an object.
+// A comparison function in the form of an object.
 template <class T>
 class FunctionComparator final : public Comparator<T> {
   public:
@@ -39,13 +39,13 @@ class FunctionComparator final : public Comparator<T> {
     Function function;
 };
 
-/// The bytes of two elements, without a sign: -1, 0 or 1.
+// The bytes of two elements, without a sign: -1, 0 or 1.
 template <class T>
 std::int32_t CompareElementBytes(const T* first, const T* second) {
     return CompareBytes(first, second, elementBytes<T>);
 }
 
-/// CompareElementBytes in the form of an object.
+// CompareElementBytes in the form of an object.
 template <class T>
 struct ByteComparison {
     std::int32_t operator()(const T* first, const T* second) const {
@@ -53,14 +53,14 @@ struct ByteComparison {
     }
 };
 
-/// The order of numbers, for the `compare` of arrays of them: -1, 0 or 1.
+// The order of numbers, for the `compare` of arrays of them: -1, 0 or 1.
 template <class T>
 std::int32_t CompareNumbers(const T* first, const T* second) {
     return (*first > *second) - (*first < *second);
 }
 
-/// The comparison function that arrays of T usually have, if one stands out. An array whose
-/// `compare` it is sorts without a call per comparison, into the same order. Types specialise it.
+// The comparison function that arrays of T usually have, if one stands out. An array whose
+// `compare` it is sorts without a call per comparison, into the same order. Types specialise it.
 template <class T, class = void>
 struct UsualComparison {
     static constexpr bool exists = false;
@@ -73,7 +73,7 @@ struct UsualComparison<T, std::enable_if_t<std::is_arithmetic_v<T>>> {
 
 namespace detail {
 
-/// A comparison function that is known when compiling.
+// A comparison function that is known when compiling.
 template <auto function>
 struct KnownFunction {
     template <class T>
@@ -87,7 +87,7 @@ constexpr bool isKnownFunction = false;
 template <auto function>
 constexpr bool isKnownFunction<KnownFunction<function>> = true;
 
-/// The comparison C is a function rather than an object.
+// The comparison C is a function rather than an object.
 template <class C>
 constexpr bool isFunction = std::is_function_v<C> || isKnownFunction<C> ||
                             (std::is_pointer_v<C> && std::is_function_v<std::remove_pointer_t<C>>);

@@ -7,17 +7,17 @@
 
 namespace TamLib {
 
-/// A cursor over the elements of a container.
+// A cursor over the elements of a container.
 template <class T>
 class IteratorBase {
   public:
-    /// The element at the cursor.
+    // The element at the cursor.
     virtual T* Current() = 0;
-    /// Moves to the next element; false when there is none, and nothing moves.
+    // Moves to the next element; false when there is none, and nothing moves.
     virtual bool Next() = 0;
-    /// Moves to the first element.
+    // Moves to the first element.
     virtual bool First() = 0;
-    /// Next().
+    // Next().
     virtual bool Advance() { return Next(); }
 
   protected:
@@ -30,13 +30,13 @@ class IteratorBase {
 template <class T>
 class Container {
   public:
-    /// Calls `fn` on each element in order.
+    // Calls `fn` on each element in order.
     virtual void ForEach(void (*fn)(T*)) = 0;
-    /// Empties the container; returns 0.
+    // Empties the container; returns 0.
     virtual std::int32_t Clear() = 0;
-    /// Whether an element compares equal to `item`.
+    // Whether an element compares equal to `item`.
     virtual bool Contains(const T& item) const = 0;
-    /// A new cursor at the first element. The caller owns it and deletes it by its own class.
+    // A new cursor at the first element. The caller owns it and deletes it by its own class.
     virtual IteratorBase<T>* NewIterator() = 0;
 
   protected:

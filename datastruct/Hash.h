@@ -20,7 +20,7 @@
 
 namespace TamLib {
 
-/// When two keys are the same one: integers and pointers by value. Other keys specialise it.
+// When two keys are the same one: integers and pointers by value. Other keys specialise it.
 template <class K>
 struct HashKeys {
     static bool Equal(const K& first, const K& second) { return first == second; }
@@ -37,8 +37,8 @@ class Hash {
     };
     using Chain = LwArray<Pair, 5>;
 
-    /// A table of `bucketCount` empty chains; 10 is the usual `chainLimit`. A null `function`
-    /// hashes the bytes of the key by ByteHash.
+    // A table of `bucketCount` empty chains; 10 is the usual `chainLimit`. A null `function` hashes
+    // the bytes of the key by ByteHash.
     explicit Hash(std::uint32_t bucketCount = 1, std::uint32_t chainLimit = 10,
                   HashFunction function = nullptr)
         : hashFunction(function), buckets(bucketCount), maxChain(chainLimit) {
@@ -48,7 +48,7 @@ class Hash {
     Hash& operator=(const Hash&) = default;
     virtual ~Hash() { Clear(); }
 
-    /// True and the value copied when the key is present; otherwise false, and `*value` stays.
+    // True and the value copied when the key is present; otherwise false, and `*value` stays.
     bool Lookup(const K& key, V* value) const {
         const Pair* pair = FindPair(key);
         if (pair == nullptr) return false;
@@ -58,20 +58,20 @@ class Hash {
 
     bool Contains(const K& key) const { return FindPair(key) != nullptr; }
 
-    /// The key's value; a missing key is inserted with the value V(). Grows before it adds to a
-    /// chain of at least `maxChain`.
+    // The key's value; a missing key is inserted with the value V(). Grows before it adds to a
+    // chain of at least `maxChain`.
     V& operator[](const K& key);
 
-    /// Stores the value; a present key has its value replaced. Intended: unlike operator[] it grows
-    /// after it has added, to a chain of more than `maxChain` before.
+    // Stores the value; a present key has its value replaced. Intended: unlike operator[] it grows
+    // after it has added, to a chain of more than `maxChain` before.
     void Set(const K& key, const V& value);
 
-    /// Spreads the entries over `bucketCount` chains, in the order in which they stand; a negative
-    /// number means three times the present one and 7. 0 is for an empty table only. The table
-    /// stays as it was when memory is refused.
+    // Spreads the entries over `bucketCount` chains, in the order in which they stand; a negative
+    // number means three times the present one and 7. 0 is for an empty table only. The table stays
+    // as it was when memory is refused.
     void Rehash(std::int32_t bucketCount);
 
-    /// Gives up all entries and buckets.
+    // Gives up all entries and buckets.
     void Clear() {
         buckets.Clear();
         entries = 0;

@@ -18,9 +18,9 @@ class LwArray {
   public:
     LwArray() = default;
     LwArray(const LwArray& other) : LwArray() { AddAll(other); }
-    /// Releases the block, then adds each element of `other`. Intended: the elements of before are
-    /// not destroyed, so that what they own stays allocated, and assignment to itself empties the
-    /// array.
+    // Releases the block, then adds each element of `other`. Intended: the elements of before
+    // are not destroyed, so that what they own stays allocated, and assignment to itself
+    // empties the array.
     LwArray& operator=(const LwArray& other) {  // NOLINT(bugprone-unhandled-self-assignment)
         runTimeMemory.release(data);
         data = nullptr;
@@ -30,23 +30,23 @@ class LwArray {
     }
     ~LwArray() { Clear(); }
 
-    /// Stores a copy behind the last element and gives its index. `item` may be an element of the
-    /// array itself. Intended: memory that is refused is not noticed; an access fault follows.
-    /// When its copying raises, the array stays as it was.
+    // Stores a copy behind the last element and gives its index. `item` may be an element of the
+    // array itself. Intended: memory that is refused is not noticed; an access fault follows.
+    // When its copying raises, the array stays as it was.
     std::int32_t Add(const T& item) {
         T added(item);
         return AddMoved(added);
     }
 
-    /// As Add, but moves `item`, which is no element of the array, as bytes; default content is
-    /// left in it.
+    // As Add, but moves `item`, which is no element of the array, as bytes; default content is left
+    // in it.
     std::int32_t AddMoved(T& item) {
         if (count % N == 0) Grow();
         SwapElements(data[count], item);
         return static_cast<std::int32_t>(count++);
     }
 
-    /// Destroys the elements and gives the block back.
+    // Destroys the elements and gives the block back.
     void Clear() {
         std::destroy(data, data + count);
         runTimeMemory.release(data);

@@ -14,7 +14,7 @@
 namespace TamLib {
 namespace detail {
 
-/// Runs of the elements themselves.
+// Runs of the elements themselves.
 template <class T>
 struct ValueRuns {
     using Handle = T;
@@ -23,7 +23,7 @@ struct ValueRuns {
     static const Handle& Of(T* element) { return *element; }
 };
 
-/// Runs of pointers to the elements.
+// Runs of pointers to the elements.
 template <class T>
 struct PointerRuns {
     using Handle = T*;
@@ -39,8 +39,8 @@ using RunsOf =
     std::conditional_t<std::is_trivially_copyable_v<T> && elementBytes<T> <= largestValue,
                        ValueRuns<T>, PointerRuns<T>>;
 
-/// An owned block of handles of `n` elements, in raw memory. A refusal names the elements, whatever
-/// their handles are.
+// An owned block of handles of `n` elements, in raw memory. A refusal names the elements, whatever
+// their handles are.
 template <class T, class H>
 class RawBlock {
   public:
@@ -64,7 +64,7 @@ class RawBlock {
     H* block_;
 };
 
-/// What stays the same through one sort. `Runs` is ValueRuns or PointerRuns.
+// What stays the same through one sort. `Runs` is ValueRuns or PointerRuns.
 template <class T, class Runs, class C>
 struct MergeRules {
     using Handle = typename Runs::Handle;
@@ -78,18 +78,18 @@ struct MergeRules {
     }
 };
 
-/// One merge of two runs into `out`, which has `room` slots: kept handles from the front, dropped
-/// ones from the back.
-///
-/// An element is to be dropped when it equals the one written last. Mostly that is known
-/// beforehand: the last one has been compared with one head, and with the other as its neighbour in
-/// the run. The merge is `settled_` as long as this holds for both heads.
+// One merge of two runs into `out`, which has `room` slots: kept handles from the front, dropped
+// ones from the back.
+//
+// An element is to be dropped when it equals the one written last. Mostly that is known beforehand:
+// the last one has been compared with one head, and with the other as its neighbour in the run. The
+// merge is `settled_` as long as this holds for both heads.
 template <class T, class Runs, class C>
 class Merger {
   public:
     using Handle = typename Runs::Handle;
 
-    /// `distinct`: neighbours within each run are known to differ.
+    // `distinct`: neighbours within each run are known to differ.
     Merger(const MergeRules<T, Runs, C>& rules, Handle* out, std::uint32_t room, bool distinct)
         : rules_(rules),
           out_(out),
@@ -98,7 +98,7 @@ class Merger {
           settles_((distinct || rules.mode == MergeMode::keepAll) && rules.filter == nullptr),
           settled_(settles_) {}
 
-    /// Gives how many were kept.
+    // Gives how many were kept.
     std::uint32_t Merge(const Handle* left, std::uint32_t leftCount, const Handle* right,
                         std::uint32_t rightCount) {
         std::uint32_t i = 0;
@@ -129,8 +129,8 @@ class Merger {
     enum class Side { none, left, right };
     static constexpr std::uint32_t nowhere = 0xFFFFFFFFu;
 
-    /// An element that was written: its run, its place there, and the place in the other run of the
-    /// head that it was found to differ from.
+    // An element that was written: its run, its place there, and the place in the other run of the
+    // head that it was found to differ from.
     struct Written {
         Side side = Side::none;
         std::uint32_t index = 0;
@@ -231,8 +231,8 @@ class Merger {
     Written last_;
 };
 
-/// Two runs side by side in `from`, of `half` and `n` - `half` slots, merged into the `n` slots of
-/// `out`, with all that has been dropped before behind the kept ones.
+// Two runs side by side in `from`, of `half` and `n` - `half` slots, merged into the `n` slots of
+// `out`, with all that has been dropped before behind the kept ones.
 template <class T, class Runs, class C>
 std::uint32_t MergeHalves(const MergeRules<T, Runs, C>& rules, const typename Runs::Handle* from,
                           std::uint32_t half, std::uint32_t n, std::uint32_t leftKept,
@@ -246,8 +246,8 @@ std::uint32_t MergeHalves(const MergeRules<T, Runs, C>& rules, const typename Ru
     return kept;
 }
 
-/// Sorts `n` elements, at least 1, into a run in `out`, and gives how many are kept. `other` is
-/// room for as many handles.
+// Sorts `n` elements, at least 1, into a run in `out`, and gives how many are kept. `other` is room
+// for as many handles.
 template <class T, class Runs, class C>
 std::uint32_t SortRun(const MergeRules<T, Runs, C>& rules, T* elements, std::uint32_t n,
                       typename Runs::Handle* out, typename Runs::Handle* other) {
@@ -267,8 +267,8 @@ std::uint32_t SortRun(const MergeRules<T, Runs, C>& rules, T* elements, std::uin
     return MergeHalves(rules, other, half, n, left, right, out);
 }
 
-/// Moves the first `kept` of `n` elements into a new block of `capacity` slots, destroys the others
-/// and fills the block up with default content.
+// Moves the first `kept` of `n` elements into a new block of `capacity` slots, destroys the others
+// and fills the block up with default content.
 template <class T>
 T* GatherElements(T* const* elements, std::uint32_t kept, std::uint32_t n, std::uint32_t capacity) {
     T* const out = ArrayMemory<T>::_Allocate(capacity, capacity, mergeLine);
@@ -278,7 +278,7 @@ T* GatherElements(T* const* elements, std::uint32_t kept, std::uint32_t n, std::
     return out;
 }
 
-/// MergeSortRun from three elements on.
+// MergeSortRun from three elements on.
 template <class T, class C>
 T* SortedBlock(T* block, std::uint32_t count, std::uint32_t& outCount, std::uint32_t& outCapacity,
                const MergeRules<T, RunsOf<T>, C>& rules) {

@@ -26,31 +26,31 @@ namespace TamLib {
 
 enum class MergeMode : std::int32_t { keepAll = 0, keepOne = 1, dropPairs = 2 };
 
-/// Says of an element that it is to be left out.
+// Says of an element that it is to be left out.
 template <class T>
 using MergeFilter = bool (*)(const T*);
 
-/// Merges two sorted runs into a new block of `leftCount` + `rightCount` slots, also given as
-/// `outCapacity`; a block of 0 slots is not null. Slots from `outCount` up hold default content.
-/// The elements of both runs are moved or destroyed; their blocks stay the caller's.
+// Merges two sorted runs into a new block of `leftCount` + `rightCount` slots, also given as
+// `outCapacity`; a block of 0 slots is not null. Slots from `outCount` up hold default content.
+// The elements of both runs are moved or destroyed; their blocks stay the caller's.
 template <class T, class C>
 T* MergeRuns(T* left, std::uint32_t leftCount, T* right, std::uint32_t rightCount,
              std::uint32_t& outCount, std::uint32_t& outCapacity, MergeMode mode,
              const C& comparison, MergeFilter<T> filter = nullptr);
 
-/// Sorts `count` elements. From three on `isNew` is true and the result a new block with as many
-/// slots as both halves kept; the given block is the caller's to release, its first `count` slots
-/// being dead. Below three the given block is the result, with `capacity` as it was: two elements
-/// out of order are exchanged, and of two equal ones the second, with `dropPairs` both, fall out of
-/// `outCount` and stay where they are.
+// Sorts `count` elements. From three on `isNew` is true and the result a new block with as many
+// slots as both halves kept; the given block is the caller's to release, its first `count` slots
+// being dead. Below three the given block is the result, with `capacity` as it was: two elements
+// out of order are exchanged, and of two equal ones the second, with `dropPairs` both, fall out of
+// `outCount` and stay where they are.
 template <class T, class C>
 T* MergeSortRun(T* block, std::uint32_t count, std::uint32_t capacity, std::uint32_t& outCount,
                 std::uint32_t& outCapacity, MergeMode mode, const C& comparison, bool& isNew,
                 MergeFilter<T> filter = nullptr);
 
-/// Orders a whole block in place of the caller: SortByPointers for `keepAll` (intended: equal
-/// elements stand in no defined order then), MergeSortRun otherwise. Nothing happens to fewer than
-/// two elements. Slots above `count` hold live elements.
+// Orders a whole block in place of the caller: SortByPointers for `keepAll` (intended: equal
+// elements stand in no defined order then), MergeSortRun otherwise. Nothing happens to fewer than
+// two elements. Slots above `count` hold live elements.
 template <class T, class C>
 void Order(T*& block, std::uint32_t& count, std::uint32_t& capacity, MergeMode mode,
            const C& comparison);

@@ -20,8 +20,8 @@
 
 namespace TamLib {
 
-/// The middle one of three elements. For equal ones: the greater of two is the first only when the
-/// comparison gives above 0, the lesser is the first only when it gives below 0.
+// The middle one of three elements. For equal ones: the greater of two is the first only when the
+// comparison gives above 0, the lesser is the first only when it gives below 0.
 template <class T, class C>
 const T* MedianOfThree(const T* a, const T* b, const T* c, const C& comparison) {
     const auto greater = [&](const T* p, const T* q) { return comparison(p, q) > 0 ? p : q; };
@@ -34,15 +34,15 @@ const T* MedianOfThree(const T* a, const T* b, const T* c, const C& comparison) 
     return lesser(u, w);
 }
 
-/// Sorts by exchanging neighbours; stable.
+// Sorts by exchanging neighbours; stable.
 template <class T, class C>
 void InsertionSort(T* block, const C& comparison, std::int32_t high, std::int32_t low);
 
-/// Sorts the elements.
+// Sorts the elements.
 template <class T, class C>
 void QuickSort(T* block, const C& comparison, std::int32_t high, std::int32_t low);
 
-/// The same on pointers, which are ordered by what they point to.
+// The same on pointers, which are ordered by what they point to.
 template <class T, class C>
 T* const* MedianOfThreePointers(T* const* a, T* const* b, T* const* c, const C& comparison);
 template <class T, class C>
@@ -50,12 +50,12 @@ void InsertionSortPointers(T** pointers, std::int32_t high, std::int32_t low, co
 template <class T, class C>
 void QuickSortPointers(T** pointers, std::int32_t high, std::int32_t low, const C& comparison);
 
-/// Sorts the `high` + 1 elements of a whole block so that each is moved once: pointers to them are
-/// sorted, then the elements go to a new block, and `capacity` falls to their number. Two elements
-/// are exchanged where they stand, fewer stay. Live elements in slots above `high` are destroyed
-/// with the old block. Raises TamExpNoMem, the array untouched: from L"datastruct/Ordering", line
-/// 334, without memory for the pointers, from L"datastruct/Array", line 343, without memory for the
-/// block.
+// Sorts the `high` + 1 elements of a whole block so that each is moved once: pointers to them
+// are sorted, then the elements go to a new block, and `capacity` falls to their number. Two
+// elements are exchanged where they stand, fewer stay. Live elements in slots above `high` are
+// destroyed with the old block. Raises TamExpNoMem, the array untouched: from
+// L"datastruct/Ordering", line 334, without memory for the pointers, from L"datastruct/Array",
+// line 343, without memory for the block.
 template <class T, class C>
 void SortByPointers(T*& block, std::int32_t high, std::uint32_t& capacity, const C& comparison);
 

@@ -8,7 +8,7 @@
 
 namespace TamLib {
 
-/// Raises TamExpNoMem with an empty message (and the memory report) from L"datastruct/Ordering".
+// Raises TamExpNoMem with an empty message (and the memory report) from L"datastruct/Ordering".
 [[noreturn]] void RaiseOrderingNoMemory(std::int32_t line);
 
 namespace detail {
@@ -22,8 +22,8 @@ constexpr std::int32_t sampledSpan = 200;  // above it the pivot comes from a sa
 constexpr std::int32_t functionInsertionSpan = 10;
 constexpr std::int32_t otherInsertionSpan = 48;
 
-/// An element taken out of its slot while others move up; it returns to the slot that is free, also
-/// when a comparison raises.
+// An element taken out of its slot while others move up; it returns to the slot that is free, also
+// when a comparison raises.
 template <class T>
 class Lifted {
   public:
@@ -35,7 +35,7 @@ class Lifted {
     Lifted& operator=(const Lifted&) = delete;
 
     const T* Element() const { return std::launder(reinterpret_cast<const T*>(bytes_)); }
-    /// Moves another element to the free slot, and its slot is the free one then.
+    // Moves another element to the free slot, and its slot is the free one then.
     void Fill(T* slot) {
         std::memcpy(static_cast<void*>(free_), static_cast<const void*>(slot), elementBytes<T>);
         free_ = slot;
@@ -70,7 +70,7 @@ void FinishPart(T* block, const C& comparison, std::int32_t high, std::int32_t l
     }
 }
 
-/// What is left to partition: elements from `low` to `high` between the two scans.
+// What is left to partition: elements from `low` to `high` between the two scans.
 struct Scans {
     std::int32_t low;
     std::int32_t high;
@@ -112,8 +112,8 @@ Scans PartitionBlocks(T* block, const C& comparison, const T& pivot, Scans scans
     return scans;
 }
 
-/// Hoare's partition. Gives the ends of both parts: the lower one ends at `high`, the upper one
-/// begins at `low`.
+// Hoare's partition. Gives the ends of both parts: the lower one ends at `high`, the upper one
+// begins at `low`.
 template <class T, class C>
 Scans Partition(T* block, const C& comparison, const T& pivot, std::int32_t high,
                 std::int32_t low) {
@@ -143,7 +143,7 @@ void SortPart(T* block, const C& comparison, std::int32_t high, std::int32_t low
     }
 }
 
-/// A comparison of elements as one of pointers to them.
+// A comparison of elements as one of pointers to them.
 template <class T, class C>
 struct PointeeComparison {
     const C& comparison;
@@ -152,7 +152,7 @@ struct PointeeComparison {
     }
 };
 
-/// The pointer block of a sort, from the array form of new.
+// The pointer block of a sort, from the array form of new.
 template <class T>
 class PointerBlock {
   public:

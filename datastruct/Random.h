@@ -9,13 +9,13 @@ namespace TamLib {
 
 constexpr std::int32_t randomMaximum = 32767;
 
-/// The next number, 0 to 32767.
+// The next number, 0 to 32767.
 std::int32_t Random();
 
-/// Starts the series that belongs to `seed`.
+// Starts the series that belongs to `seed`.
 void SeedRandom(std::uint32_t seed);
 
-/// Where Random() draws from, for tests that count or settle the numbers; nothing else changes it.
+// Where Random() draws from, for tests that count or settle the numbers; nothing else changes it.
 extern std::int32_t (*randomSource)();
 
 }  // namespace TamLib

@@ -11,7 +11,7 @@
 namespace TamLib {
 namespace detail {
 
-/// The character as an unsigned number.
+// The character as an unsigned number.
 template <class T>
 constexpr std::uint32_t CharNumber(T c) {
     if constexpr (sizeof(T) == 1) {
@@ -21,7 +21,7 @@ constexpr std::uint32_t CharNumber(T c) {
     }
 }
 
-/// The order of characters by number: wide ones without, narrow ones with a sign.
+// The order of characters by number: wide ones without, narrow ones with a sign.
 template <class T>
 std::int32_t CompareCharacters(const T* first, const T* second) {
     if constexpr (sizeof(T) == 1) {
@@ -35,8 +35,8 @@ std::int32_t CompareCharacters(const T* first, const T* second) {
     }
 }
 
-/// The order of the first `n` characters as unsigned numbers; a zero in both at the same place ends
-/// it.
+// The order of the first `n` characters as unsigned numbers; a zero in both at the same
+// place ends it.
 template <class T>
 std::int32_t CompareRuns(const T* first, const T* second, std::size_t n) {
     for (std::size_t i = 0; i < n; ++i) {
@@ -46,7 +46,7 @@ std::int32_t CompareRuns(const T* first, const T* second, std::size_t n) {
     return 0;
 }
 
-/// CompareRuns of the small letters.
+// CompareRuns of the small letters.
 template <class T>
 std::int32_t CompareRunsNoCase(const T* first, const T* second, std::size_t n) {
     for (std::size_t i = 0; i < n; ++i) {
@@ -60,7 +60,7 @@ std::int32_t CompareRunsNoCase(const T* first, const T* second, std::size_t n) {
     return 0;
 }
 
-/// Whether the character stands in the set, a text that may be null.
+// Whether the character stands in the set, a text that may be null.
 template <class T>
 bool StandsIn(T c, const T* set) {
     if (set == nullptr) return false;
@@ -75,7 +75,7 @@ constexpr bool IsDigit(T c) {
     return c >= T('0') && c <= T('9');
 }
 
-/// A run of characters to be searched, or searched for.
+// A run of characters to be searched, or searched for.
 template <class T>
 struct Run {
     const T* characters;
@@ -110,7 +110,7 @@ std::size_t FindPlain(const Run<T>& text, const Run<T>& needle, std::size_t star
     return notFound;
 }
 
-/// Whether the needle stands at the index, with no quote character behind its first.
+// Whether the needle stands at the index, with no quote character behind its first.
 template <class T>
 bool StandsAt(const Run<T>& text, const Run<T>& needle, std::size_t at, std::int32_t quote,
               bool caseSensitive) {
@@ -122,7 +122,7 @@ bool StandsAt(const Run<T>& text, const Run<T>& needle, std::size_t at, std::int
     return true;
 }
 
-/// One character outside quotes, the usual separator.
+// One character outside quotes, the usual separator.
 template <class T>
 std::size_t FindOutsideQuotes(const Run<T>& text, T wanted, std::size_t start, std::int32_t quote) {
     const T* at = text.characters + start;
@@ -140,8 +140,8 @@ std::size_t FindOutsideQuotes(const Run<T>& text, T wanted, std::size_t start, s
     return static_cast<std::size_t>(at - text.characters);
 }
 
-/// The index of the first occurrence at or after `start` that lies outside quotes, notFound if
-/// there is none. Reading starts outside quotes. An empty needle does not occur.
+// The index of the first occurrence at or after `start` that lies outside quotes, notFound if there
+// is none. Reading starts outside quotes. An empty needle does not occur.
 template <class T>
 std::size_t FindRun(const Run<T>& text, const Run<T>& needle, std::size_t start, std::int32_t quote,
                     bool caseSensitive) {

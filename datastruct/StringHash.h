@@ -11,8 +11,8 @@
 
 namespace TamLib {
 
-/// Starts at 0 and takes each character c, as an unsigned number, at position i from 0:
-/// h = h + ((c + i) | (h << 16)), in wrapping 32-bit arithmetic.
+// Starts at 0 and takes each character c, as an unsigned number, at position i from 0:
+// h = h + ((c + i) | (h << 16)), in wrapping 32-bit arithmetic.
 template <class T>
 std::uint32_t HashString(const StringBase<T>* text) {
     std::uint32_t h = 0;
@@ -22,8 +22,8 @@ std::uint32_t HashString(const StringBase<T>* text) {
     return h;
 }
 
-/// Two strings are one key when they have as many characters and each compares equal, by the
-/// `compare` of the first when it is `bitwise` as strings are and has one, else by itself.
+// Two strings are one key when they have as many characters and each compares equal, by the
+// `compare` of the first when it is `bitwise` as strings are and has one, else by itself.
 template <class T>
 struct HashKeys<StringBase<T>> {
     static bool Equal(const StringBase<T>& first, const StringBase<T>& second) {

@@ -121,8 +121,8 @@ void StringBase<T>::Tokenize(Array<StringBase>& result, const Array<StringBase>*
     if (rest < count || keepEmpty) AppendField(result, empty, rest, count, quote);
 }
 
-// Appends the characters from `from` up to `to`, quote characters removed. `empty` has the
-// settings.
+// Appends the characters from `from` up to `to`, quote characters removed. `empty`
+// has the settings.
 template <class T>
 void StringBase<T>::AppendField(Array<StringBase>& result, const StringBase& empty,
                                 std::uint32_t from, std::uint32_t to, std::int32_t quote) const {

@@ -1,5 +1,5 @@
-// The wildcard match of the host. In a file of its own, so that other users of strings need no
-// host.
+// The wildcard match of the host. In a file of its own, so that other users of strings
+// need no host.
 #include <adesk.h>
 
 #include <acutads.h>

@@ -19,7 +19,7 @@ class Vector : public Container<T> {
     virtual std::int32_t Find(const T& item) const = 0;
     virtual std::uint32_t Count(const T& item) const = 0;
     virtual void Sort() = 0;
-    /// Sort(), then MakeUnique().
+    // Sort(), then MakeUnique().
     virtual void SortUnique() {
         Sort();
         MakeUnique();

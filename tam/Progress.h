@@ -10,10 +10,10 @@ namespace TamLib {
 
 class ProgressDLG;
 
-/// The dialog that long operations poll; not owned. Null at first.
+// The dialog that long operations poll; not owned. Null at first.
 extern ProgressDLG* gProgress;
 
-/// What the dialog offers, set by its source; all null until then.
+// What the dialog offers, set by its source; all null until then.
 struct ProgressOperations {
     bool (*isSuppressed)(const ProgressDLG* dialog);
     void (*setPos)(ProgressDLG* dialog, float percent);
@@ -21,12 +21,11 @@ struct ProgressOperations {
 };
 extern ProgressOperations progressOperations;
 
-/// Whether there is a dialog and it is not suppressed.
+// Whether there is a dialog and it is not suppressed.
 bool ShowsProgress();
-/// Tells the dialog the position, 0 to 100, when there is one to be told.
+// Tells the dialog the position, 0 to 100, when there is one to be told.
 void TellProgress(float percent);
-/// Whether the user has cancelled; false when no dialog is to be asked. Pumps the dialog's
-/// messages.
+// Whether the user has cancelled; false when no dialog is to be asked. Pumps the dialog's messages.
 bool ProgressCancelled();
 
 }  // namespace TamLib

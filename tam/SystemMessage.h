@@ -5,8 +5,8 @@
 
 namespace TamLib {
 
-/// The text of an error code in the language of the process, on one line: line breaks are taken
-/// out. Empty when the system has none. It takes no memory of the library's.
+// The text of an error code in the language of the process, on one line: line breaks are taken out.
+// Empty when the system has none. It takes no memory of the library's.
 class SystemMessage {
   public:
     explicit SystemMessage(std::uint32_t code);

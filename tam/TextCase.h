@@ -27,7 +27,7 @@ constexpr bool Between(std::uint32_t code, std::uint32_t first, std::uint32_t la
     return code >= first && code <= last;
 }
 
-/// The lower case of a capital letter by its Unicode number; any other number as it is.
+// The lower case of a capital letter by its Unicode number; any other number as it is.
 constexpr std::uint32_t LowerOfCapital(std::uint32_t code) {
     const bool even = code % 2 == 0;
     if (Between(code, 'A', 'Z')) return code + 0x20;
@@ -75,13 +75,13 @@ inline constexpr Table upperTable = MakeUpper();
 }  // namespace text_case
 
 // NOLINTBEGIN(bugprone-signed-char-misuse): a wide character above the table is no letter, sign or not
-/// The lower case of a wide character, or the character itself when it has none.
+// The lower case of a wide character, or the character itself when it has none.
 constexpr wchar_t LowerChar(wchar_t c) {
     const auto code = static_cast<std::uint32_t>(c);
     return code < text_case::tableSize ? static_cast<wchar_t>(text_case::lowerTable[code]) : c;
 }
 
-/// The upper case of a wide character, or the character itself when it has none.
+// The upper case of a wide character, or the character itself when it has none.
 constexpr wchar_t UpperChar(wchar_t c) {
     const auto code = static_cast<std::uint32_t>(c);
     return code < text_case::tableSize ? static_cast<wchar_t>(text_case::upperTable[code]) : c;
@@ -89,7 +89,7 @@ constexpr wchar_t UpperChar(wchar_t c) {
 
 // NOLINTEND(bugprone-signed-char-misuse)
 
-/// The upper case of a byte of Windows-1252.
+// The upper case of a byte of Windows-1252.
 constexpr char UpperChar(char c) {
     const auto code = static_cast<unsigned char>(c);
     const bool letter = (code >= 0xE0 && code <= 0xF6) || (code >= 0xF8 && code <= 0xFE);
@@ -98,7 +98,7 @@ constexpr char UpperChar(char c) {
     return code == 0xFF ? static_cast<char>(0x9F) : c;
 }
 
-/// The lower case of a byte of Windows-1252.
+// The lower case of a byte of Windows-1252.
 constexpr char LowerChar(char c) {
     const auto code = static_cast<unsigned char>(c);
     const bool letter = (code >= 0xC0 && code <= 0xD6) || (code >= 0xD8 && code <= 0xDE);
@@ -107,13 +107,13 @@ constexpr char LowerChar(char c) {
     return code == 0x9F ? static_cast<char>(0xFF) : c;
 }
 
-/// Whether the wide character is a letter, with or without case (tam/Letters.h).
+// Whether the wide character is a letter, with or without case (tam/Letters.h).
 inline bool IsAlpha(wchar_t c) {
     return text_case::IsLetter(static_cast<std::uint32_t>(c));
 }
 
-/// Whether the byte of Windows-1252 is a letter. Intended: those of the narrow map alone, so that
-/// sharp s and z with caron are none.
+// Whether the byte of Windows-1252 is a letter. Intended: those of the narrow map alone, so that
+// sharp s and z with caron are none.
 constexpr bool IsAlpha(char c) {
     return LowerChar(c) != c || UpperChar(c) != c;
 }

@@ -7,12 +7,12 @@
 
 namespace extension_record {
 
-/// What modules did since the last `Forget`, in order: "lists aside", "AfxInitExtensionModule",
-/// "CDynLinkLibrary", "AfxTermExtensionModule".
+// What modules did since the last `Forget`, in order: "lists aside", "AfxInitExtensionModule",
+// "CDynLinkLibrary", "AfxTermExtensionModule".
 const std::vector<std::string>& Steps();
 void Forget();
 
-/// Orders AfxInitExtensionModule to give FALSE, or not to any longer.
+// Orders AfxInitExtensionModule to give FALSE, or not to any longer.
 void RefuseInit(bool refuse);
 
 }  // namespace extension_record

@@ -5,7 +5,7 @@
 
 #include "afxstr.h"
 
-/// The root of the framework's classes.
+// The root of the framework's classes.
 class CObject {
   public:
     CObject() = default;

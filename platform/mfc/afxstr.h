@@ -25,7 +25,7 @@ class CStringT {
     using PCXSTR = const T*;
 
     CStringT() noexcept : text_(Nil()) {}
-    /// A null text gives an empty string.
+    // A null text gives an empty string.
     CStringT(const T* text)
         : CStringT(text, Length(text)) {}  // NOLINT(google-explicit-constructor)
     CStringT(const T* text, int length) : text_(Nil()) { Assign(text, length); }
@@ -49,27 +49,27 @@ class CStringT {
     void Empty() noexcept { *this = CStringT(); }
     const T* GetString() const noexcept { return text_; }
     operator const T*() const noexcept { return text_; }  // NOLINT(google-explicit-constructor)
-    /// The index is at most the length, where the terminator stands.
+    // The index is at most the length, where the terminator stands.
     T operator[](int index) const noexcept { return text_[index]; }
 
     CStringT& operator+=(const CStringT& other) { return Append(other.text_, other.GetLength()); }
     CStringT& operator+=(const T* text) { return Append(text, Length(text)); }
     CStringT& operator+=(T character) { return Append(&character, 1); }
 
-    /// Room for `length` characters and a terminator, of this string alone; followed by
-    /// ReleaseBuffer.
+    // Room for `length` characters and a terminator, of this string alone; followed by
+    // ReleaseBuffer.
     T* GetBuffer(int length = 0) {
         Own(length);
         return text_;
     }
-    /// Settles the length after a direct change; -1: up to the terminator.
+    // Settles the length after a direct change; -1: up to the terminator.
     void ReleaseBuffer(int length = -1) {
         if (Head()->references < 0) return;
         Head()->length = length < 0 ? Length(text_) : length;
         text_[Head()->length] = 0;
     }
 
-    /// Prints with the run-time's formats. A text that cannot be printed becomes empty.
+    // Prints with the run-time's formats. A text that cannot be printed becomes empty.
     void Format(const T* format, ...) {
         va_list arguments;
         va_start(arguments, format);
@@ -90,7 +90,7 @@ class CStringT {
         *this = std::move(printed);
     }
 
-    /// Negative, 0 or positive by the numbers of the characters.
+    // Negative, 0 or positive by the numbers of the characters.
     int Compare(const T* other) const noexcept {
         const T* a = text_;
         for (; *a != 0 && *a == *other; ++a) ++other;

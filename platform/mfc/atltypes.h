@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-/// A pixel: x to the right, y downwards.
+// A pixel: x to the right, y downwards.
 class CPoint : public POINT {
   public:
     CPoint() : POINT{0, 0} {}

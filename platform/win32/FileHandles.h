@@ -7,11 +7,11 @@
 
 namespace posix {
 
-/// A time of the system in units of 100 ns since 1601.
+// A time of the system in units of 100 ns since 1601.
 FILETIME WindowsTime(const timespec& time);
 FILETIME WindowsTime(ULONGLONG units);
 
-/// The attributes, times and size that a file has.
+// The attributes, times and size that a file has.
 template <class Data>
 void FillFileData(const struct stat& status, Data& data) {
     const bool folder = S_ISDIR(status.st_mode);
@@ -24,7 +24,7 @@ void FillFileData(const struct stat& status, Data& data) {
     data.nFileSizeLow = static_cast<DWORD>(size);
 }
 
-/// Whether the open handles allow the file at the path to be opened for this access and share.
+// Whether the open handles allow the file at the path to be opened for this access and share.
 bool SharingAllows(const char* path, DWORD access, DWORD share);
 
 }  // namespace posix

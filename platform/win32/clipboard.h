@@ -11,12 +11,12 @@ HGLOBAL GlobalFree(HGLOBAL memory);
 LPVOID GlobalLock(HGLOBAL memory);
 BOOL GlobalUnlock(HGLOBAL memory);
 
-/// FALSE (last error 5) when it is open already.
+// FALSE (last error 5) when it is open already.
 BOOL OpenClipboard(HWND owner);
 BOOL CloseClipboard();
 BOOL EmptyClipboard();
-/// Hands the memory over: it belongs to the clipboard afterwards. Only CF_UNICODETEXT is known.
-/// Null when the clipboard is not open (last error 1418); the memory stays the caller's then.
+// Hands the memory over: it belongs to the clipboard afterwards. Only CF_UNICODETEXT is known.
+// Null when the clipboard is not open (last error 1418); the memory stays the caller's then.
 HANDLE SetClipboardData(UINT format, HANDLE memory);
-/// What is there; it stays the clipboard's. Null when there is nothing.
+// What is there; it stays the clipboard's. Null when there is nothing.
 HANDLE GetClipboardData(UINT format);

@@ -35,7 +35,7 @@
 #define ERROR_CLIPBOARD_NOT_OPEN 1418u
 #define ERROR_RESOURCE_TYPE_NOT_FOUND 1813u
 
-/// The last error of the calling thread; 0 at its start.
+// The last error of the calling thread; 0 at its start.
 DWORD GetLastError();
 void SetLastError(DWORD code);
 
@@ -43,11 +43,11 @@ void SetLastError(DWORD code);
 #define FORMAT_MESSAGE_IGNORE_INSERTS 0x200u
 #define FORMAT_MESSAGE_FROM_SYSTEM 0x1000u
 
-/// The English text of an error of the system, ended by "\r\n". With the flag for allocating,
-/// `buffer` is the address of a pointer that takes a block to be freed by LocalFree. Only the
-/// system's table (FORMAT_MESSAGE_FROM_SYSTEM) is known. Returns the number of characters; 0 when
-/// the code is unknown (last error 317) or the buffer is too small (122), and a pointer to be
-/// filled is null then.
+// The English text of an error of the system, ended by "\r\n". With the flag for allocating,
+// `buffer` is the address of a pointer that takes a block to be freed by LocalFree. Only the
+// system's table (FORMAT_MESSAGE_FROM_SYSTEM) is known. Returns the number of characters; 0 when
+// the code is unknown (last error 317) or the buffer is too small (122), and a pointer to be
+// filled is null then.
 DWORD FormatMessageW(DWORD flags, LPCVOID source, DWORD code, DWORD language, LPWSTR buffer,
                      DWORD size, void* arguments);
 
@@ -55,17 +55,17 @@ DWORD FormatMessageW(DWORD flags, LPCVOID source, DWORD code, DWORD language, LP
 #define LMEM_MOVEABLE 0x2u
 #define LMEM_ZEROINIT 0x40u
 
-/// A block of memory; zeroed when LMEM_ZEROINIT is set. Null when there is none.
+// A block of memory; zeroed when LMEM_ZEROINIT is set. Null when there is none.
 HLOCAL LocalAlloc(UINT flags, SIZE_T bytes);
-/// Frees the block and gives null; null is allowed.
+// Frees the block and gives null; null is allowed.
 HLOCAL LocalFree(HLOCAL block);
 LPVOID LocalLock(HLOCAL block);
 BOOL LocalUnlock(HLOCAL block);
 
 struct MEMORYSTATUS {
     DWORD dwLength;
-    DWORD dwMemoryLoad;  ///< percent in use
-    SIZE_T dwTotalPhys;  ///< this and the following in bytes
+    DWORD dwMemoryLoad;  // percent in use
+    SIZE_T dwTotalPhys;  // this and the following in bytes
     SIZE_T dwAvailPhys;
     SIZE_T dwTotalPageFile;
     SIZE_T dwAvailPageFile;
@@ -73,10 +73,10 @@ struct MEMORYSTATUS {
     SIZE_T dwAvailVirtual;
 };
 
-/// The memory of the machine and of this process, from /proc; figures that cannot be read are 0.
+// The memory of the machine and of this process, from /proc; figures that cannot be read are 0.
 void GlobalMemoryStatus(MEMORYSTATUS* status);
 
-/// Text for a debugger. It goes to the record of `Headless.h`.
+// Text for a debugger. It goes to the record of `Headless.h`.
 void OutputDebugStringW(LPCWSTR text);
 
 #define DLL_PROCESS_DETACH 0u
@@ -87,6 +87,6 @@ void OutputDebugStringW(LPCWSTR text);
 #define GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT 0x2u
 #define GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS 0x4u
 
-/// The module that an address lies in: its place in memory. Only the form with both flags is known;
-/// any other, and an address of no module, gives FALSE (last error 87 or 126) and null.
+// The module that an address lies in: its place in memory. Only the form with both flags is known;
+// any other, and an address of no module, gives FALSE (last error 87 or 126) and null.
 BOOL GetModuleHandleExW(DWORD flags, LPCWSTR addressOrName, HMODULE* module);

@@ -21,17 +21,17 @@ struct MSG {
     POINT pt;
 };
 
-/// Puts a message behind those that wait for the calling thread; for null, a message of no window.
+// Puts a message behind those that wait for the calling thread; for null, a message of no window.
 BOOL PostMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-/// The same for another thread by its number. A number that no thread has is not noticed.
+// The same for another thread by its number. A number that no thread has is not noticed.
 BOOL PostThreadMessageW(DWORD thread, UINT message, WPARAM wParam, LPARAM lParam);
-/// The first message that waits for this thread, for `window` alone unless that is null, and with a
-/// number from `first` to `last` unless both are 0; PM_REMOVE takes it away. FALSE when none waits.
+// The first message that waits for this thread, for `window` alone unless that is null, and with a
+// number from `first` to `last` unless both are 0; PM_REMOVE takes it away. FALSE when none waits.
 BOOL PeekMessageW(MSG* message, HWND window, UINT first, UINT last, UINT remove);
-/// Nothing to translate: FALSE.
+// Nothing to translate: FALSE.
 BOOL TranslateMessage(const MSG* message);
-/// Calls the procedure of the message's window; 0 when it has none.
+// Calls the procedure of the message's window; 0 when it has none.
 LRESULT DispatchMessageW(const MSG* message);
-/// Replaces the procedure of a window (GWLP_WNDPROC, the only index known); the one before, 0 when
-/// it had none.
+// Replaces the procedure of a window (GWLP_WNDPROC, the only index known); the one before, 0 when
+// it had none.
 LONG_PTR SetWindowLongPtrW(HWND window, int index, LONG_PTR value);

@@ -49,40 +49,40 @@ using PHKEY = HKEY*;
 // handle's access does not allow or cannot be written, 6 for no handle, 87 for a name that is too
 // long (a key's 255 characters, a value's 16383).
 
-/// Opens a key below another; the key itself for a null or empty `subkey`. HKEY_DYN_DATA never
-/// opens.
+// Opens a key below another; the key itself for a null or empty `subkey`. HKEY_DYN_DATA never
+// opens.
 LSTATUS RegOpenKeyExW(HKEY key, LPCWSTR subkey, DWORD options, REGSAM access, PHKEY result);
-/// Opens a key, making it and those on the way if need be. What the machine tells about itself
-/// (HKEY_LOCAL_MACHINE\HARDWARE) is refused.
+// Opens a key, making it and those on the way if need be. What the machine tells about itself
+// (HKEY_LOCAL_MACHINE\HARDWARE) is refused.
 LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR subkey, DWORD reserved, LPWSTR keyClass, DWORD options,
                         REGSAM access, const struct SECURITY_ATTRIBUTES* security, PHKEY result,
                         LPDWORD disposition);
-/// The same with every access.
+// The same with every access.
 LSTATUS RegCreateKeyW(HKEY key, LPCWSTR subkey, PHKEY result);
 LSTATUS RegCloseKey(HKEY key);
 
-/// Stores `size` bytes; a null name is the key's default value. A terminator that stands right
-/// behind the text is stored too.
+// Stores `size` bytes; a null name is the key's default value. A terminator that stands right
+// behind the text is stored too.
 LSTATUS RegSetValueExW(HKEY key, LPCWSTR name, DWORD reserved, DWORD type, const BYTE* data,
                        DWORD size);
-/// Type and data of a value. With too small a buffer 234, and `size` is the size it needs; with a
-/// null buffer 0.
+// Type and data of a value. With too small a buffer 234, and `size` is the size it needs; with a
+// null buffer 0.
 LSTATUS RegQueryValueExW(HKEY key, LPCWSTR name, LPDWORD reserved, LPDWORD type, LPBYTE data,
                          LPDWORD size);
 LSTATUS RegDeleteValueW(HKEY key, LPCWSTR name);
-/// Deletes a key below another with all that is in it.
+// Deletes a key below another with all that is in it.
 LSTATUS RegDeleteTreeW(HKEY key, LPCWSTR subkey);
 
-/// Numbers of keys and values, the length of the longest name of each without terminator, and the
-/// size of the largest data. Any pointer may be null.
+// Numbers of keys and values, the length of the longest name of each without terminator, and the
+// size of the largest data. Any pointer may be null.
 LSTATUS RegQueryInfoKeyW(HKEY key, LPWSTR keyClass, LPDWORD classSize, LPDWORD reserved,
                          LPDWORD keys, LPDWORD longestKey, LPDWORD longestClass, LPDWORD values,
                          LPDWORD longestValue, LPDWORD largestData, LPDWORD securitySize,
                          FILETIME* written);
-/// The name at an index. `size` is the room with a terminator, and then the length without; 234
-/// when it is too small, 259 behind the last.
+// The name at an index. `size` is the room with a terminator, and then the length without; 234
+// when it is too small, 259 behind the last.
 LSTATUS RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, LPDWORD size, LPDWORD reserved,
                       LPWSTR keyClass, LPDWORD classSize, FILETIME* written);
-/// The same of a value; its data are not given here.
+// The same of a value; its data are not given here.
 LSTATUS RegEnumValueW(HKEY key, DWORD index, LPWSTR name, LPDWORD size, LPDWORD reserved,
                       LPDWORD type, LPBYTE data, LPDWORD dataSize);

@@ -6,5 +6,5 @@
 #define SM_CXSCREEN 0
 #define SM_CYSCREEN 1
 
-/// Width and height of the screen; 0 for any other fact.
+// Width and height of the screen; 0 for any other fact.
 int GetSystemMetrics(int index);

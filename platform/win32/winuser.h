@@ -20,7 +20,7 @@
 #define MB_ICONEXCLAMATION 0x30u
 #define MB_ICONINFORMATION 0x40u
 
-/// Records the box and gives the answer that `Headless.h` has been told, IDOK if none.
+// Records the box and gives the answer that `Headless.h` has been told, IDOK if none.
 int MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR title, UINT type);
 #define MessageBox MessageBoxW
 #define MessageBoxEx MessageBoxExW
@@ -30,21 +30,21 @@ int MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR title, UINT type);
 #define WS_CHILD 0x40000000u
 #define WS_VISIBLE 0x10000000u
 
-/// Makes a window that is never shown. `className` has to be given: null
-/// or an empty name is refused (null, last error 1407). The other arguments are accepted.
+// Makes a window that is never shown. `className` has to be given: null
+// or an empty name is refused (null, last error 1407). The other arguments are accepted.
 HWND CreateWindowExW(DWORD extendedStyle, LPCWSTR className, LPCWSTR title, DWORD style, int x,
                      int y, int width, int height, HWND parent, HMENU menuOrId, HINSTANCE instance,
                      LPVOID parameter);
-/// FALSE (last error 1400) when it is no window. The focus goes with the window.
+// FALSE (last error 1400) when it is no window. The focus goes with the window.
 BOOL DestroyWindow(HWND window);
 BOOL IsWindow(HWND window);
 
-/// Gives the focus to the window, or takes it away for null; the window that had it, null when none
-/// had or `window` is no window (last error 1400). Each call is recorded in `Headless.h`.
+// Gives the focus to the window, or takes it away for null; the window that had it, null when none
+// had or `window` is no window (last error 1400). Each call is recorded in `Headless.h`.
 HWND SetFocus(HWND window);
 HWND GetFocus();
 
-/// Copies the text of a string resource with a terminator, cut to `size` - 1 characters, and gives
-/// the number of characters copied; 0, with an empty text, when the module has no such resource.
-/// Modules have no resources here but those that `Headless.h` has been told.
+// Copies the text of a string resource with a terminator, cut to `size` - 1 characters, and gives
+// the number of characters copied; 0, with an empty text, when the module has no such resource.
+// Modules have no resources here but those that `Headless.h` has been told.
 int LoadStringW(HINSTANCE module, UINT id, LPWSTR buffer, int size);

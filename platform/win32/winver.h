@@ -9,9 +9,9 @@ struct OSVERSIONINFOW {
     DWORD dwMinorVersion;
     DWORD dwBuildNumber;
     DWORD dwPlatformId;
-    WCHAR szCSDVersion[128];  ///< the service pack
+    WCHAR szCSDVersion[128];  // the service pack
 };
-/// FALSE (last error 122) when the record's size is not set.
+// FALSE (last error 122) when the record's size is not set.
 BOOL GetVersionExW(OSVERSIONINFOW* version);
 
 #define PROCESSOR_ARCHITECTURE_INTEL 0
@@ -22,7 +22,7 @@ BOOL GetVersionExW(OSVERSIONINFOW* version);
 struct SYSTEM_INFO {
     WORD wProcessorArchitecture;
 };
-/// The architecture of the system, not of the program. Nothing else is told.
+// The architecture of the system, not of the program. Nothing else is told.
 void GetNativeSystemInfo(SYSTEM_INFO* information);
 
 struct VS_FIXEDFILEINFO {
@@ -40,8 +40,8 @@ struct VS_FIXEDFILEINFO {
     DWORD dwFileDateMS;
     DWORD dwFileDateLS;
 };
-/// The size of a file's version resource; 0 (last error 1813, or 2 for no file) when it has none.
+// The size of a file's version resource; 0 (last error 1813, or 2 for no file) when it has none.
 DWORD GetFileVersionInfoSizeW(LPCWSTR path, LPDWORD ignored);
 BOOL GetFileVersionInfoW(LPCWSTR path, DWORD ignored, DWORD size, LPVOID block);
-/// The fixed part ("\") of a resource; FALSE for any other.
+// The fixed part ("\") of a resource; FALSE for any other.
 BOOL VerQueryValueW(LPCVOID block, LPCWSTR part, LPVOID* value, UINT* size);

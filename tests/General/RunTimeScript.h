@@ -15,14 +15,14 @@ struct Script {
     std::function<std::clock_t()> clock;
 };
 
-/// What holds now; functions that are not set are the real ones.
+// What holds now; functions that are not set are the real ones.
 extern Script script;
 
-/// The real calls, for a script that only watches.
+// The real calls, for a script that only watches.
 std::size_t Read(void* block, std::size_t bytes, std::FILE* stream);
 std::size_t Write(const void* block, std::size_t bytes, std::FILE* stream);
 
-/// Follows a script while it lives.
+// Follows a script while it lives.
 class Following {
   public:
     explicit Following(Script followed) { script = std::move(followed); }

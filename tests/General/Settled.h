@@ -13,7 +13,7 @@
 
 namespace settled {
 
-/// Clocks that stand where they are put.
+// Clocks that stand where they are put.
 struct Clocks {
     DWORD milliseconds = 0;
     LONGLONG counter = 0;
@@ -22,7 +22,7 @@ struct Clocks {
     ULONGLONG kernelTime = 0;
     std::int64_t seconds = 0;  // since 1970
 
-    /// Real time goes on on every clock, and processor time with it.
+    // Real time goes on on every clock, and processor time with it.
     void Advance(DWORD realMilliseconds, ULONGLONG userUnits = 0, ULONGLONG kernelUnits = 0) {
         milliseconds += realMilliseconds;
         counter += frequency / 1000 * realMilliseconds;
@@ -31,7 +31,7 @@ struct Clocks {
     }
 };
 
-/// All clocks are settled while it lives; changes count after Show.
+// All clocks are settled while it lives; changes count after Show.
 class Clock : public Clocks {
   public:
     Clock() { Show(); }
@@ -40,14 +40,14 @@ class Clock : public Clocks {
     Clock(const Clock&) = delete;
     Clock& operator=(const Clock&) = delete;
     void Show() const;
-    /// Advance and Show.
+    // Advance and Show.
     void Go(DWORD realMilliseconds, ULONGLONG userUnits = 0, ULONGLONG kernelUnits = 0) {
         Advance(realMilliseconds, userUnits, kernelUnits);
         Show();
     }
 };
 
-/// While it lives the n-th call of a function (from 1), and `more` behind it, fail with a code.
+// While it lives the n-th call of a function (from 1), and `more` behind it, fail with a code.
 class FailingCall {
   public:
     explicit FailingCall(const std::string& function, int n = 1, DWORD code = ERROR_ACCESS_DENIED,
@@ -57,7 +57,7 @@ class FailingCall {
     FailingCall& operator=(const FailingCall&) = delete;
 };
 
-/// What the system tells of itself while it lives.
+// What the system tells of itself while it lives.
 class Windows {
   public:
     Windows(DWORD platform, DWORD major, DWORD minor, DWORD build, const wchar_t* servicePack,
@@ -67,7 +67,7 @@ class Windows {
     Windows& operator=(const Windows&) = delete;
 };
 
-/// The name of the first processor in the registry while it lives.
+// The name of the first processor in the registry while it lives.
 class ProcessorName {
   public:
     explicit ProcessorName(const std::string& name);
@@ -76,7 +76,7 @@ class ProcessorName {
     ProcessorName& operator=(const ProcessorName&) = delete;
 };
 
-/// The path of every module while it lives.
+// The path of every module while it lives.
 class ModulePath {
   public:
     explicit ModulePath(const std::wstring& path);
@@ -85,7 +85,7 @@ class ModulePath {
     ModulePath& operator=(const ModulePath&) = delete;
 };
 
-/// "GetProcessId" cannot be found in kernel32.dll while it lives.
+// "GetProcessId" cannot be found in kernel32.dll while it lives.
 class NoGetProcessId {
   public:
     NoGetProcessId();
@@ -94,21 +94,21 @@ class NoGetProcessId {
     NoGetProcessId& operator=(const NoGetProcessId&) = delete;
 };
 
-/// Nothing is opened while it lives; each call is answered and kept as "<verb> <file>".
+// Nothing is opened while it lives; each call is answered and kept as "<verb> <file>".
 class Shell {
   public:
     explicit Shell(int answer);
     ~Shell();
     Shell(const Shell&) = delete;
     Shell& operator=(const Shell&) = delete;
-    /// The calls since it was made.
+    // The calls since it was made.
     std::vector<std::wstring> Calls() const;
 
   private:
     std::size_t before_ = 0;
 };
 
-/// Sets an environment variable, or takes it away, and puts it back at the end.
+// Sets an environment variable, or takes it away, and puts it back at the end.
 class Variable {
   public:
     Variable(const std::string& name, const std::optional<std::wstring>& value);

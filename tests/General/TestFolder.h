@@ -44,7 +44,7 @@ inline std::wstring ToWide(const fs::path& path) {
 #endif
 }
 
-/// A path as the standard library takes it; "\" separates in every build.
+// A path as the standard library takes it; "\" separates in every build.
 inline fs::path Path(std::wstring text) {
     for (wchar_t& c : text) {
         if (c == L'\\') c = L'/';
@@ -61,7 +61,7 @@ inline void WriteBytes(const fs::path& file, const std::string& bytes) {
     std::ofstream(file, std::ios::binary) << bytes;
 }
 
-/// A fresh empty folder, removed with everything in it at the end.
+// A fresh empty folder, removed with everything in it at the end.
 class Folder {
   public:
     Folder() {
@@ -81,7 +81,7 @@ class Folder {
     const fs::path& Disk() const { return path_; }
     fs::path operator/(const fs::path& name) const { return path_ / name; }
     std::wstring Wide() const { return ToWide(path_); }
-    /// The path of a name in it, with "\" between.
+    // The path of a name in it, with "\" between.
     std::wstring Wide(const std::wstring& name) const { return Wide() + L"\\" + name; }
 
   private:

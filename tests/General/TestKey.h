@@ -26,7 +26,7 @@ class Key {
     const char* Narrow() const { return narrow_.c_str(); }
     std::wstring Wide() const { return std::wstring(narrow_.begin(), narrow_.end()); }
 
-    /// Stores a value past the library; `characters` of a text are wide, one for two bytes.
+    // Stores a value past the library; `characters` of a text are wide, one for two bytes.
     void Put(const std::wstring& name, DWORD type, const void* data, DWORD size) const {
         HKEY key = nullptr;
         RegCreateKeyW(HKEY_CURRENT_USER, Wide().c_str(), &key);
@@ -37,7 +37,7 @@ class Key {
         Put(name, type, text.c_str(), static_cast<DWORD>(2 * text.size()));
     }
 
-    /// The type and the number of bytes that a value has; {-1, 0} when there is none.
+    // The type and the number of bytes that a value has; {-1, 0} when there is none.
     std::pair<int, DWORD> Stored(const std::wstring& name) const {
         HKEY key = nullptr;
         DWORD type = 0;

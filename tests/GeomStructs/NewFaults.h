@@ -11,9 +11,9 @@ class NewFaults {
     NewFaults(const NewFaults&) = delete;
     NewFaults& operator=(const NewFaults&) = delete;
 
-    /// The n-th request from now on fails, once.
+    // The n-th request from now on fails, once.
     static void Fail(int n);
-    /// Requests since the last Fail, or since the beginning.
+    // Requests since the last Fail, or since the beginning.
     static int Passed();
 };
 

@@ -15,7 +15,7 @@ namespace test {
 
 enum class Request { any, allocate, reallocate, allocateArray };
 
-/// What MemoryFaults counts and refuses; plain functions of the run-time's form have to reach it.
+// What MemoryFaults counts and refuses; plain functions of the run-time's form have to reach it.
 struct FaultState {
     Request kind = Request::any;
     int first = 0;
@@ -26,7 +26,7 @@ struct FaultState {
     std::size_t lastSize = 0;
 };
 
-/// Counts all requests and blocks, and refuses those that it is told to. One at a time.
+// Counts all requests and blocks, and refuses those that it is told to. One at a time.
 class MemoryFaults {
   public:
     MemoryFaults() : before_(TamLib::runTimeMemory) {
@@ -37,20 +37,20 @@ class MemoryFaults {
     MemoryFaults(const MemoryFaults&) = delete;
     MemoryFaults& operator=(const MemoryFaults&) = delete;
 
-    /// The n-th request of the kind from now on fails, and `more` after it.
+    // The n-th request of the kind from now on fails, and `more` after it.
     void Fail(Request kind, int n, int more = 0) {
         state.kind = kind;
         state.first = n;
         state.last = n + more;
         state.passed = 0;
     }
-    /// Requests of the armed kind since Fail; of any kind when nothing was armed.
+    // Requests of the armed kind since Fail; of any kind when nothing was armed.
     static int Passed() { return state.passed; }
-    /// All requests since the beginning.
+    // All requests since the beginning.
     static int Requests() { return state.requests; }
-    /// Blocks taken and not given back.
+    // Blocks taken and not given back.
     static int Live() { return state.live; }
-    /// The size of the last request in bytes.
+    // The size of the last request in bytes.
     static std::size_t LastSize() { return state.lastSize; }
 
   private:
@@ -90,7 +90,7 @@ class MemoryFaults {
     TamLib::RunTimeMemory before_;
 };
 
-/// What an operation raised: class, line, source name, the text before the memory report.
+// What an operation raised: class, line, source name, the text before the memory report.
 struct Raised {
     std::string type;
     int line = 0;
@@ -113,8 +113,8 @@ Raised Catch(Operation operation) {
     return {"nothing", 0, L"", L""};
 }
 
-/// The raise is an exhausted memory whose message begins with `text`, followed at once by the
-/// report.
+// The raise is an exhausted memory whose message begins with `text`, followed at once by the
+// report.
 inline void ExpectNoMemory(const Raised& raised, const std::wstring& text, int line,
                            const std::wstring& file) {
     EXPECT_EQ(raised.type, "TamExpNoMem");

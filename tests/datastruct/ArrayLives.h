@@ -39,7 +39,7 @@ class Life {
         return (first->Value() > second->Value()) - (first->Value() < second->Value());
     }
 
-    /// Before a test: nothing lives, nothing went wrong.
+    // Before a test: nothing lives, nothing went wrong.
     static void Start() {
         living.clear();
         errors = 0;

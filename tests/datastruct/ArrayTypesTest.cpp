@@ -26,7 +26,7 @@ int Same(int number) {
     return number;
 }
 
-/// The element with the number 0 or 1, by type.
+// The element with the number 0 or 1, by type.
 template <class T>
 T Made(int number) {
     return static_cast<T>(number);

@@ -10,7 +10,7 @@
 
 namespace test {
 
-/// A key that is compared and a mark that tells equal elements apart.
+// A key that is compared and a mark that tells equal elements apart.
 struct Marked {
     int key;
     int mark;
@@ -19,7 +19,7 @@ struct Marked {
     }
 };
 
-/// The same as an object of more bytes than sorting copies about.
+// The same as an object of more bytes than sorting copies about.
 struct MarkedLarge {
     int key;
     int mark;
@@ -102,7 +102,7 @@ class PlainQuickSort {
     std::function<int()> random_;
 };
 
-/// A sorted run and the slots of the block it stands in.
+// A sorted run and the slots of the block it stands in.
 template <class T>
 struct PlainRun {
     std::vector<T> kept;
@@ -175,7 +175,7 @@ class PlainMergeSort {
     std::function<bool(const T*)> filter_;
 };
 
-/// Calls `visit` with each sequence of up to `longest` numbers below `letters`.
+// Calls `visit` with each sequence of up to `longest` numbers below `letters`.
 template <class Visit>
 void ForEachSequence(int longest, int letters, Visit visit) {
     for (int n = 0; n <= longest; ++n) {

@@ -15,11 +15,11 @@
 
 namespace substitute {
 
-/// Every call so far, in order, such as "unlockApplication 7" (the packet as a number).
+// Every call so far, in order, such as "unlockApplication 7" (the packet as a number).
 std::vector<std::string>& Journal();
 void Note(const std::string& call);
 
-/// A packet that the journal shows as `number`.
+// A packet that the journal shows as `number`.
 void* Packet(std::uintptr_t number);
 
 struct AddedCommand {
@@ -33,19 +33,19 @@ struct AddedCommand {
     void* resources;
     AcEdCommand** result;
 };
-/// What came to addCommand, in order.
+// What came to addCommand, in order.
 std::vector<AddedCommand>& AddedCommands();
 
-/// Status that addCommand and removeCmd give.
+// Status that addCommand and removeCmd give.
 extern Acad::ErrorStatus commandStatus;
 
-/// What acedGetFunCode gives.
+// What acedGetFunCode gives.
 extern int functionCode;
 
-/// The window that acedGetAcadFrame gives, or null.
+// The window that acedGetAcadFrame gives, or null.
 extern CMDIFrameWnd* frame;
 
-/// A class descriptor that deleteAcRxClass only writes down.
+// A class descriptor that deleteAcRxClass only writes down.
 AcRxClass* MakeClass(const std::wstring& name, const std::wstring& parent);
 
 // The tables of the module under test.
@@ -53,7 +53,7 @@ extern ArxCustomClassTable customClasses;
 extern ArxCommandTable commands;
 extern ArxAdsSymbolTable adsSymbols;
 
-/// Everything as at the start: empty journal and tables, packets and codes.
+// Everything as at the start: empty journal and tables, packets and codes.
 void Reset();
 
 }  // namespace substitute
