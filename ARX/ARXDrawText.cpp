@@ -10,7 +10,7 @@
 namespace TamLib {
 namespace {
 
-constexpr std::uint32_t invertedBackground = 0xFFFFFFFFu;
+constexpr std::uint32_t kInvertedBackground = 0xFFFFFFFFu;
 
 std::uint32_t InvertedBackground() {
     AcColorSettings colours{};
@@ -78,16 +78,17 @@ void ARXDrawText(const Point3d& point, std::uint32_t foreground, std::uint32_t b
     const HDC context = window.Get();
     if (context == nullptr) return;
     ::SetTextColor(
-        context, foreground == invertedBackground ? InvertedBackground() & 0xFFFFFFu : foreground);
-    ::SetBkColor(context, background == invertedBackground ? InvertedBackground() : background);
+        context, foreground == kInvertedBackground ? InvertedBackground() & 0xFFFFFFu : foreground);
+    ::SetBkColor(context, background == kInvertedBackground ? InvertedBackground() : background);
     ::SetBkMode(context, transparent ? TRANSPARENT : OPAQUE);
     const SelectedFont selected(context, font, height);
     ::TextOutW(context, pixel.x, pixel.y, text.Data(), static_cast<int>(text.count));
 }
 
 void ShowTextAt(const Point3d& point, const wchar_t* text) {
-    constexpr double pixels = 12.0;
-    ARXDrawText(point, invertedBackground, invertedBackground, true, pixels, nullptr, L"%s", text);
+    constexpr double kPixels = 12.0;
+    ARXDrawText(point, kInvertedBackground, kInvertedBackground, true, kPixels, nullptr, L"%s",
+                text);
 }
 
 }  // namespace TamLib

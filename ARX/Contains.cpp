@@ -15,7 +15,7 @@ namespace {
 
 constexpr const wchar_t* kSource = L"ARX/Contains";
 
-// The lines that the exceptions tell.
+// The lines that the exceptions report.
 struct RaiseLines {
     std::int32_t stretchPoints;
     std::int32_t polyline;

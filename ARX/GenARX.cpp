@@ -23,8 +23,8 @@ namespace {
 
 constexpr const wchar_t* source = L"ARX/GenARX";
 
-// The line that a failed allocation of a layer is told with.
-constexpr int addLayerLine = 797;
+// The line that a failed allocation of a layer reports.
+constexpr int kAddLayerLine = 797;
 
 AcDbDatabase* OrWorking(AcDbDatabase* database) {
     return database != nullptr ? database : acdbHostApplicationServices()->workingDatabase();
@@ -85,7 +85,7 @@ bool ARXAddLayer(const wchar_t* name, AcDbDatabase* database) {
     if (name == nullptr || table == nullptr || table->has(name)) return false;
     std::unique_ptr<AcDbLayerTableRecord> layer(new AcDbLayerTableRecord);
     if (layer == nullptr)
-        throw TamExpAcad(L"Allocation of layerTableRecord failed", addLayerLine, source);
+        throw TamExpAcad(L"Allocation of layerTableRecord failed", kAddLayerLine, source);
     wchar_t wanted[512];
     CopyLimited(wanted, name, 512);
     RaiseCode(wanted);

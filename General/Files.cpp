@@ -58,13 +58,13 @@ std::int32_t CopyBlocks(std::FILE* from, std::FILE* to, std::int64_t& copied) {
         const std::size_t length = std::fread(block, 1, sizeof block, from);
         if (length == 0) {
             const int error = std::ferror(from);
-            return error != 0 ? error | copyRead : 0;
+            return error != 0 ? error | kCopyRead : 0;
         }
         for (std::size_t done = 0; done < length;) {
             const std::size_t written = std::fwrite(block + done, 1, length - done, to);
             // Intended: the error looked at is the source's, so that a full target is tried again.
             const int error = written == 0 ? std::ferror(from) : 0;
-            if (error != 0) return error | copyWrite;
+            if (error != 0) return error | kCopyWrite;
             done += written;
         }
         copied += static_cast<std::int64_t>(length);
@@ -93,7 +93,7 @@ std::int32_t CompareFileTimes(const wchar_t* first, const wchar_t* second, std::
                               std::int64_t* secondTime) {
     Status firstStatus{};
     Status secondStatus{};
-    if (!Look(first, firstStatus) || !Look(second, secondStatus)) return fileTimesUnknown;
+    if (!Look(first, firstStatus) || !Look(second, secondStatus)) return kFileTimesUnknown;
     if (firstTime != nullptr) *firstTime = firstStatus.st_mtime;
     if (secondTime != nullptr) *secondTime = secondStatus.st_mtime;
     return firstStatus.st_mtime > secondStatus.st_mtime ? 1 : 0;
@@ -121,14 +121,14 @@ std::int32_t CopyFileBytes(const wchar_t* source, const wchar_t* target, std::in
     std::int64_t unasked = 0;
     std::int64_t& count = copied != nullptr ? *copied : unasked;
     count = 0;
-    if (CanBeOpened(target) && IsSameFile(source, target) == 1) return copyOntoItself;
+    if (CanBeOpened(target) && IsSameFile(source, target) == 1) return kCopyOntoItself;
     std::FILE* const from = _wfopen(TextOf(source), L"rb");
-    if (from == nullptr) return errno | copyOpenSource;
+    if (from == nullptr) return errno | kCopyOpenSource;
     std::FILE* const to = _wfopen(TextOf(target), L"wb");
     if (to == nullptr) {
         const int error = errno;
         std::fclose(from);
-        return error | copyOpenTarget;
+        return error | kCopyOpenTarget;
     }
     const std::int32_t code = CopyBlocks(from, to, count);
     std::fclose(from);

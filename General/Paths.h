@@ -13,12 +13,12 @@ constexpr bool IsPathSeparator(wchar_t character) {
     return character == L'/' || character == L'\\' || character == L':';
 }
 
-// The file of the running program. Empty when the system does not tell it, or when it does not fit
+// The file of the running program. Empty when the system does not give it, or when it does not fit
 // into 512 characters with its terminator.
 StringBase<wchar_t> ProgramPath();
 
 // The file of the module that holds this code, which is the program's own file when the library is
-// part of it. Empty when the system does not tell it, or when it does not fit into 260 characters
+// part of it. Empty when the system does not give it, or when it does not fit into 260 characters
 // with its terminator.
 StringBase<wchar_t> ModulePath();
 

@@ -9,15 +9,15 @@
 namespace TamLib {
 namespace {
 
-constexpr double unitsPerSecond = 1e7;  // processor times come in units of 100 ns
+constexpr double kUnitsPerSecond = 1e7;  // processor times come in units of 100 ns
 
 // The number without its fraction; what does not fit becomes the nearest limit, no number 0.
 template <class Integer>
 Integer Truncated(double number) {
-    constexpr auto least = std::numeric_limits<Integer>::min();
+    constexpr auto kLeast = std::numeric_limits<Integer>::min();
     if (std::isnan(number)) return 0;
-    if (number < static_cast<double>(least)) return least;
-    if (number >= -static_cast<double>(least)) return std::numeric_limits<Integer>::max();
+    if (number < static_cast<double>(kLeast)) return kLeast;
+    if (number >= -static_cast<double>(kLeast)) return std::numeric_limits<Integer>::max();
     return static_cast<Integer>(number);
 }
 
@@ -39,14 +39,14 @@ double CounterFrequency() {
 
 double Seconds(const FILETIME& time) {
     const ULONGLONG units = static_cast<ULONGLONG>(time.dwHighDateTime) << 32 | time.dwLowDateTime;
-    return static_cast<double>(units) / unitsPerSecond;
+    return static_cast<double>(units) / kUnitsPerSecond;
 }
 
-// User time by the run-time's processor clock, for a system that does not tell it. A tick of the
+// User time by the run-time's processor clock, for a system that does not give it. A tick of the
 // clock is so many units; 10000 on Windows.
 double ClockSeconds() {
-    constexpr std::int64_t unitsPerTick = 10000000 / CLOCKS_PER_SEC;
-    return static_cast<double>(std::clock() * unitsPerTick) / unitsPerSecond;
+    constexpr std::int64_t kUnitsPerTick = 10000000 / CLOCKS_PER_SEC;
+    return static_cast<double>(std::clock() * kUnitsPerTick) / kUnitsPerSecond;
 }
 
 // Lets a paused watch run for as long as it lives.

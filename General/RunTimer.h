@@ -21,7 +21,7 @@ class RunTimer {
     // A running watch that starts now.
     RunTimer() { Reset(); }
 
-    // Reads all clocks. When the system does not tell the processor times, the run-time's own
+    // Reads all clocks. When the system does not give the processor times, the run-time's own
     // processor clock counts as user time.
     void Sample();
     // Starts anew from now, running.

@@ -32,31 +32,31 @@ bool Any(DWORD /*major*/, DWORD /*minor*/) {
     return true;
 }
 
-constexpr DWORD platformWin32s = 0;
-constexpr DWORD platform9x = 1;
-constexpr DWORD platformNt = 2;
+constexpr DWORD kPlatformWin32s = 0;
+constexpr DWORD kPlatform9x = 1;
+constexpr DWORD kPlatformNt = 2;
 
 // The first row that matches holds. Intended: no brackets round the build of an unknown 9x.
-constexpr SystemName systemNames[] = {
-    {platformWin32s, Any, L"Microsoft\u00AE Windows 3.1(TM) %i.%i (build %i) %s"},
-    {platform9x, [](DWORD, DWORD minor) { return minor == 0; },
+constexpr SystemName kSystemNames[] = {
+    {kPlatformWin32s, Any, L"Microsoft\u00AE Windows 3.1(TM) %i.%i (build %i) %s"},
+    {kPlatform9x, [](DWORD, DWORD minor) { return minor == 0; },
      L"Microsoft\u00AE Windows 95(TM) %i.%i (build %i) %s"},
-    {platform9x, [](DWORD, DWORD minor) { return minor == 10; },
+    {kPlatform9x, [](DWORD, DWORD minor) { return minor == 10; },
      L"Microsoft\u00AE Windows 98(TM) %i.%i (build %i) %s"},
-    {platform9x, [](DWORD, DWORD minor) { return minor == 90; },
+    {kPlatform9x, [](DWORD, DWORD minor) { return minor == 90; },
      L"Microsoft\u00AE Windows Me(TM) %i.%i (build %i) %s"},
-    {platform9x, Any, L"Microsoft\u00AE Windows 9X(unknown) %i.%i build %i %s"},
-    {platformNt, [](DWORD major, DWORD) { return major < 5; },
+    {kPlatform9x, Any, L"Microsoft\u00AE Windows 9X(unknown) %i.%i build %i %s"},
+    {kPlatformNt, [](DWORD major, DWORD) { return major < 5; },
      L"Microsoft\u00AE Windows NT %i.%i (build %i%s) %s"},
-    {platformNt, [](DWORD major, DWORD minor) { return major == 5 && minor == 0; },
+    {kPlatformNt, [](DWORD major, DWORD minor) { return major == 5 && minor == 0; },
      L"Microsoft\u00AE Windows 2000 %i.%i (build %i%s) %s"},
-    {platformNt, [](DWORD major, DWORD) { return major == 5; },
+    {kPlatformNt, [](DWORD major, DWORD) { return major == 5; },
      L"Microsoft\u00AE Windows XP %i.%i (build %i%s) %s"},
-    {platformNt, [](DWORD major, DWORD minor) { return major == 6 && minor == 0; },
+    {kPlatformNt, [](DWORD major, DWORD minor) { return major == 6 && minor == 0; },
      L"Microsoft\u00AE Windows Vista %i.%i (build %i%s) %s"},
-    {platformNt, [](DWORD major, DWORD minor) { return major == 6 && minor == 1; },
+    {kPlatformNt, [](DWORD major, DWORD minor) { return major == 6 && minor == 1; },
      L"Microsoft\u00AE Windows 7 ver %i.%i (build %i%s) %s"},
-    {platformNt, Any, L"Microsoft\u00AE Windows ver %i.%i (build %i%s) %s"},
+    {kPlatformNt, Any, L"Microsoft\u00AE Windows ver %i.%i (build %i%s) %s"},
 };
 
 const wchar_t* PlatformWord(DWORD platform) {
@@ -80,18 +80,18 @@ const wchar_t* WidthText() {
 bool AskVersion(OSVERSIONINFOW& system) {
     system.dwOSVersionInfoSize = sizeof system;
 #if defined(_MSC_VER)
-#pragma warning(suppress : 4996)  // the text is made from what this call tells
+#pragma warning(suppress : 4996)  // the text is made from what this call gives
 #endif
     return GetVersionExW(&system) != FALSE;
 }
 
 Text NameOfSystem(const OSVERSIONINFOW& system, const OsVersion& version) {
     Text text;
-    for (const SystemName& row : systemNames) {
+    for (const SystemName& row : kSystemNames) {
         if (row.platform != system.dwPlatformId ||
             !row.matches(system.dwMajorVersion, system.dwMinorVersion))
             continue;
-        if (row.platform == platformNt) {
+        if (row.platform == kPlatformNt) {
             text.Format(row.format, version.major, version.minor, version.build, WidthText(),
                         system.szCSDVersion);
         } else {
@@ -169,7 +169,7 @@ Function* SystemFunction(const wchar_t* module, const char* name) {
     return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(handle, name)));
 }
 
-// What ntdll tells of a process for class 0.
+// What ntdll reports about a process for class 0.
 struct ProcessBasicInformation {
     void* before[4];
     ULONG_PTR uniqueProcessId;
@@ -203,14 +203,14 @@ Text SystemErrorText(DWORD code) {
 Text OsName(OsVersion* version) {
     OSVERSIONINFOW system{};
     OsVersion unasked;
-    OsVersion& told = version != nullptr ? *version : unasked;
-    told = OsVersion();
+    OsVersion& found = version != nullptr ? *version : unasked;
+    found = OsVersion();
     if (!AskVersion(system)) return Text(L"<unable to retrieve OS information>");
-    told.major = static_cast<std::int32_t>(system.dwMajorVersion);
-    told.minor = static_cast<std::int32_t>(system.dwMinorVersion);
-    told.build = static_cast<std::int32_t>(system.dwBuildNumber);
-    told.platform = PlatformWord(system.dwPlatformId);
-    return NameOfSystem(system, told);
+    found.major = static_cast<std::int32_t>(system.dwMajorVersion);
+    found.minor = static_cast<std::int32_t>(system.dwMinorVersion);
+    found.build = static_cast<std::int32_t>(system.dwBuildNumber);
+    found.platform = PlatformWord(system.dwPlatformId);
+    return NameOfSystem(system, found);
 }
 
 Text FileVersion(const wchar_t* path) {

@@ -9,14 +9,14 @@
 
 namespace TamLib {
 
-// What the registry tells of the first processor: "Identifier", "ProcessorNameString" without the
-// blanks in front, and "~MHz". What it does not tell is empty.
+// What the registry holds about the first processor: "Identifier", "ProcessorNameString" without
+// the blanks in front, and "~MHz". What it lacks is empty.
 void ProcessorInfo(CString& identifier, CString& name, CString& speed);
 
 // The system's text of an error code on one line; empty for an unknown code.
 StringBase<wchar_t> SystemErrorText(DWORD code);
 
-// What OsName tells besides its text.
+// What OsName gives besides its text.
 struct OsVersion {
     std::int32_t major = 0;
     std::int32_t minor = 0;
@@ -25,7 +25,7 @@ struct OsVersion {
 };
 
 // The system's name, such as "Microsoft® Windows 7 ver 6.1 (build 7601 64-bit) Service Pack 1".
-// "<unable to retrieve OS information>" when it does not tell; the version holds zeros and
+// "<unable to retrieve OS information>" when it does not give one; the version holds zeros and
 // "unknown" then. `version` may be null.
 StringBase<wchar_t> OsName(OsVersion* version = nullptr);
 
@@ -48,7 +48,7 @@ SIZE ScreenSize();
 // Bits of a pixel of the screen; 0 when there is none.
 int ScreenColorDepth();
 
-// The number of the process that a handle stands for; 0 when the system does not tell it.
+// The number of the process that a handle stands for; 0 when the system does not give it.
 DWORD ProcessId(HANDLE process);
 
 // Opens a file with the program that the user has for it. Whether that was started.

@@ -14,18 +14,18 @@ namespace {
 using Text = StringBase<wchar_t>;
 
 constexpr const wchar_t* sourceName = L"General/WinUtil";
-constexpr std::int32_t lineOfRead = 482;
+constexpr std::int32_t kLineOfRead = 482;
 
-constexpr REGSAM allAccess = 0xF003F;
-constexpr REGSAM readAccess = 0x20019;
-constexpr REGSAM setValue = 2;
+constexpr REGSAM kAllAccess = 0xF003F;
+constexpr REGSAM kReadAccess = 0x20019;
+constexpr REGSAM kSetValue = 2;
 
 struct RootKey {
     const wchar_t* name;
     HKEY handle;
 };
 
-// The name that a handle is told by stands before its short one.
+// The name given for a handle stands before its short one.
 const auto& RootKeys() {
     static const RootKey keys[] = {{L"HKEY_LOCAL_MACHINE", HKEY_LOCAL_MACHINE},
                                    {L"HKLM", HKEY_LOCAL_MACHINE},
@@ -76,7 +76,7 @@ class Key {
         return Kept(RegOpenKeyExW(root, subkey, 0, access, &handle_));
     }
     LSTATUS OpenOrMake(HKEY root, const wchar_t* subkey) {
-        const LSTATUS opened = Open(root, subkey, allAccess);
+        const LSTATUS opened = Open(root, subkey, kAllAccess);
         return opened == 0 ? opened : Kept(RegCreateKeyW(root, subkey, &handle_));
     }
     // Opens a key below a root given by name; false for an unknown name, too.
@@ -85,11 +85,11 @@ class Key {
         return RegistryRoot(rootName, root) && Open(root, OrEmpty(subkey), access) == 0;
     }
     bool OpenOrMake(const wchar_t* rootName, const wchar_t* subkey) {
-        if (Open(rootName, subkey, setValue)) return true;
+        if (Open(rootName, subkey, kSetValue)) return true;
         HKEY root = nullptr;
         return RegistryRoot(rootName, root) &&
                Kept(RegCreateKeyExW(root, OrEmpty(subkey), 0, nullptr, REG_OPTION_NON_VOLATILE,
-                                    setValue, nullptr, &handle_, nullptr)) == 0;
+                                    kSetValue, nullptr, &handle_, nullptr)) == 0;
     }
     HKEY Handle() const { return handle_; }
 
@@ -154,9 +154,9 @@ class Access {
   private:
     // The value in a buffer that begins with 10 bytes and grows while there is more.
     LSTATUS Query(const CString& name, DWORD& type, HeapBlock& buffer, DWORD& size) const {
-        constexpr auto more = static_cast<LSTATUS>(ERROR_MORE_DATA);
-        LSTATUS code = more;
-        for (size = 10; code == more;) {
+        constexpr auto kMore = static_cast<LSTATUS>(ERROR_MORE_DATA);
+        LSTATUS code = kMore;
+        for (size = 10; code == kMore;) {
             if (!buffer.Take((std::size_t{size} + 1) / 2 * sizeof(wchar_t)))
                 return static_cast<LSTATUS>(ERROR_NOT_ENOUGH_MEMORY);
             code = RegQueryValueExW(key_, name, nullptr, &type, buffer.As<BYTE>(), &size);
@@ -269,7 +269,7 @@ bool RegistryAccess(bool write, CString* errorText, HKEY rootKey, const char* su
     const wchar_t* const root = RegistryRootName(rootKey);
     Key key;
     const LSTATUS code =
-        write ? key.OpenOrMake(rootKey, path) : key.Open(rootKey, path, readAccess);
+        write ? key.OpenOrMake(rootKey, path) : key.Open(rootKey, path, kReadAccess);
     if (code != 0) {
         if (errorText != nullptr) {
             const SystemMessage reason(static_cast<DWORD>(code));
@@ -303,7 +303,7 @@ bool RegistryWriteString(const wchar_t* rootName, const wchar_t* subkey, const w
 Text RegistryReadString(const wchar_t* rootName, const wchar_t* subkey, const wchar_t* name) {
     Key key;
     DWORD size = 0;
-    if (!key.Open(rootName, subkey, readAccess)) return {};
+    if (!key.Open(rootName, subkey, kReadAccess)) return {};
     if (RegQueryValueExW(key.Handle(), OrEmpty(name), nullptr, nullptr, nullptr, &size) != 0)
         return {};
     // Room for as many characters as there are bytes. The block is cleared, since a text may have
@@ -311,7 +311,7 @@ Text RegistryReadString(const wchar_t* rootName, const wchar_t* subkey, const wc
     const DWORD last = size;
     const HeapBlock block((std::size_t{size} + 1) * sizeof(wchar_t));
     auto* const data = block.As<wchar_t>();
-    if (data == nullptr) throw TamExpNoMem(L"", lineOfRead, sourceName);
+    if (data == nullptr) throw TamExpNoMem(L"", kLineOfRead, sourceName);
     DWORD type = REG_NONE;
     if (RegQueryValueExW(key.Handle(), OrEmpty(name), nullptr, &type, reinterpret_cast<BYTE*>(data),
                          &size) != 0)
@@ -322,7 +322,7 @@ Text RegistryReadString(const wchar_t* rootName, const wchar_t* subkey, const wc
 
 bool RegistryDeleteValue(const wchar_t* rootName, const wchar_t* subkey, const wchar_t* name) {
     Key key;
-    return key.Open(rootName, subkey, setValue) &&
+    return key.Open(rootName, subkey, kSetValue) &&
            RegDeleteValueW(key.Handle(), OrEmpty(name)) == 0;
 }
 
@@ -330,7 +330,7 @@ bool RegistryKeyNames(const wchar_t* rootName, const wchar_t* subkey, Array<Text
     Key key;
     DWORD number = 0;
     DWORD longest = 0;
-    if (!key.Open(rootName, subkey, readAccess) ||
+    if (!key.Open(rootName, subkey, kReadAccess) ||
         RegQueryInfoKeyW(key.Handle(), nullptr, nullptr, nullptr, &number, &longest, nullptr,
                          nullptr, nullptr, nullptr, nullptr, nullptr) != 0)
         return false;
@@ -343,7 +343,7 @@ bool RegistryValueNames(const wchar_t* rootName, const wchar_t* subkey, Array<Te
     Key key;
     DWORD number = 0;
     DWORD longest = 0;
-    if (!key.Open(rootName, subkey, readAccess) ||
+    if (!key.Open(rootName, subkey, kReadAccess) ||
         RegQueryInfoKeyW(key.Handle(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
                          &number, &longest, nullptr, nullptr, nullptr) != 0)
         return false;

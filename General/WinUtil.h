@@ -22,7 +22,7 @@ bool RegistryRoot(const wchar_t* name, HKEY& handle);
 // The long name of a root key, empty for any other handle.
 const wchar_t* RegistryRootName(HKEY handle);
 
-// Reads or writes values of one key as `format` tells: "Width=%d Last Path=%s" is the value "Width"
+// Reads or writes values of one key as `format` says: "Width=%d Last Path=%s" is the value "Width"
 // as a number and the value "Last Path" as a text. "=" is passed over anywhere, blanks before a
 // name; a blank within a name belongs to it. Values are done one by one, and what was done before a
 // failure stays done. True when all were done.

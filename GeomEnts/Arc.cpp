@@ -4,12 +4,12 @@
 #include <initializer_list>
 
 #include "GeomEnts/Box.h"
+#include "GeomEnts/Pi.h"
 #include "tam/TamExceptions.h"
 
 namespace TamLib {
 namespace {
 
-constexpr double kPi = 3.141592653589793;
 constexpr double kFlat = 0.0001;  // a height below it makes no arc
 constexpr const wchar_t* kSource = L"GeomEnts/Arc";
 

@@ -7,22 +7,21 @@
 
 #include "GeomEnts/Arc.h"
 #include "GeomEnts/EntityReading.h"
+#include "GeomEnts/Pi.h"
 
 namespace TamLib {
 namespace {
-
-constexpr double pi = 3.141592653589793;
 
 // The height of an arc that runs counter-clockwise about its axis, from its ends in the world.
 double HeightOf(const AcDbArc& arc, const Line& chord) {
     const double radius = arc.radius(), half = chord.Line::Length() * 0.5;
     double height = std::fabs(radius - std::sqrt(std::max(0.0, radius * radius - half * half)));
     const double from = arc.startAngle(), to = arc.endAngle();
-    const bool isLong = to > from ? to - from > pi : from > to && from - to < pi;
+    const bool isLong = to > from ? to - from > kPi : from > to && from - to < kPi;
     if (isLong) height = std::fabs(height) - radius * 2.0;
     double turn = Angle(chord.Start(), ToPoint3d(arc.center())) - Angle(chord.Start(), chord.End());
-    if (turn < 0.0) turn += pi * 2.0;
-    return turn < pi ? -height : height;
+    if (turn < 0.0) turn += kPi * 2.0;
+    return turn < kPi ? -height : height;
 }
 
 void ReadArc(Arc& result, const AcDbArc& arc) {

@@ -1,4 +1,4 @@
-// Values in binary files: little-endian, packed, as they stand in memory. Each function tells
+// Values in binary files: little-endian, packed, as they stand in memory. Each function reports
 // whether the value was transferred whole. `BinaryFile` owns a stream and closes it, also when
 // memory is refused while it is read.
 #pragma once

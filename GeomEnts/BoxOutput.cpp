@@ -13,9 +13,9 @@ namespace {
 struct Edge {
     int from, to;
 };
-constexpr Edge edges[] = {{0, 1}, {1, 3}, {3, 2}, {2, 0}, {4, 5}, {5, 7},
-                          {7, 6}, {6, 4}, {0, 4}, {1, 5}, {3, 7}, {2, 6}};
-constexpr int planEdges = 4;
+constexpr Edge kEdges[] = {{0, 1}, {1, 3}, {3, 2}, {2, 0}, {4, 5}, {5, 7},
+                           {7, 6}, {6, 4}, {0, 4}, {1, 5}, {3, 7}, {2, 6}};
+constexpr int kPlanEdges = 4;
 
 Line EdgeOf(const Box& box, const Edge& edge) {
     return {box.Corner(edge.from), box.Corner(edge.to)};
@@ -43,7 +43,7 @@ void AddLine(const Line& line, int colour, const wchar_t* layer, Array<AcDbObjec
 }  // namespace
 
 void Box::Draw(int colour) const {
-    for (int i = 0; i < planEdges; ++i) PlanEdgeOf(*this, edges[i]).Draw(colour);
+    for (int i = 0; i < kPlanEdges; ++i) PlanEdgeOf(*this, kEdges[i]).Draw(colour);
 }
 
 int Box::ToDb(int colour, const wchar_t* layer, Array<AcDbObjectId>* ids,
@@ -51,17 +51,17 @@ int Box::ToDb(int colour, const wchar_t* layer, Array<AcDbObjectId>* ids,
     if (ids != nullptr) ids->increment = 12;
     EnsureRoom(ids, 12);
     int result = Acad::eOk;
-    for (const Edge& edge : edges)
+    for (const Edge& edge : kEdges)
         AddLine(EdgeOf(*this, edge), colour, layer, ids, database, result);
     return result;
 }
 
 int Box::ToDb2d(int colour, const wchar_t* layer, Array<AcDbObjectId>* ids,
                 AcDbDatabase* database) const {
-    EnsureRoom(ids, planEdges);
+    EnsureRoom(ids, kPlanEdges);
     int result = Acad::eOk;
-    for (int i = 0; i < planEdges; ++i)
-        AddLine(PlanEdgeOf(*this, edges[i]), colour, layer, ids, database, result);
+    for (int i = 0; i < kPlanEdges; ++i)
+        AddLine(PlanEdgeOf(*this, kEdges[i]), colour, layer, ids, database, result);
     return result;
 }
 

@@ -36,7 +36,7 @@ int ARXMakeText(const Point3d& position, const wchar_t* text, const wchar_t* lay
 bool ARXGetStandardMlineStyle(AcDbObjectId* id, AcDbDatabase* database = nullptr);
 
 // The height of the current view in drawing units (VIEWSIZE); 0.0 without a working database.
-// Throws `TamExpInvalidArgs`, "Invalid rb return value", when the host tells no real number.
+// Throws `TamExpInvalidArgs`, "Invalid rb return value", when the host gives no real number.
 double ARXViewSize();
 
 // Writes a text of 12 pixels into the drawing window at a place of the drawing, in the inverted

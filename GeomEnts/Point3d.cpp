@@ -1,6 +1,7 @@
 #include "GeomEnts/Point3d.h"
 
 #include "GeomEnts/Line.h"
+#include "GeomEnts/Pi.h"
 
 namespace TamLib {
 namespace {
@@ -104,7 +105,7 @@ bool IsSameDirection(const Point3d& a, const Point3d& b) {
 }
 
 double RadiansToDegrees(double angle) {
-    return angle * 180.0 / 3.141592653589793;
+    return angle * 180.0 / kPi;
 }
 
 double Angle(const Point3d& from, const Point3d& to) {
@@ -113,7 +114,7 @@ double Angle(const Point3d& from, const Point3d& to) {
 
 double AngleAt(const Point3d& centre, const Point3d& a, const Point3d& b) {
     const double sweep = Angle(centre, b) - Angle(centre, a);
-    return sweep < 0.0 ? sweep + 3.141592653589793 * 2.0 : sweep;
+    return sweep < 0.0 ? sweep + kPi * 2.0 : sweep;
 }
 
 double SlopeAngle(const Point3d& from, const Point3d& to) {

@@ -35,8 +35,8 @@ struct Point3d {
     Point3d() = default;
     Point3d(double px, double py, double pz) : x(px), y(py), z(pz) {}
 
-    // The point told by `text`, (0, 0, 0) where `Parse` stores nothing. Whether it succeeded
-    // is not told.
+    // The point written in `text`, (0, 0, 0) where `Parse` stores nothing. Whether it succeeded is
+    // not reported.
     explicit Point3d(const StringBase<wchar_t>& text);
 
     // `position()` of an entity whose class is exactly AcDbPoint, otherwise (0, 0, 0). `disposal` 1
@@ -203,7 +203,7 @@ double RadiansToDegrees(double angle);
 
 // The plan angle from one point to another, as `atan2` gives it. Points that are `Equals` have no
 // direction and give atan(1.0) * 7.999999999999999, which is 6.283185307179585: no `atan2` yields
-// that, so callers can tell.
+// that, so callers can recognise it.
 double Angle(const Point3d& from, const Point3d& to);
 // The sweep from `a` to `b` about `centre`, counter-clockwise: the difference of the two `Angle`s,
 // a negative one increased by 2 * 3.141592653589793.
@@ -219,7 +219,7 @@ Point3d PolarPoint(const Point3d& centre, double radius, double azimuth, double 
 // Arrays of points are sorted by `CompareArray`.
 template <>
 struct UsualComparison<Point3d> {
-    static constexpr bool exists = true;
+    static constexpr bool kExists = true;
     static constexpr std::int32_t (*function)(const Point3d*,
                                               const Point3d*) = &Point3d::CompareArray;
 };

@@ -19,13 +19,13 @@ namespace TamLib {
 namespace {
 
 // Heights of the view per label, per circle of a marked point, and per circle of a marker.
-constexpr double labelsPerView = 120.0;
-constexpr double marksPerView = 140.0;
-constexpr double markersPerView = 170.0;
+constexpr double kLabelsPerView = 120.0;
+constexpr double kMarksPerView = 140.0;
+constexpr double kMarkersPerView = 170.0;
 
 int Label(const Point3d& point, const wchar_t* text, int colour, const wchar_t* layer,
           AcDbObjectId* id, AcDbDatabase* database) {
-    return ARXMakeText(point, text, layer, ARXViewSize() / labelsPerView, 0.0, colour, nullptr, id,
+    return ARXMakeText(point, text, layer, ARXViewSize() / kLabelsPerView, 0.0, colour, nullptr, id,
                        database);
 }
 
@@ -45,7 +45,7 @@ int Point3d::ToDbMarked(int colour, const wchar_t* layer, Array<AcDbObjectId>* i
     AcDbObjectId id;
     const int status = ToDb(colour, layer, &id, database);
     if (status == Acad::eOk && ids != nullptr) ids->Append(id);
-    const Circle circle(*this, size < 0.0 ? ARXViewSize() / marksPerView : size);
+    const Circle circle(*this, size < 0.0 ? ARXViewSize() / kMarksPerView : size);
     if (circle.ToDb(colour, layer, &id, database) == Acad::eOk && ids != nullptr) ids->Append(id);
     return status;
 }
@@ -71,7 +71,7 @@ int Point3d::LabelXY(int colour, const wchar_t* layer, AcDbObjectId* id,
 
 void Point3d::DrawMarker(int colour, bool withCircle, double size) const {
     Line(*this, *this).Draw(colour);
-    if (withCircle) Circle(*this, size < 0.0 ? ARXViewSize() / markersPerView : size).Draw(colour);
+    if (withCircle) Circle(*this, size < 0.0 ? ARXViewSize() / kMarkersPerView : size).Draw(colour);
 }
 
 void Point3d::Print(int colour) const {

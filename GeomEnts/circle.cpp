@@ -1,6 +1,7 @@
 #include "GeomEnts/circle.h"
 
 #include "GeomEnts/Arc.h"
+#include "GeomEnts/Pi.h"
 
 namespace TamLib {
 namespace {
@@ -53,11 +54,11 @@ Circle::Circle(const Point3d& a, const Point3d& b, const Point3d& c) {
 }
 
 double Circle::Area() const {
-    return radius * radius * 3.141592653589793;
+    return radius * radius * kPi;
 }
 
 double Circle::Circumference() const {
-    return 3.141592653589793 * radius;
+    return kPi * radius;
 }  // intended: no 2
 
 int Circle::Contains(const Point3d& point, bool touch) const {

@@ -51,8 +51,8 @@ class Circle {
     // The points in which two circles meet; `points` is emptied first. By the 3D distance of the
     // centres: within 0.0001 of the sum of the radii one point, on the way to the other centre;
     // above the sum none; otherwise two, the one left of that way first. A circle inside the other
-    // is not told apart: it gives the same point twice, on the line of the centres. Circles about
-    // one centre, or of radius 0, divide by zero.
+    // is not distinguished: it gives the same point twice, on the line of the centres. Circles
+    // about one centre, or of radius 0, divide by zero.
     void Intersect(const Circle& other, Point3dArrayBase<Point3d>& points) const;
 
     // --- Host output.

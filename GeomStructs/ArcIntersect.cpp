@@ -4,13 +4,12 @@
 #include <algorithm>
 
 #include "GeomEnts/Arc.h"
+#include "GeomEnts/Pi.h"
 #include "GeomEnts/circle.h"
 #include "GeomStructs/Point3dArray.h"
 
 namespace TamLib {
 namespace {
-
-constexpr double kPi = 3.141592653589793;
 
 bool IsFlat(const Arc& arc) {
     return std::fabs(arc.height) < 0.0001;

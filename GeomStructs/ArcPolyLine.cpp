@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "GeomEnts/Arc.h"
+#include "GeomEnts/Pi.h"
 #include "GeomStructs/PolyLine.h"
 
 namespace TamLib {
@@ -38,7 +39,7 @@ PolyLine Arc::ToPolyLine(double step, bool stepIsAngle) const {
         // Intended: the angles are not unwound where they pass 0.
         points.Append(at(angle, (angle - first) / (last - first) * zSpan + z1));
         angle -= width;
-    } while (std::fabs(std::fmod(angle - last, 3.141592653589793 * 2.0)) > width);
+    } while (std::fabs(std::fmod(angle - last, kPi * 2.0)) > width);
     points.Append(at(last, z2));
     if (TamLib::Distance2d(points[0], End()) < TamLib::Distance2d(points[0], Start())) {
         points.Reverse();

@@ -53,9 +53,9 @@ class LineArray : public Array<Line> {
     // 0.0001. A line's pieces: the first stands in its place, the others are appended in order
     // along the line; pieces between cuts closer than 1e-10 in x and y are left out. `crossings`,
     // when given, gets the cuts of each line that has some, as a polyline, in the order of the
-    // tidied lines. Where lines meet is told by `Line::Intersect3d`, the earlier line being asked
-    // for the place and its height: so collinear lines are cut at one place only, and, intended, an
-    // upright line at an end of the other straight below it.
+    // tidied lines. Where lines meet is decided by `Line::Intersect3d`, the earlier line being
+    // asked for the place and its height: so collinear lines are cut at one place only, and,
+    // intended, an upright line at an end of the other straight below it.
     void SplitAtCrossings(bool planar, PolyArray* crossings);
 
     // --- File form, little-endian, packed: the number of lines (i32); a marker, "," or "+"; after

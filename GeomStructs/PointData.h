@@ -52,8 +52,8 @@ class PointData : public Point3dArrayBase<Point3d> {
     // 1e-6 in plan the lowest takes part; a point within 0.0001 in plan of the last vertex is
     // passed over. With `tolerance` at least 0.0, a vertex that adds less than `tolerance` of plan
     // length along the hull is left out. Points on one line give a ring of two segments, one point
-    // that point. This set is not sorted by it: a surface's points never change their places. Tells
-    // the progress dialog how far it is.
+    // that point. This set is not sorted by it: a surface's points never change their places.
+    // Reports to the progress dialog how far it is.
     void ConvexHull(PolyLine* result, double tolerance) const;
 
     // The largest 3D distance between two vertices of `ConvexHull(result, -1.0)`; 0.0

@@ -33,7 +33,7 @@ PointData DistinctInPlan(PointData points) {
 }
 
 void TellPosition(std::uint32_t index, std::uint32_t count) {
-    TellProgress(static_cast<float>(index * 100.0 / count));
+    ReportProgress(static_cast<float>(index * 100.0 / count));
 }
 
 // Leaves out the vertices of a ring that make it longer by less than `tolerance` in plan, seen from

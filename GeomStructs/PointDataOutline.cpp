@@ -1,6 +1,7 @@
 // The outline of PointData, which is not convex: a walk along the boundary.
 #include <algorithm>
 
+#include "GeomEnts/Pi.h"
 #include "GeomStructs/PointData.h"
 #include "GeomStructs/PolyLine.h"
 #include "tam/Progress.h"
@@ -91,7 +92,7 @@ class Walk {
 
     // Counter-clockwise, above 0 and up to a full turn.
     static double Turn(double behind, const Point3d& from, const Point3d& to) {
-        const double full = 3.141592653589793 * 2.0;
+        const double full = kPi * 2.0;
         const double turn = std::fmod(Angle(from, to) - behind, full);
         return turn > 0.0 ? turn : turn + full;
     }
@@ -117,7 +118,7 @@ int Rightmost(const PointData& points, const Array<bool>& marked) {
 }
 
 // Takes back the marks of the points that an outline encloses or passes nearer than the 0.001 by
-// which the walk tells points apart, and gives how many points it leaves outside.
+// which the walk distinguishes points, and gives how many points it leaves outside.
 int Outside(const PointData& points, const PolyLine& outline, Array<bool>& marked) {
     int outside = 0;
     for (std::uint32_t i = 0; i < points.count; ++i) {

@@ -18,7 +18,7 @@ namespace TamLib::detail {
 
 class PointGrid {
   public:
-    static constexpr std::uint32_t none = 0xFFFFFFFFu;
+    static constexpr std::uint32_t kNone = 0xFFFFFFFFu;
 
     // Over `points`, which have to outlive the grid unchanged. Every point q with |q.x - p.x| and
     // |q.y - p.y|, in `space` also |q.z - p.z|, below `reach` is near p. A reach that is not above
@@ -39,10 +39,10 @@ class PointGrid {
     void Remove(std::uint32_t index) { next_.data[places_.data[index]] = places_.data[index] + 1; }
 
     // The index of the first point, going round the indexes from `from` on, for which accept(index)
-    // is true, of those near `p`; `none` when there is none.
+    // is true, of those near `p`; `kNone` when there is none.
     template <class Accept>
     std::uint32_t FirstFrom(const Point3d& p, std::uint32_t from, Accept accept) {
-        std::uint32_t best = none;  // how far behind `from` the best one lies
+        std::uint32_t best = kNone;  // how far behind `from` the best one lies
         const Buckets buckets = Around(p);
         for (int i = 0; i < buckets.count; ++i) {
             const std::uint32_t begin = starts_.data[buckets.bucket[i]];
@@ -52,7 +52,7 @@ class PointGrid {
                 std::lower_bound(first + begin, first + end, from) - first);
             if (!FirstIn(split, end, from, accept, best)) FirstIn(begin, split, from, accept, best);
         }
-        return best == none ? none : (best + from) % points_.count;
+        return best == kNone ? kNone : (best + from) % points_.count;
     }
 
     // Calls visit(index) for the points near `p`, in no order.

@@ -52,7 +52,7 @@ class PolyArc : public PolyLine {
     //   AcDbPolyline    the same
     //   AcDbLine        both ends
     //   AcDbArc         both ends in the host's direction, with the height that `Arc` reads; of one
-    //                   that the host can't tell the ends of, nothing
+    //                   whose ends the host can't give, nothing
     //   AcDbCircle      two half circles, clockwise from the point at angle 0; through the opposite
     //                   one back to it
     //   any other       nothing

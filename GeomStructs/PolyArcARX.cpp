@@ -24,7 +24,7 @@ void AppendVertex(PolyArc& line, const Point3d& point, double height) {
     line.heights[static_cast<int>(segments) - 1] = height;
 }
 
-// Appends vertices of which each tells the bulge of the segment behind it.
+// Appends vertices of which each holds the bulge of the segment behind it.
 class BulgedRun {
   public:
     explicit BulgedRun(PolyArc& line) : line_(line) {}
@@ -78,7 +78,7 @@ void AddVertices(PolyArc& line, const AcDbPolyline& polyline) {
     if (polyline.isClosed()) run.Close();
 }
 
-// An arc as the drawing has it; `valid` tells whether it could be read.
+// An arc as the drawing has it; `valid` says whether it could be read.
 Arc ReadArc(AcDbEntity* entity) {
     Line none(false);
     none.SetStart({});

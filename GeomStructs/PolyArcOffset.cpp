@@ -2,12 +2,11 @@
 #include <cmath>
 #include <vector>
 
+#include "GeomEnts/Pi.h"
 #include "GeomStructs/PolyArc.h"
 
 namespace TamLib {
 namespace {
-
-constexpr double kPi = 3.141592653589793;
 
 // A segment moved sideways. Its arc lies in plan, at height 0.
 struct Piece {

@@ -48,7 +48,7 @@ PolyArray& PolyArray::operator=(const PolyArray& other) {
     if (this == &other) return *this;
     PolyArray copy(static_cast<int>(other.count));
     for (const PolyLine* const line : other)
-        copy.Add(detail::MakeNew<PolyLine>(detail::copyLine, *line).release());
+        copy.Add(detail::MakeNew<PolyLine>(detail::kCopyLine, *line).release());
     Clear();
     bitwise = other.bitwise;
     compare = other.compare;

@@ -37,7 +37,7 @@ void AddEntity(PolyArray& array, AcDbEntity* entity, const Reading& reading, int
     } else if (PolyLine::IsAcceptedEntity(entity, true, reading.curves, false)) {
         const double step = reading.curves ? reading.step : 0.0;
         detail::Append(array,
-                       detail::MakeNew<PolyLine>(detail::selectionLine, entity, 0, step, false));
+                       detail::MakeNew<PolyLine>(detail::kSelectionLine, entity, 0, step, false));
     }
 }
 

@@ -44,7 +44,7 @@ bool ReadVertices(std::FILE* file, std::uint32_t vertices, PolyLine& line) {
 std::unique_ptr<PolyLine> ReadLine(std::FILE* file) {
     std::int32_t vertices = 0;
     if (!ReadValue(file, vertices) || vertices < 0) return nullptr;
-    std::unique_ptr<PolyLine> line = detail::MakeNew<PolyLine>(detail::readLine, 10);
+    std::unique_ptr<PolyLine> line = detail::MakeNew<PolyLine>(detail::kReadLine, 10);
     if (!ReadVertices(file, static_cast<std::uint32_t>(vertices), *line)) return nullptr;
     return line;
 }
@@ -66,7 +66,7 @@ int PolyArray::Load(std::FILE* file) {
     std::int32_t stored = 0;
     Box fileBox;
     if (!ReadValue(file, stored) || !ReadBox(file, fileBox)) return -1;
-    if (box == nullptr) box = detail::MakeNew<Box>(detail::readLine).release();
+    if (box == nullptr) box = detail::MakeNew<Box>(detail::kReadLine).release();
     *box = fileBox;
     int read = 0;
     while (std::unique_ptr<PolyLine> line = ReadLine(file)) {

@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 
+#include "GeomEnts/Pi.h"
 #include "GeomStructs/PointGrid.h"
 #include "GeomStructs/PolyArray.h"
 #include "GeomStructs/PolyArrayParts.h"
@@ -36,7 +37,7 @@ bool IsRing(const PolyLine& line) {
 class JoinRule {
   public:
     JoinRule(double angle, double length, double width, double zTol, const PolyLine* region)
-        : angle_(angle * 3.141592653589793 / 180.0),
+        : angle_(angle * kPi / 180.0),
           wedgeLength_(length / std::cos(angle_)),
           width_(width),
           zTol_(zTol),
@@ -149,7 +150,7 @@ class GapCloser {
 
     PolyLine* Joined(std::uint32_t index) {
         std::unique_ptr<PolyLine> joined =
-            detail::MakeNew<PolyLine>(detail::closeGapsLine, *open_.data[index]);
+            detail::MakeNew<PolyLine>(detail::kCloseGapsLine, *open_.data[index]);
         chain_.CopyTo(*joined);
         PolyLine* const line = joined.get();
         made_.Add(joined.release());

@@ -76,9 +76,9 @@ class Linker {
         chain_.PushBack(ends_.data[2 * first + 1]);
         Use(first);
         if (skipTight_ || !ExtendBoth(first, tight_)) ExtendBoth(first, loose_);
-        Store(chain_.IsClosed() ? detail::linkClosedLine
-              : remaining_ == 0 ? detail::linkLastLine
-                                : detail::linkOpenLine);
+        Store(chain_.IsClosed() ? detail::kLinkClosedLine
+              : remaining_ == 0 ? detail::kLinkLastLine
+                                : detail::kLinkOpenLine);
     }
 
     bool ExtendBoth(std::uint32_t first, Pass& pass) {
@@ -92,7 +92,7 @@ class Linker {
             const std::uint32_t found = pass.grid.FirstFrom(
                 place, 2 * ((line + 1) % lines_),
                 [&](std::uint32_t end) { return Meets(ends_.data[end], place, pass.tolerance); });
-            if (found == detail::PointGrid::none) return false;
+            if (found == detail::PointGrid::kNone) return false;
             line = found / 2;
             Use(line);
             const Point3d& other = ends_.data[found ^ 1u];

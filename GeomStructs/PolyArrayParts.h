@@ -12,14 +12,14 @@
 
 namespace TamLib::detail {
 
-// The source lines that TamExpNoMem tells.
-constexpr std::int32_t copyLine = 120;
-constexpr std::int32_t selectionLine = 200;
-constexpr std::int32_t readLine = 300;
-constexpr std::int32_t linkClosedLine = 470;
-constexpr std::int32_t linkOpenLine = 510;
-constexpr std::int32_t linkLastLine = 543;
-constexpr std::int32_t closeGapsLine = 615;
+// The source lines that TamExpNoMem reports.
+constexpr std::int32_t kCopyLine = 120;
+constexpr std::int32_t kSelectionLine = 200;
+constexpr std::int32_t kReadLine = 300;
+constexpr std::int32_t kLinkClosedLine = 470;
+constexpr std::int32_t kLinkOpenLine = 510;
+constexpr std::int32_t kLinkLastLine = 543;
+constexpr std::int32_t kCloseGapsLine = 615;
 
 // A new object from the arguments of a constructor. TamExpNoMem, with an empty message, from
 // L"GeomStructs/PolyArray" and `line`, without memory for it; that for its elements is Array's.
@@ -49,7 +49,7 @@ inline void Replace(PolyArray& array, PolyArray& from) {
 // An array of a copy of `line`.
 inline PolyArray ArrayOf(const PolyLine& line) {
     PolyArray array;
-    array.Add(MakeNew<PolyLine>(copyLine, line).release());
+    array.Add(MakeNew<PolyLine>(kCopyLine, line).release());
     return array;
 }
 

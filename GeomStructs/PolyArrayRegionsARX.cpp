@@ -12,7 +12,7 @@
 namespace TamLib {
 namespace {
 
-constexpr int k3dPolyline = 3;  // regions keep the height of their polyline
+constexpr int kAs3dPolyline = 3;  // regions keep the height of their polyline
 
 // Entities that stand in the drawing for a while: open for write, erased in the end.
 class TemporaryCurves {
@@ -59,7 +59,7 @@ void Unite(Regions& regions) {
 int PolyArray::MakeRegions(int colour, const wchar_t* layer, bool merge, Array<AcDbObjectId>* ids,
                            AcDbDatabase* database) const {
     Array<AcDbObjectId> drawn;
-    Draw(colour, layer, &drawn, database, k3dPolyline);
+    Draw(colour, layer, &drawn, database, kAs3dPolyline);
     const TemporaryCurves curves(drawn);
     AcDbVoidPtrArray made;
     const int status = AcDbRegion::createFromCurves(curves.Curves(), made);

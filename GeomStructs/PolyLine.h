@@ -98,13 +98,13 @@ class PolyLine : public Point3dArrayBase<Point3d> {
     // gives a line with all coordinates 0 that is not `valid`.
     Line GetSegment(int index) const;
     // The index of the segment nearest to `point` in plan, the lowest of equally near ones, by
-    // `Line::Distance2d`. `distance` and `side` may be null.
-    // `distance` gets the plan distance. `side` is that of the segment, -1 with the point left, 1
-    // right, 0 on the line, unless the foot lies beyond an end at which a neighbour joins on: then
-    // it tells on which side of this segment the neighbour's far vertex lies, by the cross product
-    // c of the direction with the vector from the start to it: 0 when |c| is below 0.01 (the root
-    // of 0.0001), 1 when c is above 0, else -1. Intended: the two rules have opposite signs. Below
-    // two vertices the result and `side` are 0; with one, `distance` gets the 3D distance to it.
+    // `Line::Distance2d`. `distance` and `side` may be null. `distance` gets the plan distance.
+    // `side` is that of the segment, -1 with the point left, 1 right, 0 on the line, unless the
+    // foot lies beyond an end at which a neighbour joins on: then it says on which side of this
+    // segment the neighbour's far vertex lies, by the cross product c of the direction with the
+    // vector from the start to it: 0 when |c| is below 0.01 (the root of 0.0001), 1 when c is above
+    // 0, else -1. Intended: the two rules have opposite signs. Below two vertices the result and
+    // `side` are 0; with one, `distance` gets the 3D distance to it.
     int NearestSegment(const Point3d& point, double* distance = nullptr, int* side = nullptr) const;
     // The `side` of `NearestSegment`.
     int SideOf(const Point3d& point) const;
@@ -289,11 +289,11 @@ class PolyLine : public Point3dArrayBase<Point3d> {
     // below it and a stretch that both share may lack vertices: what lies apart would touch, and
     // what runs along would cross. Then each vertex that both have is a touch, and a crossing when
     // the ways through it interleave, or when those of a stretch they share leave it to different
-    // sides at its two ends. No crossing is told at the first and last vertex of an open polyline.
-    // A single vertex touches when it lies on the other's boundary.
+    // sides at its two ends. No crossing is reported at the first and last vertex of an open
+    // polyline. A single vertex touches when it lies on the other's boundary.
     int CrossesPolygon(const PolyLine& other) const;
     // How this polyline lies to a closed polygon:
-    //   0  apart, or one of them is not closed or too short to tell
+    //   0  apart, or one of them is not closed or too short to decide
     //   1  wholly inside `polygon`
     //   2  the vertices of both lie on the other
     //   3  they cross
@@ -387,7 +387,7 @@ class PolyLine : public Point3dArrayBase<Point3d> {
     // one is left, by `Tidy(false, true, false)` of LineArray, and `PolyArray(lines, false, 0.001)`
     // links the rest into the result. An empty result means that nothing is left.
     // Intended, since that is all that is done:
-    //   - a hole is a ring like any other: nesting and turning sense are not told,
+    //   - a hole is a ring like any other: nesting and turning sense are not reported,
     //   - an edge that both share is kept once and not cancelled. Squares side by side unite to one
     //     open polyline that runs along all seven edges; two equal rings give that ring, for
     //     `Difference` too,
@@ -439,7 +439,7 @@ class PolyLine : public Point3dArrayBase<Point3d> {
     // the two points are one pair, and `ribs`, when given, gets a polyline from the left to the
     // right one. Other corners get a bevel: two points on the outer side, at the width across each
     // segment, and on the inner side the one on the bisector; no rib.
-    // Intended: the pair is placed by the mean of both directions as `Angle` tells them, and
+    // Intended: the pair is placed by the mean of both directions as `Angle` gives them, and
     // exchanged, lengths included, when the left point comes to lie right. So at such corners, and
     // at both ends of an open line, each side has the width of the other.
     // Small loops are cut out of each ring then: from each segment on the last one is looked for

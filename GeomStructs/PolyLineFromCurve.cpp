@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "GeomEnts/EntityReading.h"
+#include "GeomEnts/Pi.h"
 #include "GeomStructs/PolyArc.h"
 
 namespace TamLib {
@@ -28,7 +29,7 @@ class Sampler {
         curve.getEndParam(endParam);
         curve.getDistAtParam(endParam - 1e-07, total_);
         if (adaptive) {
-            angleLimit_ = 1.5707963267948966 - (3.141592653589793 - step * 0.5) * 0.5;
+            angleLimit_ = 1.5707963267948966 - (kPi - step * 0.5) * 0.5;
             segmentLength_ = total_ / (6.283185307179586 / step);
         }
         firstLength_ = segmentLength_;
@@ -81,7 +82,7 @@ class Sampler {
         const Point3d last = line_.data[line_.count - 1];
         const double turn =
             std::fabs(Angle(last, ToPoint3d(midPoint_)) - Angle(last, ToPoint3d(endPoint_)));
-        return turn > 3.141592653589793 ? 6.283185307179586 - turn : turn;
+        return turn > kPi ? 6.283185307179586 - turn : turn;
     }
 
     bool Halve() {

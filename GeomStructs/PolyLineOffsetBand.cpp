@@ -3,6 +3,7 @@
 #include <cmath>
 #include <utility>
 
+#include "GeomEnts/Pi.h"
 #include "GeomStructs/PolyArray.h"
 #include "GeomStructs/PolyArrayParts.h"
 #include "GeomStructs/SegmentIndex.h"
@@ -52,7 +53,7 @@ struct Corner {
     }
 
     bool IsEnd() const { return first || last; }
-    bool IsHairpin() const { return std::fabs(half * 180.0 / 3.141592653589793) < kHairpin; }
+    bool IsHairpin() const { return std::fabs(half * 180.0 / kPi) < kHairpin; }
     bool TurnsLeft() const {
         return (vertex.x - previous.x) * (next.y - vertex.y) >
                (vertex.y - previous.y) * (next.x - vertex.x);
@@ -77,7 +78,7 @@ struct Corner {
     }
     Pair Simple(const Widths& lengths) const {
         const Pair pair{Along(lengths.left), Along(-lengths.right)};
-        // Without a width there is no side: that of the other one tells.
+        // Without a width there is no side: that of the other one decides.
         const Point3d left = lengths.left > 0.0 ? pair.left : Along(lengths.right);
         // Intended: with their lengths.
         return IsRight(left) ? Pair{pair.right, pair.left} : pair;
@@ -123,7 +124,7 @@ class Sides {
         left.Append(pair.left);
         right.Append(pair.right);
         if (ribs_ == nullptr) return;
-        auto rib = detail::MakeNew<PolyLine>(detail::copyLine, 2);
+        auto rib = detail::MakeNew<PolyLine>(detail::kCopyLine, 2);
         rib->Append(pair.left);
         rib->Append(pair.right);
         ribs_->Add(rib.release());

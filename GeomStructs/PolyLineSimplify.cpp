@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "GeomEnts/Pi.h"
 #include "GeomStructs/PolyLine.h"
 
 namespace TamLib {
@@ -27,8 +28,7 @@ bool MayGo(const Point3d& anchor, const Point3d& mid, const Point3d& last, const
     const double rise = ProfileDeviation(anchor, mid, last);
     // Intended: the difference as it is, so that directions on both sides of -x count as a turn.
     const double turn = std::fabs(a2 - a0);
-    return !(side > limits.deviation) && !(rise > limits.deviation) &&
-           !(turn > 3.141592653589793 * 0.5) &&
+    return !(side > limits.deviation) && !(rise > limits.deviation) && !(turn > kPi * 0.5) &&
            (!(limits.maxLength > 0.0) || !(Distance(anchor, mid) > limits.maxLength));
 }
 

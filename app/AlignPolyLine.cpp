@@ -14,7 +14,7 @@ using TamLib::Point3d;
 
 namespace {
 
-constexpr int replySize = 132;
+constexpr int kReplySize = 132;
 
 Point3d ToPoint3d(const AcGePoint3d& point) {
     return {point.x, point.y, point.z};
@@ -46,7 +46,7 @@ bool AlignPolyLine::Run() {
     }
     if (!SelectEntities()) return false;
     AlignEntities();
-    wchar_t reply[replySize] = {};  // an unanswered prompt counts as the empty reply
+    wchar_t reply[kReplySize] = {};  // an unanswered prompt counts as the empty reply
     acedGetString(0, L"\nKäännetäänkö symboleja 180 astetta k/<e> : ", reply);
     if (reply[0] == L'\0') return true;
     if (AsksForFlip(reply)) flipSymbols = true;

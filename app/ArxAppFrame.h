@@ -74,7 +74,7 @@ class AcRxArxApp : public AcRxDbxApp {
     AcRx::AppRetCode OnLoadDwg(void* packet) override;
     // Takes every LISP function away again.
     AcRx::AppRetCode OnUnloadDwg(void* packet) override;
-    // Calls the LISP function whose number the host tells, and answers kRetOK whatever it returned.
+    // Calls the LISP function whose number the host gives, and answers kRetOK whatever it returned.
     AcRx::AppRetCode OnInvokeSubroutine(void* packet) override;
 };
 

@@ -9,8 +9,8 @@
 
 namespace {
 
-constexpr int nameSize = 132;                       // room for a name from the resources
-constexpr std::int32_t noResourceHandle = 1 << 21;  // flag: the command gets no resource handle
+constexpr int kNameSize = 132;                       // room for a name from the resources
+constexpr std::int32_t kNoResourceHandle = 1 << 21;  // flag: the command gets no resource handle
 
 AcEdCommandStack& CommandStack() {
     return *FromRegistry<AcEdCommandStack>(L"ACAD_REGISTERED_COMMANDS");
@@ -22,7 +22,7 @@ class EntryName {
   public:
     EntryName(const ACHAR* name, HINSTANCE instance, unsigned resource) : name_(name) {
         if (name_ != nullptr) return;
-        LoadStringW(instance, resource, buffer_.data(), nameSize);
+        LoadStringW(instance, resource, buffer_.data(), kNameSize);
         name_ = buffer_.data();
     }
     EntryName(const EntryName&) = delete;
@@ -31,7 +31,7 @@ class EntryName {
     const ACHAR* Text() const { return name_; }
 
   private:
-    std::array<ACHAR, nameSize> buffer_{};
+    std::array<ACHAR, kNameSize> buffer_{};
     const ACHAR* name_;
 };
 
@@ -52,7 +52,7 @@ AcRx::AppRetCode AcRxArxApp::OnInitApp(void* packet) {
         if (command == nullptr) continue;
         const EntryName local(command->localName, moduleInstance, command->localNameResource);
         const HINSTANCE resources =
-            (command->flags & noResourceHandle) != 0 ? nullptr : moduleInstance;
+            (command->flags & kNoResourceHandle) != 0 ? nullptr : moduleInstance;
         CommandStack().addCommand(command->groupName, command->globalName, local.Text(),
                                   command->flags, command->function, command->context, -1,
                                   resources, nullptr);

@@ -96,14 +96,14 @@ AcRx::AppRetCode AcRxDbxApp::OnNull(void* /*packet*/) {
 
 AcRx::AppRetCode AcRxDbxApp::Dispatch(std::uint32_t message, void* packet) {
     using Handler = AcRx::AppRetCode (AcRxDbxApp::*)(void*);
-    static constexpr Handler handlers[] = {
+    static constexpr Handler kHandlers[] = {
         &AcRxDbxApp::OnNull,         &AcRxDbxApp::OnInitApp,    &AcRxDbxApp::OnUnloadApp,
         &AcRxDbxApp::OnLoadDwg,      &AcRxDbxApp::OnUnloadDwg,  &AcRxDbxApp::OnInvokeSubroutine,
         &AcRxDbxApp::OnConfigure,    &AcRxDbxApp::OnEnd,        &AcRxDbxApp::OnQuit,
         &AcRxDbxApp::OnSave,         &AcRxDbxApp::OnDependency, &AcRxDbxApp::OnNoDependency,
         &AcRxDbxApp::OnOleUnloadApp, &AcRxDbxApp::OnPreQuit,    &AcRxDbxApp::OnInitDialog,
         &AcRxDbxApp::OnEndDialog};
-    static_assert(std::size(handlers) == 16, "messages 0 to 15");
-    if (message >= std::size(handlers)) return AcRx::kRetOK;
-    return (this->*handlers[message])(packet);
+    static_assert(std::size(kHandlers) == 16, "messages 0 to 15");
+    if (message >= std::size(kHandlers)) return AcRx::kRetOK;
+    return (this->*kHandlers[message])(packet);
 }

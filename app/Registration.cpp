@@ -4,12 +4,12 @@
 
 namespace {
 
-constexpr ArxCommand alignEntities{L"ZEPTOrlinth", L"ZEPTAlignEntities", L"ZEPTAlignEntities",
-                                   ACRX_CMD_MODAL, RunAlignEntities,     nullptr,
-                                   noResource};
+constexpr ArxCommand kAlignEntities{L"ZEPTOrlinth", L"ZEPTAlignEntities", L"ZEPTAlignEntities",
+                                    ACRX_CMD_MODAL, RunAlignEntities,     nullptr,
+                                    kNoResource};
 
 constexpr ArxCustomClassTable DBXCUSTO{};
-constexpr ArxCommandTable ARXCOMMA{&alignEntities};
+constexpr ArxCommandTable ARXCOMMA{&kAlignEntities};
 constexpr ArxAdsSymbolTable ADSSYMBO{};
 
 }  // namespace

@@ -14,7 +14,7 @@
 #include <cstdint>
 
 // "No text in the resources", for the resource ids below.
-constexpr unsigned noResource = 0xFFFFFFFFu;
+constexpr unsigned kNoResource = 0xFFFFFFFFu;
 
 // A command. Its names are kept by the table for the life of the module.
 struct ArxCommand {

@@ -14,7 +14,7 @@ endif()
 target_compile_options(orlinth_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wold-style-cast
   -Woverloaded-virtual -Wnull-dereference -Wimplicit-fallthrough
-  -ffp-contract=off          # a fused multiply-add rounds once where the told expression rounds twice
+  -ffp-contract=off          # a fused multiply-add rounds once where the expression as written rounds twice
   -fno-strict-aliasing       # point arrays are handed to the host as its own point records
   -ffile-prefix-map=${CMAKE_SOURCE_DIR}/=)
 target_compile_definitions(orlinth_flags INTERFACE UNICODE _UNICODE NOMINMAX)

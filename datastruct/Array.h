@@ -43,7 +43,7 @@ namespace TamLib {
 template <class T>
 struct DefaultComparison {
     static std::int32_t Compare(const T* first, const T* second) {
-        return CompareBytes(first, second, elementBytes<T>);
+        return CompareBytes(first, second, kElementBytes<T>);
     }
 };
 

@@ -69,7 +69,7 @@ namespace detail {
 // Calls `sort` with the comparison, in a form that can be inlined when it is the usual one.
 template <class T, class Sorting>
 void WithComparison(std::int32_t (*compare)(const T*, const T*), Sorting sort) {
-    if constexpr (UsualComparison<T>::exists) {
+    if constexpr (UsualComparison<T>::kExists) {
         if (compare == UsualComparison<T>::function) {
             sort(KnownFunction<UsualComparison<T>::function>());
             return;
@@ -138,7 +138,7 @@ std::uint32_t Array<T>::Checksum(ChecksumFunction fn) const {
     std::uint32_t sum = 0;
     for (std::uint32_t i = 0; i < count; ++i) {
         const std::uint32_t one =
-            fn != nullptr ? fn(data + i) : ByteChecksum(data + i, elementBytes<T>);
+            fn != nullptr ? fn(data + i) : ByteChecksum(data + i, kElementBytes<T>);
         sum += one * (i + 1) * 119u;
     }
     return sum;

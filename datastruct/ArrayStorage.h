@@ -13,11 +13,11 @@ namespace TamLib {
 
 namespace detail {
 
-constexpr std::int32_t allocateLine = 804;
-constexpr std::int32_t resizeLine = 826;
-constexpr std::int32_t makeRoomLine = 850;
-constexpr std::int32_t removeLengthLine = 997;
-constexpr std::int32_t removeIndexLine = 999;
+constexpr std::int32_t kAllocateLine = 804;
+constexpr std::int32_t kResizeLine = 826;
+constexpr std::int32_t kMakeRoomLine = 850;
+constexpr std::int32_t kRemoveLengthLine = 997;
+constexpr std::int32_t kRemoveIndexLine = 999;
 
 // The capacity to ask for; a sum beyond 32 bits is one that is refused.
 inline std::uint32_t Grown(std::uint64_t capacity, std::uint64_t step, std::uint64_t extra) {
@@ -65,7 +65,7 @@ template <class T>
 void Array<T>::CopyElements(const Array& other) {
     if (bitwise) {
         if (other.count == 0) return;
-        data = _Allocate(other.count, 0, detail::allocateLine);
+        data = _Allocate(other.count, 0, detail::kAllocateLine);
         capacity = other.count;
         MoveElements(data, other.data, other.count);
         count = other.count;
@@ -100,7 +100,7 @@ template <class T>
 void Array<T>::Allocate(std::uint32_t n) {
     FreeBlock();
     if (n == 0) return;
-    data = _Allocate(n, 0, detail::allocateLine);
+    data = _Allocate(n, 0, detail::kAllocateLine);
     FillSlots(0, n);
     capacity = n;
 }
@@ -117,7 +117,7 @@ void Array<T>::Resize(std::uint32_t n) {
         capacity = n;  // what is alive, should the smaller block be refused
         if (count > n) count = n;
     }
-    data = _ReAllocate(data, n, old, detail::resizeLine);
+    data = _ReAllocate(data, n, old, detail::kResizeLine);
     if (n > old) FillSlots(old, n);
     capacity = n;
 }
@@ -177,7 +177,7 @@ template <class T>
 void Array<T>::RotateSpareTo(std::uint32_t index, std::uint32_t n) {
     if (count == 0 || count == index) return;
     assert(index < count);
-    T* const kept = _Allocate(n, capacity, detail::makeRoomLine);
+    T* const kept = _Allocate(n, capacity, detail::kMakeRoomLine);
     MoveElements(kept, data + count, n);
     MoveElements(data + index + n, data + index, count - index);
     MoveElements(data + index, kept, n);
@@ -187,8 +187,8 @@ void Array<T>::RotateSpareTo(std::uint32_t index, std::uint32_t n) {
 template <class T>
 void Array<T>::Remove(std::int32_t index, std::uint32_t n) {
     const std::uint32_t at = Normal(index);
-    if (std::uint64_t{at} + n > count) RaiseArrayRange(detail::removeLengthLine);
-    if (at >= count) RaiseArrayRange(detail::removeIndexLine);
+    if (std::uint64_t{at} + n > count) RaiseArrayRange(detail::kRemoveLengthLine);
+    if (at >= count) RaiseArrayRange(detail::kRemoveIndexLine);
     DestroySlots(at, at + n);
     MoveElements(data + at, data + at + n, count - at - n);
     FillSlots(count - n, count);
@@ -215,7 +215,7 @@ void Array<T>::Store(T& slot, const T& item) {
 template <class T>
 void Array<T>::FillSlots(std::uint32_t from, std::uint32_t to) {
     if (bitwise) {
-        std::memset(static_cast<void*>(data + from), 0, (to - from) * elementBytes<T>);
+        std::memset(static_cast<void*>(data + from), 0, (to - from) * kElementBytes<T>);
     } else {
         std::uninitialized_value_construct(data + from, data + to);
     }

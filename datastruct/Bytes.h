@@ -12,7 +12,7 @@ namespace TamLib {
 
 // The size of an element, which may be a pointer on purpose.
 template <class T>
-inline constexpr std::size_t elementBytes = sizeof(T);  // NOLINT(bugprone-sizeof-expression)
+inline constexpr std::size_t kElementBytes = sizeof(T);  // NOLINT(bugprone-sizeof-expression)
 
 // -1, 0 or 1 as the first `length` bytes at `first` come before, equal or come after
 // those at `second`.

@@ -42,7 +42,7 @@ class FunctionComparator final : public Comparator<T> {
 // The bytes of two elements, without a sign: -1, 0 or 1.
 template <class T>
 std::int32_t CompareElementBytes(const T* first, const T* second) {
-    return CompareBytes(first, second, elementBytes<T>);
+    return CompareBytes(first, second, kElementBytes<T>);
 }
 
 // CompareElementBytes in the form of an object.
@@ -63,11 +63,11 @@ std::int32_t CompareNumbers(const T* first, const T* second) {
 // `compare` it is sorts without a call per comparison, into the same order. Types specialise it.
 template <class T, class = void>
 struct UsualComparison {
-    static constexpr bool exists = false;
+    static constexpr bool kExists = false;
 };
 template <class T>
 struct UsualComparison<T, std::enable_if_t<std::is_arithmetic_v<T>>> {
-    static constexpr bool exists = true;
+    static constexpr bool kExists = true;
     static constexpr std::int32_t (*function)(const T*, const T*) = &CompareNumbers<T>;
 };
 
@@ -83,14 +83,14 @@ struct KnownFunction {
 };
 
 template <class C>
-constexpr bool isKnownFunction = false;
+constexpr bool kIsKnownFunction = false;
 template <auto function>
-constexpr bool isKnownFunction<KnownFunction<function>> = true;
+constexpr bool kIsKnownFunction<KnownFunction<function>> = true;
 
 // The comparison C is a function rather than an object.
 template <class C>
-constexpr bool isFunction = std::is_function_v<C> || isKnownFunction<C> ||
-                            (std::is_pointer_v<C> && std::is_function_v<std::remove_pointer_t<C>>);
+constexpr bool kIsFunction = std::is_function_v<C> || kIsKnownFunction<C> ||
+                             (std::is_pointer_v<C> && std::is_function_v<std::remove_pointer_t<C>>);
 
 }  // namespace detail
 }  // namespace TamLib

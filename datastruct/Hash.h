@@ -78,7 +78,7 @@ class Hash {
     }
 
     std::uint32_t HashOf(const K& key) const {
-        return hashFunction != nullptr ? hashFunction(&key) : ByteHash(&key, elementBytes<K>);
+        return hashFunction != nullptr ? hashFunction(&key) : ByteHash(&key, kElementBytes<K>);
     }
 
     HashFunction hashFunction;

@@ -66,7 +66,7 @@ class LwArray {
 
   private:
     void Grow() {
-        const std::size_t bytes = (std::size_t{count} + N) * elementBytes<T>;
+        const std::size_t bytes = (std::size_t{count} + N) * kElementBytes<T>;
         data = static_cast<T*>(runTimeMemory.reallocate(data, bytes));
         std::uninitialized_value_construct(data + count, data + count + N);
     }

@@ -49,23 +49,23 @@ struct ArrayMemory {
     static_assert(alignof(T) <= alignof(std::max_align_t), "the heap aligns no further");
 
     // The first count that is refused.
-    static constexpr std::uint32_t refusedCount =
-        static_cast<std::uint32_t>(0x7FFFFFFFu / elementBytes<T>);
+    static constexpr std::uint32_t kRefusedCount =
+        static_cast<std::uint32_t>(0x7FFFFFFFu / kElementBytes<T>);
 
     // A new block for `count` elements. `oldCount` is for the message alone.
     static T* _Allocate(std::uint32_t count, std::uint32_t oldCount, std::int32_t line) {
-        void* block = count < refusedCount ? HeapAllocate(count * elementBytes<T>) : nullptr;
-        if (block == nullptr) RaiseAllocateFailed(elementBytes<T>, count, oldCount, line);
+        void* block = count < kRefusedCount ? HeapAllocate(count * kElementBytes<T>) : nullptr;
+        if (block == nullptr) RaiseAllocateFailed(kElementBytes<T>, count, oldCount, line);
         return static_cast<T*>(block);
     }
 
     // `block` of `oldCount` elements, or null for 0, resized to `count`, which is not 0.
     static T* _ReAllocate(T* block, std::uint32_t count, std::uint32_t oldCount,
                           std::int32_t line) {
-        void* resized = count < refusedCount ? HeapReallocate(block, oldCount * elementBytes<T>,
-                                                              count * elementBytes<T>)
-                                             : nullptr;
-        if (resized == nullptr) RaiseReAllocateFailed(elementBytes<T>, count, oldCount, line);
+        void* resized = count < kRefusedCount ? HeapReallocate(block, oldCount * kElementBytes<T>,
+                                                               count * kElementBytes<T>)
+                                              : nullptr;
+        if (resized == nullptr) RaiseReAllocateFailed(kElementBytes<T>, count, oldCount, line);
         return static_cast<T*>(resized);
     }
 
@@ -78,7 +78,7 @@ template <class T>
 void MoveElements(T* target, const T* source, std::size_t count) {
     if (count != 0) {
         std::memmove(static_cast<void*>(target), static_cast<const void*>(source),
-                     count * elementBytes<T>);
+                     count * kElementBytes<T>);
     }
 }
 
@@ -86,10 +86,10 @@ void MoveElements(T* target, const T* source, std::size_t count) {
 template <class T>
 void SwapElements(T& first, T& second) {
     if (&first == &second) return;
-    alignas(T) unsigned char kept[elementBytes<T>];
-    std::memcpy(kept, static_cast<const void*>(&first), elementBytes<T>);
-    std::memcpy(static_cast<void*>(&first), static_cast<const void*>(&second), elementBytes<T>);
-    std::memcpy(static_cast<void*>(&second), kept, elementBytes<T>);
+    alignas(T) unsigned char kept[kElementBytes<T>];
+    std::memcpy(kept, static_cast<const void*>(&first), kElementBytes<T>);
+    std::memcpy(static_cast<void*>(&first), static_cast<const void*>(&second), kElementBytes<T>);
+    std::memcpy(static_cast<void*>(&second), kept, kElementBytes<T>);
 }
 
 }  // namespace TamLib

@@ -18,7 +18,7 @@ namespace detail {
 template <class T>
 struct ValueRuns {
     using Handle = T;
-    static constexpr bool keepsDropped = false;
+    static constexpr bool kKeepsDropped = false;
     static const T* Element(const Handle& handle) { return &handle; }
     static const Handle& Of(T* element) { return *element; }
 };
@@ -27,16 +27,16 @@ struct ValueRuns {
 template <class T>
 struct PointerRuns {
     using Handle = T*;
-    static constexpr bool keepsDropped = true;
+    static constexpr bool kKeepsDropped = true;
     static const T* Element(Handle handle) { return handle; }
     static Handle Of(T* element) { return element; }
 };
 
-constexpr std::size_t largestValue = 64;  // above it copying costs more than following a pointer
+constexpr std::size_t kLargestValue = 64;  // above it copying costs more than following a pointer
 
 template <class T>
 using RunsOf =
-    std::conditional_t<std::is_trivially_copyable_v<T> && elementBytes<T> <= largestValue,
+    std::conditional_t<std::is_trivially_copyable_v<T> && kElementBytes<T> <= kLargestValue,
                        ValueRuns<T>, PointerRuns<T>>;
 
 // An owned block of handles of `n` elements, in raw memory. A refusal names the elements, whatever
@@ -55,9 +55,9 @@ class RawBlock {
 
   private:
     static H* Taken(std::uint32_t n) {
-        const bool refused = n >= ArrayMemory<T>::refusedCount;
-        void* block = refused ? nullptr : HeapAllocate(n * elementBytes<H>);
-        if (block == nullptr) RaiseAllocateFailed(elementBytes<T>, n, n, mergeLine);
+        const bool refused = n >= ArrayMemory<T>::kRefusedCount;
+        void* block = refused ? nullptr : HeapAllocate(n * kElementBytes<H>);
+        if (block == nullptr) RaiseAllocateFailed(kElementBytes<T>, n, n, kMergeLine);
         return static_cast<H*>(block);
     }
 
@@ -127,14 +127,14 @@ class Merger {
 
   private:
     enum class Side { none, left, right };
-    static constexpr std::uint32_t nowhere = 0xFFFFFFFFu;
+    static constexpr std::uint32_t kNowhere = 0xFFFFFFFFu;
 
     // An element that was written: its run, its place there, and the place in the other run of the
     // head that it was found to differ from.
     struct Written {
         Side side = Side::none;
         std::uint32_t index = 0;
-        std::uint32_t facing = nowhere;
+        std::uint32_t facing = kNowhere;
     };
 
     // Takes heads as long as they differ, without a branch on their order. True when it ends at
@@ -186,12 +186,12 @@ class Merger {
     void TakeEqual(const Handle& left, std::uint32_t i, const Handle& right, std::uint32_t j) {
         switch (rules_.mode) {
             case MergeMode::keepAll:
-                Take(left, {Side::left, i, nowhere});
-                Take(right, {Side::right, j, nowhere});
+                Take(left, {Side::left, i, kNowhere});
+                Take(right, {Side::right, j, kNowhere});
                 break;
             case MergeMode::keepOne:
                 Drop(left);
-                Take(right, {Side::right, j, nowhere});
+                Take(right, {Side::right, j, kNowhere});
                 settled_ = false;
                 break;
             case MergeMode::dropPairs:
@@ -205,7 +205,7 @@ class Merger {
     // What one run has left when the other is exhausted.
     void TakeRest(const Handle* run, std::uint32_t from, std::uint32_t count, Side side) {
         for (; from < count && !settled_; ++from) {
-            settled_ = Take(run[from], {side, from, nowhere}) && settles_;
+            settled_ = Take(run[from], {side, from, kNowhere}) && settles_;
         }
         std::copy(run + from, run + count, out_ + kept_);
         kept_ += count - from;
@@ -218,7 +218,7 @@ class Merger {
     }
 
     void Drop(const Handle& handle) {
-        if constexpr (Runs::keepsDropped) *--back_ = handle;
+        if constexpr (Runs::kKeepsDropped) *--back_ = handle;
     }
 
     const MergeRules<T, Runs, C>& rules_;
@@ -239,7 +239,7 @@ std::uint32_t MergeHalves(const MergeRules<T, Runs, C>& rules, const typename Ru
                           std::uint32_t rightKept, typename Runs::Handle* out) {
     Merger<T, Runs, C> merger(rules, out, n, true);
     const std::uint32_t kept = merger.Merge(from, leftKept, from + half, rightKept);
-    if constexpr (Runs::keepsDropped) {
+    if constexpr (Runs::kKeepsDropped) {
         auto* behind = std::copy(from + leftKept, from + half, out + kept);
         std::copy(from + half + rightKept, from + n, behind);
     }
@@ -271,7 +271,7 @@ std::uint32_t SortRun(const MergeRules<T, Runs, C>& rules, T* elements, std::uin
 // and fills the block up with default content.
 template <class T>
 T* GatherElements(T* const* elements, std::uint32_t kept, std::uint32_t n, std::uint32_t capacity) {
-    T* const out = ArrayMemory<T>::_Allocate(capacity, capacity, mergeLine);
+    T* const out = ArrayMemory<T>::_Allocate(capacity, capacity, kMergeLine);
     for (std::uint32_t i = 0; i < kept; ++i) MoveElements(out + i, elements[i], 1);
     for (std::uint32_t i = kept; i < n; ++i) std::destroy(elements[i], elements[i] + 1);
     std::uninitialized_value_construct(out + kept, out + capacity);
@@ -290,7 +290,7 @@ T* SortedBlock(T* block, std::uint32_t count, std::uint32_t& outCount, std::uint
     const std::uint32_t right =
         SortRun(rules, block + half, count - half, runs.Get() + half, other.Get() + half);
     outCapacity = left + right;
-    if constexpr (RunsOf<T>::keepsDropped) {
+    if constexpr (RunsOf<T>::kKeepsDropped) {
         outCount = MergeHalves(rules, runs.Get(), half, count, left, right, other.Get());
         return GatherElements(other.Get(), outCount, count, outCapacity);
     } else {

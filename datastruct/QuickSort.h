@@ -13,14 +13,14 @@ namespace TamLib {
 
 namespace detail {
 
-constexpr std::int32_t pointersLine = 334;
-constexpr std::int32_t sortedBlockLine = 343;
-constexpr std::int32_t sortedBlockNullLine = 344;
-constexpr std::int32_t mergeLine = 466;
+constexpr std::int32_t kPointersLine = 334;
+constexpr std::int32_t kSortedBlockLine = 343;
+constexpr std::int32_t kSortedBlockNullLine = 344;
+constexpr std::int32_t kMergeLine = 466;
 
-constexpr std::int32_t sampledSpan = 200;  // above it the pivot comes from a sample
-constexpr std::int32_t functionInsertionSpan = 10;
-constexpr std::int32_t otherInsertionSpan = 48;
+constexpr std::int32_t kSampledSpan = 200;  // above it the pivot comes from a sample
+constexpr std::int32_t kFunctionInsertionSpan = 10;
+constexpr std::int32_t kOtherInsertionSpan = 48;
 
 // An element taken out of its slot while others move up; it returns to the slot that is free, also
 // when a comparison raises.
@@ -28,21 +28,21 @@ template <class T>
 class Lifted {
   public:
     explicit Lifted(T* slot) : free_(slot) {
-        std::memcpy(bytes_, static_cast<const void*>(slot), elementBytes<T>);
+        std::memcpy(bytes_, static_cast<const void*>(slot), kElementBytes<T>);
     }
-    ~Lifted() { std::memcpy(static_cast<void*>(free_), bytes_, elementBytes<T>); }
+    ~Lifted() { std::memcpy(static_cast<void*>(free_), bytes_, kElementBytes<T>); }
     Lifted(const Lifted&) = delete;
     Lifted& operator=(const Lifted&) = delete;
 
     const T* Element() const { return std::launder(reinterpret_cast<const T*>(bytes_)); }
     // Moves another element to the free slot, and its slot is the free one then.
     void Fill(T* slot) {
-        std::memcpy(static_cast<void*>(free_), static_cast<const void*>(slot), elementBytes<T>);
+        std::memcpy(static_cast<void*>(free_), static_cast<const void*>(slot), kElementBytes<T>);
         free_ = slot;
     }
 
   private:
-    alignas(T) unsigned char bytes_[elementBytes<T>];
+    alignas(T) unsigned char bytes_[kElementBytes<T>];
     T* free_;
 };
 
@@ -50,7 +50,7 @@ template <class T, class C>
 const T* ChoosePivot(const T* block, const C& comparison, std::int32_t high, std::int32_t low) {
     const std::int32_t span = high - low;
     const std::int32_t middle = low + span / 2;
-    if (span <= sampledSpan) return block + middle;
+    if (span <= kSampledSpan) return block + middle;
     const std::int32_t a = high - Random() % span;
     const std::int32_t b = low + Random() % span;
     const T* m = MedianOfThree(block + high, block + low, block + middle, comparison);
@@ -157,8 +157,8 @@ template <class T>
 class PointerBlock {
   public:
     explicit PointerBlock(std::uint32_t n)
-        : pointers_(static_cast<T**>(runTimeMemory.allocateArray(n * elementBytes<T*>))) {
-        if (pointers_ == nullptr) RaiseOrderingNoMemory(pointersLine);
+        : pointers_(static_cast<T**>(runTimeMemory.allocateArray(n * kElementBytes<T*>))) {
+        if (pointers_ == nullptr) RaiseOrderingNoMemory(kPointersLine);
     }
     ~PointerBlock() { runTimeMemory.releaseArray(pointers_); }
     PointerBlock(const PointerBlock&) = delete;
@@ -187,9 +187,9 @@ void InsertionSort(T* block, const C& comparison, std::int32_t high, std::int32_
 
 template <class T, class C>
 void QuickSort(T* block, const C& comparison, std::int32_t high, std::int32_t low) {
-    constexpr std::int32_t insertionSpan =
-        detail::isFunction<C> ? detail::functionInsertionSpan : detail::otherInsertionSpan;
-    detail::SortPart<insertionSpan>(block, comparison, high, low);
+    constexpr std::int32_t kSpan =
+        detail::kIsFunction<C> ? detail::kFunctionInsertionSpan : detail::kOtherInsertionSpan;
+    detail::SortPart<kSpan>(block, comparison, high, low);
 }
 
 template <class T, class C>
@@ -219,9 +219,9 @@ void SortByPointers(T*& block, std::int32_t high, std::uint32_t& capacity, const
     for (std::uint32_t i = 0; i < n; ++i) pointers.Get()[i] = block + i;
     QuickSortPointers(pointers.Get(), high, 0, comparison);
 
-    T* const fresh = ArrayMemory<T>::_Allocate(n, n, detail::sortedBlockLine);
+    T* const fresh = ArrayMemory<T>::_Allocate(n, n, detail::kSortedBlockLine);
     // Intended, though _Allocate raises by itself: the block is tested like the pointers.
-    if (fresh == nullptr) RaiseOrderingNoMemory(detail::sortedBlockNullLine);
+    if (fresh == nullptr) RaiseOrderingNoMemory(detail::kSortedBlockNullLine);
     for (std::uint32_t i = 0; i < n; ++i) MoveElements(fresh + i, pointers.Get()[i], 1);
     if (capacity > n) std::destroy(block + n, block + capacity);
     ArrayMemory<T>::Release(block);

@@ -7,7 +7,7 @@ namespace {
 
 #if defined(_WIN32)
 
-static_assert(RAND_MAX == randomMaximum, "the range that callers count on");
+static_assert(RAND_MAX == kRandomMaximum, "the range that callers count on");
 
 std::int32_t Next() {
     return std::rand();

@@ -7,7 +7,7 @@
 
 namespace TamLib {
 
-constexpr std::int32_t randomMaximum = 32767;
+constexpr std::int32_t kRandomMaximum = 32767;
 
 // The next number, 0 to 32767.
 std::int32_t Random();

@@ -90,8 +90,8 @@ template <class T>
 void StringBase<T>::Take(const T* characters, std::uint32_t n) {
     this->Clear();
     if (n == 0) return;
-    constexpr std::int32_t allocateLine = 804;  // as of Array::Allocate
-    data = this->_Allocate(n, 0, allocateLine);
+    constexpr std::int32_t kAllocateLine = 804;  // as of Array::Allocate
+    data = this->_Allocate(n, 0, kAllocateLine);
     capacity = n;
     MoveElements(data, characters, n);
     count = n;

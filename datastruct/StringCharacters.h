@@ -92,7 +92,7 @@ bool SameCharacter(T a, T b, bool caseSensitive) {
     return a == b || (!caseSensitive && LowerChar(a) == LowerChar(b));
 }
 
-constexpr std::size_t notFound = static_cast<std::size_t>(-1);
+constexpr std::size_t kNotFound = static_cast<std::size_t>(-1);
 
 template <class T>
 std::size_t FindPlain(const Run<T>& text, const Run<T>& needle, std::size_t start) {
@@ -101,13 +101,13 @@ std::size_t FindPlain(const Run<T>& text, const Run<T>& needle, std::size_t star
     const T* const end = text.characters + text.count - needle.count + 1;
     while (at < end) {
         at = Traits::find(at, static_cast<std::size_t>(end - at), needle.characters[0]);
-        if (at == nullptr) return notFound;
+        if (at == nullptr) return kNotFound;
         if (Traits::compare(at, needle.characters, needle.count) == 0) {
             return static_cast<std::size_t>(at - text.characters);
         }
         ++at;
     }
-    return notFound;
+    return kNotFound;
 }
 
 // Whether the needle stands at the index, with no quote character behind its first.
@@ -129,10 +129,10 @@ std::size_t FindOutsideQuotes(const Run<T>& text, T wanted, std::size_t start, s
     const T* const end = text.characters + text.count;
     for (;;) {
         while (at != end && *at != wanted && !IsQuote(*at, quote)) ++at;
-        if (at == end) return notFound;
+        if (at == end) return kNotFound;
         if (!IsQuote(*at, quote)) break;
         do {
-            if (++at == end) return notFound;
+            if (++at == end) return kNotFound;
         } while (!IsQuote(*at, quote));
         if (*at == wanted) break;  // the quote that ends a quotation may itself be wanted
         ++at;
@@ -140,13 +140,13 @@ std::size_t FindOutsideQuotes(const Run<T>& text, T wanted, std::size_t start, s
     return static_cast<std::size_t>(at - text.characters);
 }
 
-// The index of the first occurrence at or after `start` that lies outside quotes, notFound if there
-// is none. Reading starts outside quotes. An empty needle does not occur.
+// The index of the first occurrence at or after `start` that lies outside quotes, kNotFound if
+// there is none. Reading starts outside quotes. An empty needle does not occur.
 template <class T>
 std::size_t FindRun(const Run<T>& text, const Run<T>& needle, std::size_t start, std::int32_t quote,
                     bool caseSensitive) {
     if (needle.count == 0 || needle.count > text.count || start > text.count - needle.count) {
-        return notFound;
+        return kNotFound;
     }
     if (quote < 0 && caseSensitive) return FindPlain(text, needle, start);
     if (needle.count == 1 && caseSensitive) {
@@ -157,7 +157,7 @@ std::size_t FindRun(const Run<T>& text, const Run<T>& needle, std::size_t start,
         if (IsQuote(text.characters[at], quote)) inQuote = !inQuote;
         if (!inQuote && StandsAt(text, needle, at, quote, caseSensitive)) return at;
     }
-    return notFound;
+    return kNotFound;
 }
 
 }  // namespace detail

@@ -120,10 +120,10 @@ std::int32_t StringBase<T>::Format(const T* format, ...) {
 
 template <class T>
 std::int32_t StringBase<T>::FormatV(const T* format, va_list arguments) {
-    constexpr int mostRounds = 100;
+    constexpr int kMostRounds = 100;
     std::uint64_t estimate = std::uint64_t{3} * LengthOf(format) * 4 / 10 + 10;
     std::uint64_t target = 0;
-    for (int round = 0; round < mostRounds; ++round) {
+    for (int round = 0; round < kMostRounds; ++round) {
         target = estimate >= capacity ? estimate + 1 : (target + 1) * 13 / 10;
         if (target > capacity) {
             this->Resize(static_cast<std::uint32_t>(std::min<std::uint64_t>(target, UINT32_MAX)));

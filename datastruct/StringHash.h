@@ -1,5 +1,5 @@
 // The map from strings: Hash with a hash over the characters, and keys that are equal when their
-// characters are. Case tells keys apart unless the keys' own `compare` says otherwise.
+// characters are. Case distinguishes keys unless the keys' own `compare` says otherwise.
 #pragma once
 
 #include <cstdint>

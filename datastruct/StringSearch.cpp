@@ -123,7 +123,7 @@ std::int32_t StringBase<T>::Find(const StringBase& needle, std::int32_t quote, s
     const std::size_t from = start < 0 ? 0 : static_cast<std::size_t>(start);
     const std::size_t found =
         detail::FindRun(RunOf(*this), RunOf(needle), from, quote, caseSensitive);
-    return found == detail::notFound ? -1 : static_cast<std::int32_t>(found);
+    return found == detail::kNotFound ? -1 : static_cast<std::int32_t>(found);
 }
 
 template <class T>
@@ -153,7 +153,7 @@ std::int32_t StringBase<T>::Replace(const StringBase& old, const StringBase& rep
     if (sorted || unique) return ReplaceAtEnd(old, replacement, caseSensitive, all);
     const detail::Run<T> text = RunOf(*this);
     std::size_t found = detail::FindRun(text, RunOf(old), 0, -1, caseSensitive);
-    if (found == detail::notFound) return 0;
+    if (found == detail::kNotFound) return 0;
 
     RoomAfter room{count, capacity, increment};
     std::uint32_t end = 0;  // of what has been copied of the text
@@ -176,8 +176,8 @@ std::int32_t StringBase<T>::Replace(const StringBase& old, const StringBase& rep
         room.Remove(old.count);
         room.Append(replacement.count);
         ++made;
-        found = all ? detail::FindRun(text, RunOf(old), end, -1, caseSensitive) : detail::notFound;
-    } while (found != detail::notFound);
+        found = all ? detail::FindRun(text, RunOf(old), end, -1, caseSensitive) : detail::kNotFound;
+    } while (found != detail::kNotFound);
     copy(data + end, count - end);
     rebuilt.Resize(room.capacity);
     this->SwapBlocks(rebuilt);

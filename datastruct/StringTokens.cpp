@@ -28,7 +28,7 @@ class SeparatorSearch {
     // to the earlier one. `at` is its place.
     std::int32_t First(std::uint32_t from, std::uint32_t& at) {
         std::int32_t first = -1;
-        std::int64_t earliest = none;
+        std::int64_t earliest = kNone;
         for (std::uint32_t i = 0; i < count_; ++i) {
             if (next_.data[i] < from) Look(i, from);
             if (next_.data[i] < earliest) {
@@ -41,13 +41,13 @@ class SeparatorSearch {
     }
 
   private:
-    static constexpr std::int64_t none = std::numeric_limits<std::int64_t>::max();
+    static constexpr std::int64_t kNone = std::numeric_limits<std::int64_t>::max();
 
     void Look(std::uint32_t i, std::uint32_t from) {
         const std::size_t found =
             detail::FindRun(text_, {separators_[i].data, separators_[i].count}, from, quote_,
                             /*caseSensitive=*/true);
-        next_.data[i] = found == detail::notFound ? none : static_cast<std::int64_t>(found);
+        next_.data[i] = found == detail::kNotFound ? kNone : static_cast<std::int64_t>(found);
     }
 
     detail::Run<T> text_;

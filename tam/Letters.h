@@ -16,7 +16,7 @@ struct LetterRange {
 };
 
 // clang-format off
-inline constexpr LetterRange letterRanges[] = {
+inline constexpr LetterRange kLetterRanges[] = {
     {0x0041, 0x005A}, {0x0061, 0x007A}, {0x00AA, 0x00AA}, {0x00B5, 0x00B5}, {0x00BA, 0x00BA},
     {0x00C0, 0x00D6}, {0x00D8, 0x00F6}, {0x00F8, 0x02C1}, {0x02C6, 0x02D1}, {0x02E0, 0x02E4},
     {0x02EC, 0x02EC}, {0x02EE, 0x02EE}, {0x0370, 0x0374}, {0x0376, 0x0377}, {0x037A, 0x037D},
@@ -97,9 +97,9 @@ inline constexpr LetterRange letterRanges[] = {
 
 inline bool IsLetter(std::uint32_t code) {
     const LetterRange* const range = std::lower_bound(
-        std::begin(letterRanges), std::end(letterRanges), code,
+        std::begin(kLetterRanges), std::end(kLetterRanges), code,
         [](const LetterRange& letters, std::uint32_t wanted) { return letters.last < wanted; });
-    return range != std::end(letterRanges) && range->first <= code;
+    return range != std::end(kLetterRanges) && range->first <= code;
 }
 
 }  // namespace text_case

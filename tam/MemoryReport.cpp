@@ -15,9 +15,9 @@ std::int32_t Megabytes(SIZE_T bytes) {
 // print goes through a text of its own, since a message cannot be printed into itself.
 template <class... Values>
 void AppendLine(TamExpBase& exception, const wchar_t* format, Values... values) {
-    wchar_t text[TamExpBase::messageSize];
+    wchar_t text[TamExpBase::kMessageSize];
     PrintWithin(text, format, static_cast<const wchar_t*>(exception.message), values...);
-    CopyLimited(exception.message, text, TamExpBase::messageSize);
+    CopyLimited(exception.message, text, TamExpBase::kMessageSize);
 }
 
 }  // namespace
@@ -40,7 +40,7 @@ void AppendMemoryReport(TamExpBase& exception) {
     amount(L"%s%*d %sB total virtual memory.\n", status.dwTotalVirtual);
     amount(L"%s%*d %sB of virtual memory free.\n\n", status.dwAvailVirtual);
     AppendLine(exception, L"%sWIN32 last error code was:\n   %s\n\n", lastError.Text());
-    AppendLimited(exception.message, L"\n\n", TamExpBase::messageSize);
+    AppendLimited(exception.message, L"\n\n", TamExpBase::kMessageSize);
 }
 
 }  // namespace TamLib

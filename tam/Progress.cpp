@@ -10,7 +10,7 @@ bool ShowsProgress() {
            !progressOperations.isSuppressed(gProgress);
 }
 
-void TellProgress(float percent) {
+void ReportProgress(float percent) {
     if (ShowsProgress()) progressOperations.setPos(gProgress, percent);
 }
 

@@ -1,5 +1,5 @@
-// How the library's long operations tell the progress dialog how far they are, without knowing it:
-// the dialog stands on a higher floor and registers its operations here.
+// How the library's long operations report to the progress dialog how far they are, without knowing
+// it: the dialog stands on a higher floor and registers its operations here.
 //
 // An application that wants its long operations shown sets `gProgress`; the library only reads it.
 // While it is null, or the dialog is suppressed, operations run without progress and without a way
@@ -23,8 +23,8 @@ extern ProgressOperations progressOperations;
 
 // Whether there is a dialog and it is not suppressed.
 bool ShowsProgress();
-// Tells the dialog the position, 0 to 100, when there is one to be told.
-void TellProgress(float percent);
+// Reports the position, 0 to 100, to the dialog when there is one.
+void ReportProgress(float percent);
 // Whether the user has cancelled; false when no dialog is to be asked. Pumps the dialog's messages.
 bool ProgressCancelled();
 

@@ -8,8 +8,8 @@ namespace TamLib {
 namespace {
 
 constexpr const wchar_t* ownSource = L"tam/TamExceptions";
-constexpr std::int32_t winSeLine = 398;
-constexpr std::uint32_t filterCode = 1000;
+constexpr std::int32_t kWinSeLine = 398;
+constexpr std::uint32_t kFilterCode = 1000;
 
 bool TellsOfStackOverflow(const _EXCEPTION_POINTERS* pointers) {
     return pointers != nullptr && pointers->ExceptionRecord != nullptr &&
@@ -20,10 +20,10 @@ bool TellsOfStackOverflow(const _EXCEPTION_POINTERS* pointers) {
 
 bool translatingSeException = false;
 
-TamExpWinSeException::TamExpWinSeException() : TamExpInternal(L"", winSeLine, ownSource) {}
+TamExpWinSeException::TamExpWinSeException() : TamExpInternal(L"", kWinSeLine, ownSource) {}
 
 TamExpWinSeException::TamExpWinSeException(std::uint32_t seCode, _EXCEPTION_POINTERS* record)
-    : TamExpInternal(L"", winSeLine, ownSource), code(seCode), pointers(record) {
+    : TamExpInternal(L"", kWinSeLine, ownSource), code(seCode), pointers(record) {
     // Intended: the record's code is looked at, since `code` may be that of the filter.
     if (TellsOfStackOverflow(record)) {
         OutputDebugStringW(L"!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!\n");
@@ -34,7 +34,7 @@ TamExpWinSeException::TamExpWinSeException(std::uint32_t seCode, _EXCEPTION_POIN
 }
 
 TamExpWinSeException::TamExpWinSeException(const TamExpWinSeException& other)
-    : TamExpInternal(L"", winSeLine, ownSource), code(other.code), pointers(other.pointers) {}
+    : TamExpInternal(L"", kWinSeLine, ownSource), code(other.code), pointers(other.pointers) {}
 
 void* TamExpWinSeException::GetAddress() const {
     if (pointers == nullptr || pointers->ExceptionRecord == nullptr) return nullptr;
@@ -49,7 +49,7 @@ void TranslateSeException(unsigned code, _EXCEPTION_POINTERS* pointers) {
 
 long SeExceptionFilter(_EXCEPTION_POINTERS* pointers) {
     if (translatingSeException) return 0;
-    TranslateSeException(filterCode, pointers);
+    TranslateSeException(kFilterCode, pointers);
     return 0;
 }
 

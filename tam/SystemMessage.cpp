@@ -5,9 +5,9 @@
 namespace TamLib {
 
 SystemMessage::SystemMessage(std::uint32_t code) {
-    constexpr DWORD flags = 0x1300;    // allocate the buffer, system's table, ignore inserts
-    constexpr DWORD language = 0x400;  // the process's own
-    FormatMessageW(flags, nullptr, code, language, reinterpret_cast<LPWSTR>(&text_), 0, nullptr);
+    constexpr DWORD kFlags = 0x1300;    // allocate the buffer, system's table, ignore inserts
+    constexpr DWORD kLanguage = 0x400;  // the process's own
+    FormatMessageW(kFlags, nullptr, code, kLanguage, reinterpret_cast<LPWSTR>(&text_), 0, nullptr);
     if (text_ == nullptr) return;
     wchar_t* kept = text_;
     for (const wchar_t* c = text_; *c != 0; ++c) {

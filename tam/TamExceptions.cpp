@@ -11,8 +11,8 @@ namespace TamLib {
 namespace {
 
 constexpr const wchar_t* ownSource = L"tam/TamExceptions";
-constexpr std::int32_t divZeroLine = 445;
-constexpr std::int32_t invalidArgsLine = 486;
+constexpr std::int32_t kDivZeroLine = 445;
+constexpr std::int32_t kInvalidArgsLine = 486;
 
 void RemoveCarriageReturns(wchar_t* text) {
     wchar_t* kept = text;
@@ -28,7 +28,7 @@ ReportFunction reportFunction = nullptr;
 
 TamExpBase::TamExpBase(const wchar_t* text, std::int32_t sourceLine, const wchar_t* sourceName)
     : line(sourceLine), file(sourceName) {
-    CopyLimited(message, text != nullptr ? text : L"", messageSize);
+    CopyLimited(message, text != nullptr ? text : L"", kMessageSize);
 }
 
 TamExpBase::TamExpBase(const TamExpBase& other) : line(other.line), file(other.file) {
@@ -67,14 +67,14 @@ const wchar_t* TamExpNoMem::Title() const {
     return L"Out of memory";
 }
 
-TamExpDivZero::TamExpDivZero() : TamExpInternal(L"", divZeroLine, ownSource) {}
+TamExpDivZero::TamExpDivZero() : TamExpInternal(L"", kDivZeroLine, ownSource) {}
 
 TamExpUser::TamExpUser(const wchar_t* text, std::int32_t sourceLine, const wchar_t* sourceName)
     : TamExpBase(text, sourceLine, sourceName) {}
 
 void TamExpUser::UserHook() {}
 
-TamExpInvalidArgs::TamExpInvalidArgs() : TamExpUser(L"", invalidArgsLine, ownSource) {}
+TamExpInvalidArgs::TamExpInvalidArgs() : TamExpUser(L"", kInvalidArgsLine, ownSource) {}
 
 TamExpActionCancelled::TamExpActionCancelled(const wchar_t* text, std::int32_t sourceLine,
                                              const wchar_t* sourceName)

@@ -29,7 +29,7 @@ namespace TamLib {
 // The root of the family; not raised by itself.
 class TAM_EXCEPTION TamExpBase {
   public:
-    static constexpr std::uint32_t messageSize = 2048;
+    static constexpr std::uint32_t kMessageSize = 2048;
 
     // `message` is copied and cut at 2047 characters; null is an empty message.
     TamExpBase(const wchar_t* message, std::int32_t line, const wchar_t* file);
@@ -43,12 +43,12 @@ class TAM_EXCEPTION TamExpBase {
     // without any "\r", to `reportFunction` under the title "TamLib error".
     virtual void Report();
 
-    wchar_t message[messageSize];  // zero-terminated
+    wchar_t message[kMessageSize];  // zero-terminated
     std::int32_t line;
     const wchar_t* file;
 };
 static_assert(sizeof(TamExpBase) ==
-                  2 * sizeof(void*) + TamExpBase::messageSize * sizeof(wchar_t) + 8,
+                  2 * sizeof(void*) + TamExpBase::kMessageSize * sizeof(wchar_t) + 8,
               "table pointer, message, line (padded), file");
 
 // A broken condition within the library.
@@ -93,7 +93,7 @@ class TAM_EXCEPTION TamExpWinSeException final : public TamExpInternal {
     using TamExpInternal::TamExpInternal;
     // An empty message, line 398, file L"tam/TamExceptions"; code 0 and no record.
     TamExpWinSeException();
-    // The same with `code` and the platform's record, which is not owned. A record that tells of an
+    // The same with `code` and the platform's record, which is not owned. A record that reports an
     // overflown stack is reported by three lines to the debugger, since little stack is left; the
     // message stays empty. Clears `translatingSeException` as its last act.
     TamExpWinSeException(std::uint32_t code, _EXCEPTION_POINTERS* pointers);

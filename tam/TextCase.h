@@ -21,7 +21,7 @@
 namespace TamLib {
 namespace text_case {
 
-constexpr std::uint32_t tableSize = 0x460;  // up to the end of the basic Cyrillic letters
+constexpr std::uint32_t kTableSize = 0x460;  // up to the end of the basic Cyrillic letters
 
 constexpr bool Between(std::uint32_t code, std::uint32_t first, std::uint32_t last) {
     return code >= first && code <= last;
@@ -47,11 +47,11 @@ constexpr std::uint32_t LowerOfCapital(std::uint32_t code) {
     return code;
 }
 
-using Table = std::array<std::uint16_t, tableSize>;
+using Table = std::array<std::uint16_t, kTableSize>;
 
 constexpr Table MakeLower() {
     Table table{};
-    for (std::uint32_t code = 0; code < tableSize; ++code) {
+    for (std::uint32_t code = 0; code < kTableSize; ++code) {
         table[code] = static_cast<std::uint16_t>(LowerOfCapital(code));
     }
     return table;
@@ -59,18 +59,18 @@ constexpr Table MakeLower() {
 
 constexpr Table MakeUpper() {
     Table table{};
-    for (std::uint32_t code = 0; code < tableSize; ++code) {
+    for (std::uint32_t code = 0; code < kTableSize; ++code) {
         table[code] = static_cast<std::uint16_t>(code);
     }
-    for (std::uint32_t code = 0; code < tableSize; ++code) {
+    for (std::uint32_t code = 0; code < kTableSize; ++code) {
         const std::uint32_t lower = LowerOfCapital(code);
         if (lower != code) table[lower] = static_cast<std::uint16_t>(code);
     }
     return table;
 }
 
-inline constexpr Table lowerTable = MakeLower();
-inline constexpr Table upperTable = MakeUpper();
+inline constexpr Table kLowerTable = MakeLower();
+inline constexpr Table kUpperTable = MakeUpper();
 
 }  // namespace text_case
 
@@ -78,13 +78,13 @@ inline constexpr Table upperTable = MakeUpper();
 // The lower case of a wide character, or the character itself when it has none.
 constexpr wchar_t LowerChar(wchar_t c) {
     const auto code = static_cast<std::uint32_t>(c);
-    return code < text_case::tableSize ? static_cast<wchar_t>(text_case::lowerTable[code]) : c;
+    return code < text_case::kTableSize ? static_cast<wchar_t>(text_case::kLowerTable[code]) : c;
 }
 
 // The upper case of a wide character, or the character itself when it has none.
 constexpr wchar_t UpperChar(wchar_t c) {
     const auto code = static_cast<std::uint32_t>(c);
-    return code < text_case::tableSize ? static_cast<wchar_t>(text_case::upperTable[code]) : c;
+    return code < text_case::kTableSize ? static_cast<wchar_t>(text_case::kUpperTable[code]) : c;
 }
 
 // NOLINTEND(bugprone-signed-char-misuse)

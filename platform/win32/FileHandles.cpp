@@ -147,9 +147,10 @@ FILETIME WindowsTime(ULONGLONG units) {
 }
 
 FILETIME WindowsTime(const timespec& time) {
-    constexpr LONGLONG secondsFrom1601To1970 = 11644473600;
-    const LONGLONG units = (static_cast<LONGLONG>(time.tv_sec) + secondsFrom1601To1970) * 10000000 +
-                           time.tv_nsec / 100;
+    constexpr LONGLONG kSecondsFrom1601To1970 = 11644473600;
+    const LONGLONG units =
+        (static_cast<LONGLONG>(time.tv_sec) + kSecondsFrom1601To1970) * 10000000 +
+        time.tv_nsec / 100;
     return WindowsTime(static_cast<ULONGLONG>(units));
 }
 

@@ -84,9 +84,9 @@ int LoadStringW(HINSTANCE module, UINT id, LPWSTR buffer, int size) {
 
 BOOL GetModuleHandleExW(DWORD flags, LPCWSTR addressOrName, HMODULE* module) {
     *module = nullptr;
-    constexpr DWORD known =
+    constexpr DWORD kKnown =
         GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
-    if (flags != known) {
+    if (flags != kKnown) {
         SetLastError(ERROR_INVALID_PARAMETER);
         return FALSE;
     }

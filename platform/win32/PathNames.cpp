@@ -12,12 +12,12 @@
 namespace posix {
 namespace {
 
-constexpr std::uint32_t escapedByte = 0xDC00u;  // plus the byte, 0x80 to 0xFF
+constexpr std::uint32_t kEscapedByte = 0xDC00u;  // plus the byte, 0x80 to 0xFF
 
 bool AppendUtf8(std::string& text, std::uint32_t code) {
     const auto put = [&text](std::uint32_t byte) { text += static_cast<char>(byte); };
-    if (code >= escapedByte + 0x80u && code <= escapedByte + 0xFFu) {
-        put(code - escapedByte);
+    if (code >= kEscapedByte + 0x80u && code <= kEscapedByte + 0xFFu) {
+        put(code - kEscapedByte);
         return true;
     }
     if (code > 0x10FFFFu || (code >= 0xD800u && code <= 0xDFFFu)) return false;
@@ -56,9 +56,9 @@ std::size_t ReadUtf8(const std::string& text, std::size_t at, std::uint32_t& cod
         if ((byte(at + i) & 0xC0u) != 0x80u) return 0;
         code = code << 6 | (byte(at + i) & 0x3Fu);
     }
-    constexpr std::uint32_t least[] = {0, 0, 0x80u, 0x800u, 0x10000u};
+    constexpr std::uint32_t kLeast[] = {0, 0, 0x80u, 0x800u, 0x10000u};
     const bool surrogate = code >= 0xD800u && code <= 0xDFFFu;
-    return code < least[length] || code > 0x10FFFFu || surrogate ? 0 : length;
+    return code < kLeast[length] || code > 0x10FFFFu || surrogate ? 0 : length;
 }
 
 locale_t UnicodeLocale() {
@@ -84,7 +84,7 @@ std::wstring WideName(const std::string& name) {
         std::uint32_t code = 0;
         std::size_t length = ReadUtf8(name, at, code);
         if (length == 0) {
-            code = escapedByte + static_cast<unsigned char>(name[at]);
+            code = kEscapedByte + static_cast<unsigned char>(name[at]);
             length = 1;
         }
         wide += static_cast<wchar_t>(code);

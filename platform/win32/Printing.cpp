@@ -305,10 +305,10 @@ class NeutralNumbers {
 template <class C>
 void PutDouble(Sink<C>& sink, double number, const Conversion& conversion) {
     // The exact value of a double has at most 309 digits before and 1074 behind the point.
-    constexpr int mostDigits = 1100;
-    const int precision = conversion.precision < 0            ? 6
-                          : conversion.precision > mostDigits ? mostDigits
-                                                              : conversion.precision;
+    constexpr int kMostDigits = 1100;
+    const int precision = conversion.precision < 0             ? 6
+                          : conversion.precision > kMostDigits ? kMostDigits
+                                                               : conversion.precision;
     char format[8];
     char* at = format;
     *at++ = '%';

@@ -66,11 +66,11 @@ struct ProcessBasicInformation {
 
 LONG NtQueryInformationProcess(HANDLE process, int which, PVOID information, ULONG length,
                                ULONG* returned) {
-    constexpr LONG invalidClass = static_cast<LONG>(0xC0000003u);
-    constexpr LONG invalidHandle = static_cast<LONG>(0xC0000008u);
-    if (posix::Refused("NtQueryInformationProcess")) return invalidHandle;
-    if (which != 0 || length != sizeof(ProcessBasicInformation)) return invalidClass;
-    if (process != GetCurrentProcess()) return invalidHandle;
+    constexpr LONG kInvalidClass = static_cast<LONG>(0xC0000003u);
+    constexpr LONG kInvalidHandle = static_cast<LONG>(0xC0000008u);
+    if (posix::Refused("NtQueryInformationProcess")) return kInvalidHandle;
+    if (which != 0 || length != sizeof(ProcessBasicInformation)) return kInvalidClass;
+    if (process != GetCurrentProcess()) return kInvalidHandle;
     ProcessBasicInformation basic{};
     basic.uniqueProcessId = GetCurrentProcessId();
     std::memcpy(information, &basic, sizeof basic);
@@ -153,11 +153,11 @@ SIZE_T VirtualQuery(LPCVOID address, MEMORY_BASIC_INFORMATION* information, SIZE
         SetLastError(ERROR_INVALID_PARAMETER);
         return 0;
     }
-    constexpr std::uintptr_t page = 4096;
+    constexpr std::uintptr_t kPage = 4096;
     *information = {};
     information->AllocationBase = base;
     information->BaseAddress =
-        reinterpret_cast<PVOID>(reinterpret_cast<std::uintptr_t>(address) / page * page);
+        reinterpret_cast<PVOID>(reinterpret_cast<std::uintptr_t>(address) / kPage * kPage);
     return sizeof *information;
 }
 

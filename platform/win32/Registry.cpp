@@ -14,9 +14,9 @@ using posix::RegistryKey;
 using posix::RegistryPath;
 using posix::RegistryValue;
 
-constexpr std::size_t longestKeyName = 255;
-constexpr std::size_t longestValueName = 16383;
-constexpr REGSAM maximumAllowed = 0x2000000;
+constexpr std::size_t kLongestKeyName = 255;
+constexpr std::size_t kLongestValueName = 16383;
+constexpr REGSAM kMaximumAllowed = 0x2000000;
 
 struct OpenKey {
     RegistryPath path;
@@ -63,7 +63,7 @@ HKEY Open(const RegistryPath& path, REGSAM access) {
     OpenKeys& open = TheKeys();
     const std::lock_guard<std::mutex> lock(open.guard);
     open.last += 4;  // a handle is not used again
-    open.keys[open.last] = {path, (access & maximumAllowed) != 0 ? KEY_ALL_ACCESS : access};
+    open.keys[open.last] = {path, (access & kMaximumAllowed) != 0 ? KEY_ALL_ACCESS : access};
     return reinterpret_cast<HKEY>(open.last);
 }
 
@@ -72,7 +72,7 @@ DWORD Below(RegistryPath& path, LPCWSTR subkey) {
     const std::wstring names = subkey != nullptr ? subkey : L"";
     for (std::size_t at = 0; at < names.size();) {
         const std::size_t end = std::min(names.find(L'\\', at), names.size());
-        if (end - at > longestKeyName) return ERROR_INVALID_PARAMETER;
+        if (end - at > kLongestKeyName) return ERROR_INVALID_PARAMETER;
         if (end != at) path.push_back(names.substr(at, end - at));
         at = end + 1;
     }
@@ -255,17 +255,17 @@ LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR subkey, DWORD /*reserved*/, LPWSTR /*k
                         DWORD /*options*/, REGSAM access, const SECURITY_ATTRIBUTES* /*security*/,
                         PHKEY result, LPDWORD disposition) {
     if (const LSTATUS ordered = Ordered("RegCreateKeyExW")) return ordered;
-    constexpr DWORD createdNew = 1;
-    constexpr DWORD openedExisting = 2;
+    constexpr DWORD kCreatedNew = 1;
+    constexpr DWORD kOpenedExisting = 2;
     const bool existed = OpenBelow(key, subkey, access, result) == ERROR_SUCCESS;
-    Tell(disposition, existed ? openedExisting : createdNew);
+    Tell(disposition, existed ? kOpenedExisting : kCreatedNew);
     return existed ? 0 : static_cast<LSTATUS>(MakeBelow(key, subkey, access, result));
 }
 
 LSTATUS RegCreateKeyW(HKEY key, LPCWSTR subkey, PHKEY result) {
     if (const LSTATUS ordered = Ordered("RegCreateKeyW")) return ordered;
-    if (OpenBelow(key, subkey, maximumAllowed, result) == ERROR_SUCCESS) return 0;
-    return static_cast<LSTATUS>(MakeBelow(key, subkey, maximumAllowed, result));
+    if (OpenBelow(key, subkey, kMaximumAllowed, result) == ERROR_SUCCESS) return 0;
+    return static_cast<LSTATUS>(MakeBelow(key, subkey, kMaximumAllowed, result));
 }
 
 LSTATUS RegCloseKey(HKEY key) {
@@ -281,7 +281,7 @@ LSTATUS RegSetValueExW(HKEY key, LPCWSTR name, DWORD /*reserved*/, DWORD type, c
                        DWORD size) {
     if (const LSTATUS ordered = Ordered("RegSetValueExW")) return ordered;
     RegistryValue value{NameOrDefault(name), type, {}};
-    if (value.name.size() > longestValueName) return ERROR_INVALID_PARAMETER;
+    if (value.name.size() > kLongestValueName) return ERROR_INVALID_PARAMETER;
     if (size != 0) {
         value.data = IsText(type) ? TextBytes(reinterpret_cast<const wchar_t*>(data), size)
                                   : std::vector<BYTE>(data, data + size);

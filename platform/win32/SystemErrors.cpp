@@ -13,7 +13,7 @@ struct ErrorText {
     const wchar_t* text;
 };
 
-constexpr ErrorText errorTexts[] = {
+constexpr ErrorText kErrorTexts[] = {
     {ERROR_SUCCESS, L"The operation completed successfully.\r\n"},
     {ERROR_FILE_NOT_FOUND, L"The system cannot find the file specified.\r\n"},
     {ERROR_PATH_NOT_FOUND, L"The system cannot find the path specified.\r\n"},
@@ -53,7 +53,7 @@ constexpr ErrorText errorTexts[] = {
 };
 
 const wchar_t* TextOfError(DWORD code) {
-    for (const ErrorText& entry : errorTexts) {
+    for (const ErrorText& entry : kErrorTexts) {
         if (entry.code == code) return entry.text;
     }
     return nullptr;

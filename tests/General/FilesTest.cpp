@@ -119,11 +119,11 @@ TEST(CompareFileTimes, AFailureIsMinusOneWithoutItsLowByteAndLeavesTheTimes) {
     for (const auto& [x, y] : {std::pair(a, none), std::pair(none, a), std::pair(none, none)}) {
         const std::int32_t result = CompareFileTimes(x.c_str(), y.c_str(), &first, &second);
         EXPECT_EQ(static_cast<std::uint32_t>(result), 0xFFFFFF00u);
-        EXPECT_EQ(result, fileTimesUnknown);
+        EXPECT_EQ(result, kFileTimesUnknown);
         EXPECT_EQ(first, 1);
         EXPECT_EQ(second, 2);
     }
-    EXPECT_EQ(CompareFileTimes(noPath, L""), fileTimesUnknown);
+    EXPECT_EQ(CompareFileTimes(noPath, L""), kFileTimesUnknown);
 }
 
 TEST(IsSameFile, ByAnyNameThatLeadsToIt) {

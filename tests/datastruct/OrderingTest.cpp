@@ -440,7 +440,7 @@ TEST(Random, GivesTheSeriesOfTheRunTimeFrom0To32767) {
     EXPECT_EQ(Random(), 41);
     for (int i = 0; i < 100000; ++i) {
         const std::int32_t number = Random();
-        ASSERT_TRUE(number >= 0 && number <= randomMaximum);
+        ASSERT_TRUE(number >= 0 && number <= kRandomMaximum);
     }
 }
 

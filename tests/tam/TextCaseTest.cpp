@@ -78,7 +78,7 @@ TEST(TextCase, WideLettersAreThoseOfUnicodeWithAndWithoutCase) {
 
 TEST(TextCase, RangesOfLettersAscendWithoutTouching) {
     std::int64_t last = -1;
-    for (const text_case::LetterRange& range : text_case::letterRanges) {
+    for (const text_case::LetterRange& range : text_case::kLetterRanges) {
         EXPECT_GT(range.first, last + 1);
         EXPECT_GE(range.last, range.first);
         last = range.last;
@@ -117,7 +117,7 @@ TEST(TextCase, WideAgreesWithUnicodeWhereverItFolds) {
     const std::string before = std::setlocale(LC_CTYPE, nullptr);
     ASSERT_NE(std::setlocale(LC_CTYPE, "C.UTF-8"), nullptr);
     int folded = 0;
-    for (std::uint32_t code = 0; code < text_case::tableSize; ++code) {
+    for (std::uint32_t code = 0; code < text_case::kTableSize; ++code) {
         const auto c = static_cast<wchar_t>(code);
         if (LowerChar(c) != c) {
             ++folded;

@@ -200,7 +200,7 @@ TEST_F(Frame, InitAddsCommandsAfterTheBaseWithMinusOneTheResourceHandleAndNull) 
     ArxCustomClass first{First, InitFirst, false};
     substitute::customClasses[0] = &first;
     AcEdUIContext* const context = reinterpret_cast<AcEdUIContext*>(Packet(99));
-    const ArxCommand command{L"GROUP", L"GLOBAL", L"LOCAL", 5, RunNothing, context, noResource};
+    const ArxCommand command{L"GROUP", L"GLOBAL", L"LOCAL", 5, RunNothing, context, kNoResource};
     substitute::commands[66] = &command;
     EXPECT_EQ(Send(AcRx::kInitAppMsg), AcRx::kRetOK);
     EXPECT_EQ(Journal().back(), "addCommand GLOBAL");
@@ -219,8 +219,8 @@ TEST_F(Frame, InitAddsCommandsAfterTheBaseWithMinusOneTheResourceHandleAndNull) 
 }
 
 TEST_F(Frame, NullCommandSlotsArePassedOver) {
-    const ArxCommand command{L"G", L"A", L"A", 0, RunNothing, nullptr, noResource};
-    const ArxCommand other{L"G", L"B", L"B", 0, RunNothing, nullptr, noResource};
+    const ArxCommand command{L"G", L"A", L"A", 0, RunNothing, nullptr, kNoResource};
+    const ArxCommand other{L"G", L"B", L"B", 0, RunNothing, nullptr, kNoResource};
     substitute::commands[3] = &command;
     substitute::commands[10] = &other;
     Send(AcRx::kInitAppMsg);
@@ -230,8 +230,8 @@ TEST_F(Frame, NullCommandSlotsArePassedOver) {
 }
 
 TEST_F(Frame, BitTwentyOneOfTheFlagsAloneTakesTheResourceHandleAway) {
-    const ArxCommand with{L"G", L"A", L"A", 1 << 21, RunNothing, nullptr, noResource};
-    const ArxCommand all{L"G", L"B", L"B", ~(1 << 21), RunNothing, nullptr, noResource};
+    const ArxCommand with{L"G", L"A", L"A", 1 << 21, RunNothing, nullptr, kNoResource};
+    const ArxCommand all{L"G", L"B", L"B", ~(1 << 21), RunNothing, nullptr, kNoResource};
     substitute::commands[0] = &with;
     substitute::commands[1] = &all;
     Send(AcRx::kInitAppMsg);
@@ -242,7 +242,7 @@ TEST_F(Frame, BitTwentyOneOfTheFlagsAloneTakesTheResourceHandleAway) {
 }
 
 TEST_F(Frame, ARefusedCommandChangesNothingInTheAnswer) {
-    const ArxCommand command{L"G", L"A", L"A", 0, RunNothing, nullptr, noResource};
+    const ArxCommand command{L"G", L"A", L"A", 0, RunNothing, nullptr, kNoResource};
     substitute::commands[0] = &command;
     substitute::commandStatus = Acad::eInvalidInput;
     EXPECT_EQ(Send(AcRx::kInitAppMsg), AcRx::kRetOK);
@@ -293,8 +293,8 @@ TEST_F(Frame, AMissingFunctionNameComesFromTheResources) {
 TEST_F(Frame, UnloadRemovesClassesBeforeCommands) {
     ArxCustomClass first{First, InitFirst, true};
     substitute::customClasses[0] = &first;
-    const ArxCommand command{L"GROUP", L"A", L"LOCAL", 0, RunNothing, nullptr, noResource};
-    const ArxCommand other{L"GROUP", L"B", L"LOCAL", 0, RunNothing, nullptr, noResource};
+    const ArxCommand command{L"GROUP", L"A", L"LOCAL", 0, RunNothing, nullptr, kNoResource};
+    const ArxCommand other{L"GROUP", L"B", L"LOCAL", 0, RunNothing, nullptr, kNoResource};
     substitute::commands[5] = &command;
     substitute::commands[7] = &other;
     EXPECT_EQ(Send(AcRx::kUnloadAppMsg), AcRx::kRetOK);
@@ -348,7 +348,7 @@ TEST_F(Frame, AnUnregisteredClassInBetweenHidesThoseDerivedFromIt) {
 TEST_F(Frame, LoadingAgainRegistersAnew) {
     ArxCustomClass first{First, InitFirst, false};
     substitute::customClasses[0] = &first;
-    const ArxCommand command{L"G", L"A", L"A", 0, RunNothing, nullptr, noResource};
+    const ArxCommand command{L"G", L"A", L"A", 0, RunNothing, nullptr, kNoResource};
     substitute::commands[0] = &command;
     const Calls load{"unlockApplication 7", "registerAppMDIAware 7",   "RegisterServerComponents",
                      "init first",          "acrxBuildClassHierarchy", "addCommand A"};
@@ -384,8 +384,8 @@ class LispFunctions : public Frame {
     }
 
   private:
-    const ArxAdsSymbol one_{L"one", CallOne, 0, noResource};
-    const ArxAdsSymbol two_{L"two", CallTwo, 1, noResource};
+    const ArxAdsSymbol one_{L"one", CallOne, 0, kNoResource};
+    const ArxAdsSymbol two_{L"two", CallTwo, 1, kNoResource};
 };
 
 TEST_F(LispFunctions, LoadDefinesEachAndRegistersThoseWithFlagOne) {
@@ -394,8 +394,8 @@ TEST_F(LispFunctions, LoadDefinesEachAndRegistersThoseWithFlagOne) {
 }
 
 TEST_F(LispFunctions, AFlagOtherThanOneDoesNotRegister) {
-    const ArxAdsSymbol odd{L"odd", CallOne, 2, noResource};
-    const ArxAdsSymbol negative{L"negative", CallOne, -1, noResource};
+    const ArxAdsSymbol odd{L"odd", CallOne, 2, kNoResource};
+    const ArxAdsSymbol negative{L"negative", CallOne, -1, kNoResource};
     substitute::adsSymbols = {&odd, &negative};
     Send(AcRx::kLoadDwgMsg);
     EXPECT_EQ(Journal(), (Calls{"acedDefun odd 0", "acedDefun negative 1"}));

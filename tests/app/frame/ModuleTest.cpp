@@ -124,7 +124,7 @@ TEST_F(ModuleLife, TheHostWindowIsReadOnceAndItsObjectLookedUpAtEveryInit) {
 }
 
 TEST_F(ModuleLife, UnloadingTheModulesClassForwardsToTheBase) {
-    ArxCommand command{L"G", L"A", L"A", 0, nullptr, nullptr, noResource};
+    ArxCommand command{L"G", L"A", L"A", 0, nullptr, nullptr, kNoResource};
     substitute::commands[0] = &command;
     COrlinthApp app;
     EXPECT_EQ(app.Dispatch(AcRx::kUnloadAppMsg, Packet(1)), AcRx::kRetOK);
