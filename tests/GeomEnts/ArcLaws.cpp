@@ -9,11 +9,10 @@
 #include "GeomEnts/Arc.h"
 #include "GeomEnts/Box.h"
 #include "GeomEnts/circle.h"
+#include "tests/support/Points.h"
 
 namespace TamLib {
 namespace {
-
-constexpr double kPi = 3.141592653589793;
 
 double AnyNumber(double extent) {
     return *rc::gen::inRange(-1000000, 1000001) / 1e6 * extent;

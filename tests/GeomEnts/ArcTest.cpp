@@ -13,11 +13,11 @@
 #include "GeomEnts/Box.h"
 #include "GeomEnts/circle.h"
 #include "tam/TamExceptions.h"
+#include "tests/support/Points.h"
 
 namespace TamLib {
 namespace {
 
-constexpr double kPi = 3.141592653589793;
 const Point3d kOrigin, kFar(25e6, 7e6, 0);
 
 Line At(const Point3d& base, const Point3d& start, const Point3d& end) {
@@ -33,12 +33,6 @@ Point3d CentreOf(const Arc& arc) {
     Point3d centre;
     arc.Centre(centre);
     return centre;
-}
-
-void ExpectNear(const Point3d& expected, const Point3d& actual, double tolerance = 1e-12) {
-    EXPECT_NEAR(expected.x, actual.x, tolerance);
-    EXPECT_NEAR(expected.y, actual.y, tolerance);
-    EXPECT_NEAR(expected.z, actual.z, tolerance);
 }
 
 template <class Make>

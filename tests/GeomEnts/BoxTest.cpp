@@ -8,6 +8,7 @@
 #include <random>
 
 #include "datastruct/Random.h"
+#include "tests/support/Points.h"
 
 namespace TamLib {
 namespace {
@@ -18,12 +19,6 @@ void ExpectBox(const Box& expected, const Box& actual) {
     EXPECT_EQ(0, std::memcmp(&expected, &actual, sizeof(Box)))
         << actual.xMin << ' ' << actual.xMax << ' ' << actual.yMin << ' ' << actual.yMax << ' '
         << actual.zMin << ' ' << actual.zMax;
-}
-
-void ExpectPoint(const Point3d& expected, const Point3d& actual) {
-    EXPECT_EQ(expected.x, actual.x);
-    EXPECT_EQ(expected.y, actual.y);
-    EXPECT_EQ(expected.z, actual.z);
 }
 
 TEST(Box, InterleavesMinimaAndMaxima) {

@@ -6,18 +6,12 @@
 #include "GeomEnts/Line.h"
 #include "GeomEnts/circle.h"
 #include "GeomStructs/Point3dArray.h"
+#include "tests/support/Points.h"
 
 namespace TamLib {
 namespace {
 
-constexpr double kPi = 3.141592653589793;
 using Points = Point3dArrayBase<Point3d>;
-
-void ExpectNear(const Point3d& expected, const Point3d& actual, double tolerance = 1e-12) {
-    EXPECT_NEAR(expected.x, actual.x, tolerance);
-    EXPECT_NEAR(expected.y, actual.y, tolerance);
-    EXPECT_NEAR(expected.z, actual.z, tolerance);
-}
 
 TEST(Circle, OfADiameterHasTheMiddleInSpaceAndHalfThePlanDistance) {
     const Circle circle({0, 0, 10}, {6, 8, 30});

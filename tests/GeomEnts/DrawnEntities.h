@@ -16,7 +16,9 @@
 #include "GeomEnts/EntityReading.h"
 #include "host/database/Drawing.h"
 #include "host/editor/Scripted.h"
+#include "tam/TamExceptions.h"
 #include "tests/GeomEnts/TestDrawing.h"
+#include "tests/support/Points.h"
 
 namespace TamLib {
 
@@ -95,17 +97,11 @@ inline Look LookOf(AcDbObjectId id) {
     return look;
 }
 
-inline void ExpectPoint(const Point3d& expected, const AcGePoint3d& actual) {
-    EXPECT_EQ(expected.x, actual.x);
-    EXPECT_EQ(expected.y, actual.y);
-    EXPECT_EQ(expected.z, actual.z);
-}
-
 // Writes with the 1st, 2nd, ... call into the host failing, each time into a fresh drawing, and
-// says what was told and left behind.
+// says what was reported and left behind.
 struct FailedWrite {
     std::string call;          // the one that failed
-    int status = 0;            // what the writing told
+    int status = 0;            // what the writing reported
     std::size_t entities = 0;  // how many the drawing got
     std::vector<std::string> leaks;
 };
@@ -151,6 +147,24 @@ inline void ExpectAllOrNothing(const std::vector<FailedWrite>& outcomes) {
         "AcDbObject::operator new", "AcDbObject::operator new", "AcDbDatabase::getSymbolTable",
         "AcDbSymbolTable::getAt", "AcDbBlockTableRecord::appendAcDbEntity"};
     EXPECT_EQ(expected, deadly);
+}
+
+// For what is written in more than one step: the status, or a raise in its stead, says whether the
+// one entity is there, whichever call fails. Nothing stays open.
+inline void ExpectWrittenOrNot(const std::function<int()>& write, const std::string& what) {
+    const auto outcomes = WriteWithEachCallFailing([&](const TestDrawing&) {
+        try {
+            return write();
+        } catch (const TamExpAcad&) {
+            return static_cast<int>(Acad::eOutOfDisk);
+        }
+    });
+    EXPECT_GT(outcomes.size(), 8u) << what;
+    for (const FailedWrite& outcome : outcomes) {
+        EXPECT_TRUE(outcome.leaks.empty()) << outcome.call << ": " << outcome.leaks.front();
+        EXPECT_EQ(outcome.status == Acad::eOk ? 1u : 0u, outcome.entities)
+            << outcome.call << ", " << what;
+    }
 }
 
 }  // namespace TamLib

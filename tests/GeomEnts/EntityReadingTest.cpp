@@ -9,17 +9,12 @@
 #include "GeomEnts/circle.h"
 #include "host/editor/Scripted.h"
 #include "tests/GeomEnts/TestDrawing.h"
+#include "tests/support/Points.h"
 
 namespace TamLib {
 namespace {
 
 using host::editor::Scripted;
-
-void ExpectPoint(const Point3d& expected, const Point3d& actual) {
-    EXPECT_EQ(expected.x, actual.x);
-    EXPECT_EQ(expected.y, actual.y);
-    EXPECT_EQ(expected.z, actual.z);
-}
 
 class EntityReading : public ::testing::Test {
   protected:

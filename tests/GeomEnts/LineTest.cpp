@@ -10,23 +10,10 @@
 
 #include "GeomEnts/Box.h"
 #include "datastruct/Bytes.h"
+#include "tests/support/Points.h"
 
 namespace TamLib {
 namespace {
-
-constexpr double kPi = 3.141592653589793;
-
-void ExpectPoint(const Point3d& expected, const Point3d& actual) {
-    EXPECT_EQ(expected.x, actual.x);
-    EXPECT_EQ(expected.y, actual.y);
-    EXPECT_EQ(expected.z, actual.z);
-}
-
-void ExpectNear(const Point3d& expected, const Point3d& actual, double tolerance) {
-    EXPECT_NEAR(expected.x, actual.x, tolerance);
-    EXPECT_NEAR(expected.y, actual.y, tolerance);
-    EXPECT_NEAR(expected.z, actual.z, tolerance);
-}
 
 void ExpectLine(const Point3d& start, const Point3d& end, const Line& line) {
     ExpectPoint(start, line.Start());

@@ -7,15 +7,10 @@
 #include <random>
 
 #include "GeomEnts/Line.h"
+#include "tests/support/Points.h"
 
 namespace TamLib {
 namespace {
-
-void ExpectPoint(const Point3d& expected, const Point3d& actual) {
-    EXPECT_EQ(expected.x, actual.x);
-    EXPECT_EQ(expected.y, actual.y);
-    EXPECT_EQ(expected.z, actual.z);
-}
 
 double Value(const Plane& plane, const Point3d& p) {
     return plane.a * p.x + plane.b * p.y + plane.c * p.z + plane.d;

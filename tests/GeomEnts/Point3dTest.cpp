@@ -6,11 +6,11 @@
 #include <random>
 
 #include "GeomEnts/Line.h"
+#include "tests/support/Points.h"
 
 namespace TamLib {
 namespace {
 
-constexpr double kPi = 3.141592653589793;
 constexpr double kNoAngle = 6.283185307179585;
 const double kBelow = std::nextafter(0.0001, 0.0), kAbove = std::nextafter(0.0001, 1.0);
 
@@ -25,18 +25,6 @@ int CompareArray(const Point3d& a, const Point3d& b) {
 }
 int CompareExact(const Point3d& a, const Point3d& b) {
     return Point3d::CompareExact(&a, &b);
-}
-
-void ExpectPoint(const Point3d& expected, const Point3d& actual) {
-    EXPECT_EQ(expected.x, actual.x);
-    EXPECT_EQ(expected.y, actual.y);
-    EXPECT_EQ(expected.z, actual.z);
-}
-
-void ExpectNear(const Point3d& expected, const Point3d& actual, double tolerance) {
-    EXPECT_NEAR(expected.x, actual.x, tolerance);
-    EXPECT_NEAR(expected.y, actual.y, tolerance);
-    EXPECT_NEAR(expected.z, actual.z, tolerance);
 }
 
 TEST(Point3d, IsNewAtTheOrigin) {

@@ -13,11 +13,11 @@
 #include "GeomEnts/Arc.h"
 #include "GeomStructs/PolyLine.h"
 #include "host/editor/Scripted.h"
+#include "tests/support/Points.h"
 
 namespace TamLib {
 namespace {
 
-constexpr double kPi = 3.141592653589793;
 const double kAlmostFlat = std::nextafter(0.0001, 0);
 const Point3d kOrigin, kFar(25e6, 7e6, 0);
 using Points = Point3dArrayBase<Point3d>;

@@ -7,6 +7,8 @@
 #include <initializer_list>
 #include <random>
 
+#include "tests/support/Points.h"
+
 namespace TamLib {
 namespace {
 
@@ -16,12 +18,6 @@ Points Make(std::initializer_list<Point3d> list) {
     Points points;
     for (const Point3d& p : list) points.Append(p);
     return points;
-}
-
-void ExpectPoint(const Point3d& expected, const Point3d& actual) {
-    EXPECT_EQ(expected.x, actual.x);
-    EXPECT_EQ(expected.y, actual.y);
-    EXPECT_EQ(expected.z, actual.z);
 }
 
 TEST(Point3dArray, IsPlainDataWithTheArrayComparison) {

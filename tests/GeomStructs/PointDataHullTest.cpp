@@ -9,11 +9,11 @@
 #include "GeomStructs/PointData.h"
 #include "GeomStructs/PolyLine.h"
 #include "tests/GeomStructs/TestProgress.h"
+#include "tests/support/Points.h"
 
 namespace TamLib {
 namespace {
 
-constexpr double kPi = 3.141592653589793;
 const Point3d kOrigin, kFar(25e6, 7e6, 0);
 
 PointData Set(std::initializer_list<Point3d> points, const Point3d& base = kOrigin) {

@@ -11,11 +11,10 @@
 #include "GeomEnts/Box.h"
 #include "GeomEnts/circle.h"
 #include "tests/GeomStructs/TextLines.h"
+#include "tests/support/Points.h"
 
 namespace TamLib {
 namespace {
-
-constexpr double kPi = 3.141592653589793;
 
 struct Segment {
     Point3d to;

@@ -12,11 +12,10 @@
 #include "GeomStructs/PolyLine.h"
 #include "tam/TamExceptions.h"
 #include "tests/GeomEnts/TestDrawing.h"
+#include "tests/support/Points.h"
 
 namespace TamLib {
 namespace {
-
-constexpr double kPi = 3.141592653589793;
 
 // A curve known by formula: its length, and the point at a distance from its start, if it is on the
 // curve.

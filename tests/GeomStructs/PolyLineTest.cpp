@@ -7,6 +7,8 @@
 #include <limits>
 #include <string>
 
+#include "tests/support/Points.h"
+
 namespace TamLib {
 namespace {
 
@@ -14,18 +16,6 @@ PolyLine Make(std::initializer_list<Point3d> points) {
     PolyLine line;
     for (const Point3d& p : points) line.Append(p);
     return line;
-}
-
-void ExpectPoint(const Point3d& expected, const Point3d& actual) {
-    EXPECT_EQ(expected.x, actual.x);
-    EXPECT_EQ(expected.y, actual.y);
-    EXPECT_EQ(expected.z, actual.z);
-}
-
-void ExpectNear(const Point3d& expected, const Point3d& actual, double tolerance) {
-    EXPECT_NEAR(expected.x, actual.x, tolerance);
-    EXPECT_NEAR(expected.y, actual.y, tolerance);
-    EXPECT_NEAR(expected.z, actual.z, tolerance);
 }
 
 // (0,0) - (10,0) - (10,5), both parts level.

@@ -10,14 +10,9 @@
 #include <vector>
 
 #include "GeomEnts/DrawingOutput.h"
+#include "tests/support/Points.h"
 
 namespace TamLib {
-
-inline void ExpectPoint(const Point3d& expected, const Point3d& point) {
-    EXPECT_EQ(expected.x, point.x);
-    EXPECT_EQ(expected.y, point.y);
-    EXPECT_EQ(expected.z, point.z);
-}
 
 inline std::unique_ptr<AcDbRegion> MakeRegion(AcDbCurve& curve) {
     AcDbVoidPtrArray curves, regions;
