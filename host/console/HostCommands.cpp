@@ -188,7 +188,15 @@ void tellFindings(Session& session, const std::filesystem::path& path,
     const dxf::Finding& first = drawing.findings().front();
     std::string line = utf8(path) + ", " + first.where.text() + ": " + first.message;
     if (count > 1) line += ", and " + std::to_string(count - 1) + " more";
-    session.print(editor::fromUtf8(line + "; kept as it stands."));
+    session.print(editor::fromUtf8("\n" + line + "; kept as it stands."));
+}
+
+// "streets.dxf, R2010, 98 entities."
+std::wstring introduction(const AcDbDatabase& drawing, const std::filesystem::path& path,
+                          const std::string& release) {
+    const std::size_t count = database::modelSpaceIds(drawing).size();
+    return L"\n" + wide(path) + (release.empty() ? L"" : L", " + editor::fromUtf8(release)) +
+           L", " + std::to_wstring(count) + (count == 1 ? L" entity." : L" entities.");
 }
 
 std::unique_ptr<AcDbDatabase> readUnlessInterrupted(const std::filesystem::path& path,
@@ -209,6 +217,10 @@ void openDrawing(Session& session, Workplace& workplace, const std::filesystem::
         session.useDrawing(readUnlessInterrupted(path, std::move(progress)));
     else
         session.useDrawing(database::readDrawing(path, progress));
+    if (workplace.person) {
+        const AcDbDatabase& drawing = *session.drawing();
+        session.print(introduction(drawing, path, workplace.account.record(drawing).release));
+    }
     tellFindings(session, path, database::document(*session.drawing()));
     workplace.saver.forget();
     workplace.account.forget();

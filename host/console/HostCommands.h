@@ -24,7 +24,8 @@ struct Workplace {
     bool person = false;     // somebody sits at a terminal: Ctrl-C cancels and does not end
 };
 
-// Opens `path` in place of the drawing that is open. Throws dxf::ReadError, and UnreadableFile when
+// Opens `path` in place of the drawing that is open; tells a person what has been opened, and
+// everybody what is odd in it. Throws dxf::ReadError, and UnreadableFile when
 // a person interrupts; all is as it was then.
 void openDrawing(editor::Session& session, Workplace& workplace, const std::filesystem::path& path);
 

@@ -108,6 +108,10 @@ std::unique_ptr<LineReader> streamLines() {
     return std::make_unique<StreamLines>();
 }
 
+bool inputIsEmpty() {
+    return std::cin.peek() == std::istream::traits_type::eof();
+}
+
 std::unique_ptr<LineReader> terminalLines(TerminalSignals& signals) {
     return std::make_unique<TerminalLines>(signals);
 }

@@ -28,6 +28,9 @@ class LineReader {
 // Lines of a pipe or file.
 std::unique_ptr<LineReader> streamLines();
 
+// Whether standard input, a pipe or file, has nothing at all; waits for its first byte or its end.
+bool inputIsEmpty();
+
 // Lines that a person types, as the system's own line editing gives them. `signals` outlives it.
 std::unique_ptr<LineReader> terminalLines(TerminalSignals& signals);
 

@@ -9,10 +9,12 @@
 #include <string_view>
 #include <utility>
 
-#include <CLI/CLI.hpp>
-
+#include "host/console/Arguments.h"
 #include "host/console/Bulk.h"
 #include "host/console/Files.h"
+#include "host/console/HelpTexts.h"
+#include "host/editor/Nearest.h"
+#include "host/editor/Words.h"
 #include "host/picture/PictureFile.h"
 
 namespace host::console {
@@ -21,96 +23,8 @@ namespace {
 
 constexpr const char* version = "orlinth 0.1.0";
 
-constexpr const char* helpText =
-    R"(orlinth turns the texts and symbols of a drawing along a line, without a seat of the CAD program.
-
-  orlinth [DRAWING] [options]       a session with the drawing open; a Command: prompt in a terminal
-  orlinth DRAWING... -s FILE        a script over several drawings
-  orlinth align DRAWING... --line LINE [--select FILTER]... [--flip] [options]
-                                    one command, start to end; `orlinth align --help` tells more
-
-Options:
-  -i, --input DRAWING     the same as DRAWING (/i is accepted too)
-  -s, --script FILE       take the answers from a script; the session ends with it (/s)
-  -o, --output FILE       save there when the session ended well; nothing is written without -o, QSAVE
-                          or SAVEAS; FOLDER/ keeps the drawing's name, and {} stands for it in a name
-      --report FILE       what was turned and what was left, and why: JSON for machines in a file .json,
-                          text otherwise, - for standard output
-      --picture FILE      picture of the change, .svg .png or .pdf: the picked line, what was turned
-                          before (pale) and after, what was left marked
-      --dry-run           everything but writing the drawing
-      --verify            after saving, compare the two files group by group and list each difference
-      --readonly          refuse to save (/readonly)
-      --log FILE          everything printed, UTF-8
-      --module FILE       module to load (default: ZEPTOrlinth.arx beside the program)
-  -h, --help              this text
-      --version           the version
-
-Commands in a session: ZEPTAlignEntities, OPEN, SAVE, SAVEAS, QSAVE, QUIT, U, UNDO, REDO, SCRIPT, LIST, LAYER,
-ZOOM, SETVAR, REGEN, HELP. In a terminal Tab completes, Escape or Ctrl-C cancels the running command.
-An entity is picked by a point (25496080,6672015) or by its handle: (handent "2F").
-
-Examples:
-  orlinth align streets.dxf --line handle=2F -o turned.dxf
-      turns every text and symbol along the entity whose handle is 2F
-  orlinth -i streets.dxf -s run.scr -o turned.dxf --verify
-      takes the answers from a script, then proves that nothing else in the file has changed;
-      run.scr, one answer a line, the empty line ends the selection, k turns the symbols round:
-          ZEPTAlignEntities
-          (handent "2F")
-          ALL
-
-          k
-  orlinth streets.dxf
-      a session; QSAVE saves, QUIT leaves
-
-Exit codes:
-  0  done
-  1  a command was cancelled, or there was nothing to do: no line at the pick, nothing selected
-  2  usage: unknown option, missing value
-  3  the drawing, script or module can't be read
-  4  the result can't be written; the target and the source are as they were
-  5  the script ended inside a prompt, or named a command that does not exist
-  6  --verify found a difference that the command did not make
-)";
-
-constexpr const char* alignHelpText =
-    R"(orlinth align turns the texts and symbols of a drawing along one of its lines.
-
-  orlinth align DRAWING... --line LINE [--select FILTER]... [--flip] [options]
-
-  --line handle=2F        the entity with this handle gives the direction
-  --line x,y              the entity at this point does
-  --select FILTER         which entities are turned; several --select narrow the selection:
-      all                       all that is not on a frozen or locked layer (the default)
-      layer=PATTERN             on a layer that matches: * any text, ? one character, A,B either
-      type=TEXT,INSERT          of one of these classes, as the drawing names them
-      handle=A,B                with one of these handles
-      window=x1,y1,x2,y2        wholly inside the rectangle
-      crossing=x1,y1,x2,y2      inside the rectangle or crossing it
-  --flip                  turn the symbols half a revolution; texts always stay readable
-
-Options: -i, -o, --report, --picture, --dry-run, --verify, --readonly, --log, --module as `orlinth --help` tells.
-
-Examples:
-  orlinth align streets.dxf --line handle=2F -o turned.dxf
-  orlinth align streets.dxf --line handle=2F --select all --flip -o turned.dxf
-  orlinth align streets.dxf --line 25496080,6672015 --select "layer=OSOITE*" --select type=TEXT -o turned.dxf
-  orlinth align streets.dxf --line handle=2F --flip --dry-run --report -
-      tells what would be turned, and by how much
-  orlinth align north.dxf south.dxf --line handle=2F -o turned/ --report "turned/{}.json"
-      several drawings, each by itself, and a table of all; {} stands for the name of each
-  orlinth align streets.dxf --line handle=2F --flip --dry-run --picture change.svg
-)";
-
 bool startsWith(std::string_view text, std::string_view start) {
     return text.substr(0, start.size()) == start;
-}
-
-bool equalsIgnoringCase(std::string_view a, std::string_view b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](unsigned char x, unsigned char y) {
-        return std::tolower(x) == std::tolower(y);
-    });
 }
 
 std::vector<std::string> split(std::string_view text, char separator) {
@@ -173,89 +87,66 @@ void readLine(const std::string& text, AlignRequest& request) {
                                 text + "' is neither");
 }
 
-// The switches of the well-known console, spelled as this program spells them.
-std::vector<std::string> withFamiliarSwitches(std::vector<std::string> arguments) {
-    constexpr std::pair<const char*, const char*> familiar[] = {
-        {"/i", "-i"}, {"/s", "-s"}, {"/readonly", "--readonly"}};
-    for (std::string& argument : arguments)
-        for (const auto& [slash, dash] : familiar)
-            if (equalsIgnoringCase(argument, slash)) argument = dash;
-    return arguments;
+constexpr const char* aFile = "the name of a file";
+
+// `align` answers what a session asks for, and takes no script.
+std::vector<OptionForm> optionForms(bool align) {
+    const char* const ofAlign =
+        align ? "" : "belongs to 'orlinth align DRAWING'; a session asks for it";
+    OptionForm line{"--line", "", "", "a line, as in handle=2F or 25496080,6672015", false};
+    line.elsewhere = ofAlign;
+    OptionForm select{"--select", "", "", "a filter, as in layer=KATU", false, true};
+    select.elsewhere = ofAlign;
+    OptionForm flip{"--flip"};
+    flip.elsewhere = ofAlign;
+    OptionForm script{"--script", "-s", "/s", aFile};
+    if (align) script.elsewhere = "has no place beside align, which gives the answers itself";
+    OptionForm report{"--report", "", "", aFile};
+    report.takesDash = true;
+    return {{"--help", "-h"},
+            {"--version"},
+            {"--input", "-i", "/i", aFile},
+            script,
+            {"--output", "-o", "", aFile},
+            report,
+            {"--picture", "", "", aFile},
+            {"--log", "", "", aFile},
+            {"--module", "", "", aFile},
+            {"--verify"},
+            {"--dry-run"},
+            {"--readonly", "", "/readonly"},
+            line,
+            select,
+            flip};
 }
 
-// The texts that the option parser fills before they are looked at more closely.
-struct Raw {
-    std::vector<std::string> positional;
-    std::string input, script, output, report, picture, log, module, line;
-    std::vector<std::string> filters;
-    bool help = false;
-    bool version = false;
-};
-
-void addCommonOptions(CLI::App& app, Raw& raw, Options& options) {
-    app.allow_extras();
-    app.set_help_flag();
-    app.add_flag("-h,--help", raw.help);
-    app.add_flag("--version", raw.version);
-    app.add_option("DRAWING", raw.positional);
-    app.add_option("-i,--input", raw.input);
-    app.add_option("-o,--output", raw.output);
-    app.add_option("--report", raw.report);
-    app.add_option("--picture", raw.picture);
-    app.add_option("--log", raw.log);
-    app.add_option("--module", raw.module);
-    app.add_flag("--verify", options.verify);
-    app.add_flag("--dry-run", options.dryRun);
-    app.add_flag("--readonly", options.readOnly);
-}
-
-// An empty value is as good as none: a shell variable that was not set. An option in the place of a
-// file means that the file was forgotten. The parser takes -o=FILE for a file named "=FILE".
-void refuseMissingValues(const CLI::App& app) {
-    for (const CLI::Option* option : app.get_options()) {
-        if (option->get_type_size() == 0) continue;
-        const std::string name = option->get_name();
-        const bool isFile = name != "--line" && name != "--select";
-        for (const std::string& value : option->results()) {
-            std::string refusal = name;
-            if (value.empty()) {
-                throw std::invalid_argument(
-                    refusal.append(" needs a value; it was given an empty one"));
-            }
-            if (!isFile || (value.front() != '-' && value.front() != '=')) continue;
-            if (name == "--report" && value == "-") continue;
-            if (value.front() == '-')
-                refusal.append(" needs a value; '").append(value).append("' is an option");
-            else
-                refusal.append(" and its value have a blank between them, no '='");
-            throw std::invalid_argument(
-                refusal.append(" (write ./").append(value).append(" for a file of that name)"));
-        }
-    }
-}
-
-void refuseStranger(const std::string& stranger) {
-    const std::string_view option = std::string_view(stranger).substr(0, stranger.find('='));
-    if (option == "--line" || option == "--select" || option == "--flip")
-        throw std::invalid_argument(std::string(option) +
-                                    " belongs to 'orlinth align DRAWING', a session asks for it");
-    if (stranger == "align")
+// A word before all others may be meant as the name of a command.
+void refuseOtherCommands(const Arguments& given) {
+    const auto firstNames =
+        given.names.begin() + static_cast<std::ptrdiff_t>(given.namesBeforeDashes);
+    if (std::find(given.names.begin(), firstNames, "align") != firstNames)
         throw std::invalid_argument("align comes first: orlinth align DRAWING --line LINE");
-    throw std::invalid_argument(stranger.substr(0, 1) == "-"
-                                    ? "there is no option " + stranger
-                                    : "'" + stranger + "' is one name too many");
+    if (given.namesBeforeDashes < 2) return;
+    const std::string& first = given.names.front();
+    std::error_code error;
+    const std::filesystem::path file = pathFromUtf8(first);
+    if (file.has_extension() || std::filesystem::exists(file, error)) return;
+    throw std::invalid_argument(
+        "'" + first + "' is no drawing, and orlinth has no command of that name" +
+        editor::toUtf8(editor::didYouMean(editor::fromUtf8(first), {L"align"})));
 }
 
-void readDrawings(const Raw& raw, bool align, Options& options) {
-    const std::vector<std::string>& names = raw.positional;
-    if (!names.empty() && !raw.input.empty())
+void readDrawings(const Arguments& given, bool align, Options& options) {
+    const std::vector<std::string>& names = given.names;
+    const std::string input = given.value("--input");
+    if (!names.empty() && !input.empty())
         throw std::invalid_argument("the drawing was named twice: '" + names.front() + "' and '" +
-                                    raw.input + "'");
+                                    input + "'");
     if (names.size() < 2) {
-        options.drawing = pathFromUtf8(names.empty() ? raw.input : names.front());
+        options.drawing = pathFromUtf8(names.empty() ? input : names.front());
         return;
     }
-    if (!align && raw.script.empty())
+    if (!align && !given.has("--script"))
         throw std::invalid_argument("'" + names[1] +
                                     "' is one name too many: several drawings take -s SCRIPT, or "
                                     "align");
@@ -295,13 +186,43 @@ void refuseOtherFormats(const std::filesystem::path& file) {
             "' does not");
 }
 
-void readAlign(const Raw& raw, Options& options) {
-    AlignRequest& request = *options.align;
+void readAlign(const Arguments& given, Options& options) {
+    AlignRequest& request = options.align.emplace();
     if (options.drawing.empty() && options.drawings.empty())
         throw std::invalid_argument("align needs a drawing");
-    if (raw.line.empty()) throw std::invalid_argument("align needs --line handle=2F or --line x,y");
-    readLine(raw.line, request);
-    for (const std::string& text : raw.filters) request.filters.push_back(parseFilter(text));
+    if (!given.has("--line"))
+        throw std::invalid_argument("align needs --line handle=2F or --line x,y");
+    readLine(given.value("--line"), request);
+    for (const std::string& text : given.values("--select"))
+        request.filters.push_back(parseFilter(text));
+    request.flip = given.has("--flip");
+}
+
+// Throws std::invalid_argument for what can't be used.
+std::variant<Options, Farewell> parse(const std::vector<std::string>& arguments, bool align) {
+    const std::vector<OptionForm> forms = optionForms(align);
+    const Arguments given = readArguments(arguments, forms);
+    if (!align) refuseOtherCommands(given);
+    refuseMisplaced(given, forms);
+    if (given.has("--help"))
+        return Farewell{Exit::done, std::string(align ? alignHelpText : helpText), {}};
+    if (given.has("--version")) return Farewell{Exit::done, programVersion() + "\n", {}};
+    const auto file = [&](const char* option) { return pathFromUtf8(given.value(option)); };
+    Options options;
+    readDrawings(given, align, options);
+    options.script = file("--script");
+    options.output = file("--output");
+    options.report = file("--report");
+    options.picture = file("--picture");
+    options.log = file("--log");
+    options.module = file("--module");
+    options.verify = given.has("--verify");
+    options.dryRun = given.has("--dry-run");
+    options.readOnly = given.has("--readonly");
+    if (align) readAlign(given, options);
+    refuseOtherFormats(options.picture);
+    for (const Options& task : tasksOf(options)) refuseOverwriting(task);
+    return options;
 }
 
 Farewell usage(const std::string& what, bool align) {
@@ -309,62 +230,22 @@ Farewell usage(const std::string& what, bool align) {
     return {Exit::usage, {}, what + "\nTry '" + help + "'."};
 }
 
-// Throws CLI::ParseError and std::invalid_argument for what can't be used.
-std::variant<Options, Farewell> parse(std::vector<std::string> arguments, bool align) {
-    Raw raw;
-    Options options;
-    CLI::App app;
-    addCommonOptions(app, raw, options);
-    if (align) {
-        options.align.emplace();
-        app.add_option("--line", raw.line);
-        app.add_option("--select", raw.filters)
-            ->expected(1)
-            ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-        app.add_flag("--flip", options.align->flip);
-    } else {
-        app.add_option("-s,--script", raw.script);
-    }
-    std::reverse(arguments.begin(), arguments.end());  // the order in which the parser takes them
-    app.parse(std::move(arguments));
-    // "--" says that only names follow; the parser leaves the mark itself over.
-    if (!align)
-        for (const std::string& name : raw.positional)
-            if (name == "align") refuseStranger(name);
-    for (const std::string& stranger : app.remaining())
-        if (stranger != "--") refuseStranger(stranger);
-    if (raw.help) return Farewell{Exit::done, align ? alignHelpText : helpText, {}};
-    if (raw.version) return Farewell{Exit::done, programVersion() + "\n", {}};
-    refuseMissingValues(app);
-    readDrawings(raw, align, options);
-    options.script = pathFromUtf8(raw.script);
-    options.output = pathFromUtf8(raw.output);
-    options.report = pathFromUtf8(raw.report);
-    options.picture = pathFromUtf8(raw.picture);
-    options.log = pathFromUtf8(raw.log);
-    options.module = pathFromUtf8(raw.module);
-    if (align) readAlign(raw, options);
-    refuseOtherFormats(options.picture);
-    for (const Options& task : tasksOf(options)) refuseOverwriting(task);
-    return options;
-}
-
 }  // namespace
 
 std::variant<Options, Farewell> parseOptions(const std::vector<std::string>& given) {
-    std::vector<std::string> arguments = withFamiliarSwitches(given);
-    const bool align = !arguments.empty() && arguments.front() == "align";
-    if (align) arguments.erase(arguments.begin());
+    const bool align = !given.empty() && given.front() == "align";
     try {
-        return parse(std::move(arguments), align);
-    } catch (const CLI::ArgumentMismatch& error) {
-        const std::string_view what = error.what();
-        return usage(std::string(what.substr(0, what.find(':'))) + " takes one value, once", align);
-    } catch (const CLI::ParseError& error) {
-        return usage(error.what(), align);
+        return parse({given.begin() + (align ? 1 : 0), given.end()}, align);
     } catch (const std::invalid_argument& error) {
         return usage(error.what(), align);
     }
+}
+
+Farewell nothingAsked() {
+    return {Exit::usage,
+            {},
+            "there is nothing to do: no drawing, no script, and nothing on standard input\n" +
+                std::string(callForms()) + "\nTry 'orlinth --help'."};
 }
 
 std::string programVersion() {

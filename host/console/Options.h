@@ -69,13 +69,16 @@ struct Farewell {
 std::string programVersion();
 
 // Reads the arguments behind the program's name.
-// `/i`, `/s` and `/readonly` (any case) are taken for -i, -s and --readonly.
-// An unknown option, a missing or malformed value, a drawing named twice, a script beside `align`,
+// An unknown option, a missing or malformed value (Arguments.h), a drawing named twice, a script
+// beside `align`, an unknown word before the drawings,
 // several drawings without a script or `align`, a picture whose name ends with none of .svg, .png
 // and .pdf, and a file that is to be both written and read
 // other than as the drawing give a Farewell with Exit::usage. Names of files to be written are
 // those of the command line; tasksOf (Bulk.h) makes them each drawing's own and has been tried.
 std::variant<Options, Farewell> parseOptions(const std::vector<std::string>& arguments);
+
+// The answer to a call without arguments that finds standard input empty: what can be asked.
+Farewell nothingAsked();
 
 // Reads the FILTER of --select. Throws std::invalid_argument with the whole sentence.
 Filter parseFilter(const std::string& text);

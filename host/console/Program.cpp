@@ -12,6 +12,7 @@
 #include "host/console/ExceptionText.h"
 #include "host/console/Files.h"
 #include "host/console/HostCommands.h"
+#include "host/console/LineReader.h"
 #include "host/console/Options.h"
 #include "host/console/Picturing.h"
 #include "host/console/Printer.h"
@@ -81,10 +82,12 @@ class Call {
         addHostCommands(session, workplace_);
         session.loadModule(options_.module.empty() ? besideProgram("ZEPTOrlinth.arx")
                                                    : options_.module);
-        if (!options_.drawing.empty())
+        if (!options_.drawing.empty()) {
             openDrawing(session, workplace_, options_.drawing);
-        else if (isPerson(options_))
-            printer_.print("No drawing is open. OPEN opens one, HELP lists the commands.\n");
+            if (isPerson(options_)) session.print(L" HELP lists the commands.");
+        } else if (isPerson(options_)) {
+            session.print(L"No drawing is open. OPEN opens one, HELP lists the commands.");
+        }
     }
 
     void finish(Session& session) {
@@ -250,6 +253,8 @@ Exit runWithLog(const Options& options) {
 }  // namespace
 
 int runProgram(const std::vector<std::string>& arguments) {
+    if (arguments.empty() && !inputIsTerminal() && inputIsEmpty())
+        return static_cast<int>(farewell(nothingAsked()));
     const auto parsed = parseOptions(arguments);
     if (const Farewell* last = std::get_if<Farewell>(&parsed))
         return static_cast<int>(farewell(*last));

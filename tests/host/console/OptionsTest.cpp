@@ -88,10 +88,56 @@ TEST(Options, AReportGoesToAFileOrToStandardOutput) {
 TEST(Options, MissingAndEmptyValuesAreRefused) {
     for (const char* option : {"-i", "-s", "-o", "--report", "--log", "--module"}) {
         EXPECT_TRUE(contains(refusal({option}), option)) << option;
-        EXPECT_TRUE(contains(refusal({option, ""}), "value")) << option;
+        EXPECT_TRUE(contains(refusal({option, ""}), std::string(option) + " needs the name"))
+            << option;
     }
     EXPECT_NE(refusal({"-o", "--verify"}), "");
-    EXPECT_NE(refusal({""}), "");
+    EXPECT_TRUE(contains(refusal({""}), "empty"));
+}
+
+TEST(Options, MessagesSpellOptionsAsTheyWereTyped) {
+    EXPECT_TRUE(contains(refusal({"-o"}), "-o needs"));
+    EXPECT_TRUE(contains(refusal({"--output"}), "--output needs"));
+    EXPECT_TRUE(contains(refusal({"/I"}), "/I needs"));
+    EXPECT_TRUE(contains(refusal({"-o", "/s"}), "'/s' is an option"));
+    EXPECT_FALSE(contains(refusal({"-o", "/s"}), "./"));
+    EXPECT_TRUE(contains(refusal({"-o", "a", "-o", "b"}), "-o was given twice: 'a' and 'b'"));
+    EXPECT_TRUE(contains(refusal({"-oa", "--output=b"}), "-o and --output are one option"));
+    EXPECT_TRUE(contains(refusal({"align", "--line"}), "--line needs a line"));
+}
+
+TEST(Options, AValueMayHangOnItsOption) {
+    EXPECT_EQ(accepted({"-oout.dxf"}).output, "out.dxf");
+    EXPECT_EQ(accepted({"--output=a=b.dxf"}).output, "a=b.dxf");
+    EXPECT_TRUE(contains(refusal({"-o=out.dxf"}), "no '='"));
+    EXPECT_TRUE(contains(refusal({"--verify=1"}), "takes no value"));
+    EXPECT_TRUE(contains(refusal({"-hx"}), "no option -hx"));
+}
+
+TEST(Options, FlagsMayRepeat) {
+    EXPECT_TRUE(accepted({"--verify", "--verify"}).verify);
+}
+
+TEST(Options, MisspeltOptionsAreToldWithWhatWasMeant) {
+    EXPECT_TRUE(contains(refusal({"--verfy"}), "did you mean --verify?"));
+    EXPECT_TRUE(contains(refusal({"--dryrun"}), "did you mean --dry-run?"));
+    EXPECT_TRUE(contains(refusal({"--dry"}), "did you mean --dry-run?"));
+    EXPECT_FALSE(contains(refusal({"--colour"}), "did you mean"));
+}
+
+TEST(Options, AWordBeforeTheDrawingsIsNoDrawing) {
+    EXPECT_TRUE(contains(refusal({"ALIGN", "in.dxf"}), "did you mean align?"));
+    EXPECT_TRUE(contains(refusal({"aling", "in.dxf", "--line", "1,2"}), "did you mean align?"));
+    EXPECT_TRUE(contains(refusal({"aling.dxf", "in.dxf"}), "one name too many"));
+    EXPECT_EQ(accepted({"aling"}).drawing, "aling") << "a name alone may be that of a file";
+}
+
+TEST(Options, NothingAskedIsAnsweredByTheWaysToCall) {
+    const Farewell farewell = nothingAsked();
+    EXPECT_EQ(farewell.code, Exit::usage);
+    EXPECT_EQ(farewell.output, "");
+    EXPECT_TRUE(contains(farewell.error, "  orlinth align DRAWING... --line LINE"));
+    EXPECT_FALSE(contains(farewell.error, "Options:"));
 }
 
 TEST(Options, ADrawingNamedTwiceIsRefused) {
@@ -100,7 +146,10 @@ TEST(Options, ADrawingNamedTwiceIsRefused) {
 
 TEST(Options, BehindTwoDashesOnlyNamesFollow) {
     EXPECT_EQ(accepted({"-o", "b.dxf", "--", "a.dxf"}).drawing, "a.dxf");
-    EXPECT_TRUE(contains(refusal({"--", "a.dxf", "--verify"}), "--verify"));
+    EXPECT_TRUE(contains(refusal({"--", "a.dxf", "--verify"}), "'--verify' is one name too many"));
+    EXPECT_EQ(accepted({"--", "-dash.dxf"}).drawing, "-dash.dxf");
+    EXPECT_EQ(accepted({"--", "align"}).drawing, "align");
+    EXPECT_EQ(accepted({"--", "/s"}).drawing, "/s");
 }
 
 TEST(Options, ARefusalTellsWhereToReadOn) {

@@ -15,6 +15,9 @@ namespace {
 
 using namespace console_test;
 
+// What a person is told of the drawing that the program was started with.
+const std::string introduction = "streets.dxf, R2010, 99 entities. HELP lists the commands.\n";
+
 std::filesystem::path sessionFolder() {
     return std::filesystem::path(ORLINTH_TEST_DATA).parent_path() / "host" / "console" / "terminal";
 }
@@ -93,7 +96,7 @@ TEST_F(LinuxTerminalSession, WithItsOutputInAFileThePersonIsStillAsked) {
     Terminal terminal(how);
     terminal.type("REDO\nQUIT\n");
     EXPECT_EQ(terminal.exitCode(), 0);
-    EXPECT_EQ(read(folder_ / "out"), "Command: Nothing to redo.\nCommand: ");
+    EXPECT_EQ(read(folder_ / "out"), introduction + "Command: Nothing to redo.\nCommand: ");
 }
 
 TEST_F(LinuxTerminalSession, TheLogHasWhatTheTerminalShowed) {
@@ -108,9 +111,10 @@ TEST_F(LinuxTerminalSession, TheLogHasWhatTheTerminalShowed) {
     terminal.type("\x04");
     EXPECT_EQ(terminal.exitCode(), 0);
     EXPECT_EQ(read(folder_ / "session.log"),
-              "Command: REDO\nNothing to redo.\nCommand: *Cancel*\n"
-              "Command: UNDO\nEnter the number of operations to undo <1>: 1\nNothing to undo.\n"
-              "Command: \n");
+              introduction +
+                  "Command: REDO\nNothing to redo.\nCommand: *Cancel*\n"
+                  "Command: UNDO\nEnter the number of operations to undo <1>: 1\nNothing to undo.\n"
+                  "Command: \n");
 }
 
 TEST_F(LinuxTerminalSession, TheHistoryIsTheUsersAlone) {
@@ -180,7 +184,8 @@ TEST_F(LinuxTerminalSession, AMeterOfACommandIsShownAndTakenAway) {
     terminal.type("QUIT\r");
     EXPECT_EQ(terminal.exitCode(), 0);
     EXPECT_EQ(terminal.screen().lines(),
-              (std::vector<std::string>{"Command: PROBEMETER", "measured", "Command: QUIT", ""}));
+              (std::vector<std::string>{introduction.substr(0, introduction.size() - 1),
+                                        "Command: PROBEMETER", "measured", "Command: QUIT", ""}));
 }
 
 TEST_F(LinuxTerminalSession, AMeterIsSilentElsewhere) {
@@ -188,6 +193,25 @@ TEST_F(LinuxTerminalSession, AMeterIsSilentElsewhere) {
         run({orlinth(), {"streets.dxf", "--module", probe()}, folder_.path(), "PROBEMETER\n"});
     EXPECT_EQ(outcome.output, "Command: PROBEMETER\nmeasured\n");
     EXPECT_EQ(outcome.error, "");
+}
+
+TEST_F(LinuxTerminalSession, OpeningTellsWhatHasBeenOpenedAndWhatIsOddInIt) {
+    write(folder_ / "one.dxf", "0\nSECTION\n2\nENTITIES\n0\nPOINT\n10\n1\n20\n2\n0\nENDSEC\n");
+    Terminal terminal(start({}));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("OPEN one.dxf\r");
+    ASSERT_TRUE(terminal.shows("kept as it stands"));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("OPEN streets.dxf\r");
+    ASSERT_TRUE(terminal.shows("99 entities."));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("QUIT\r");
+    EXPECT_EQ(terminal.exitCode(), 0);
+    const std::vector<std::string> shown = terminal.screen().lines();
+    ASSERT_GE(shown.size(), 7U);
+    EXPECT_EQ(shown[0], "No drawing is open. OPEN opens one, HELP lists the commands.");
+    EXPECT_EQ(shown[3], "one.dxf, 1 entity.");
+    EXPECT_EQ(shown[4].rfind("one.dxf, line ", 0), 0U) << shown[4];
 }
 
 TEST_F(LinuxTerminalSession, ARequestToEndEndsIt) {
