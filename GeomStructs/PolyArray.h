@@ -52,7 +52,9 @@ class PolyArray : public Array<PolyLine*> {
 
     // The entities of a selection as polylines, each opened for read, or for write with `mode` 2;
     // one that can't be opened is passed over. Of a block reference the content, by `explode`, is
-    // added, block references in it likewise; any other entity when `PolyLine::IsAcceptedEntity`
+    // added, block references in it likewise, as far as the host takes it apart: what it passes
+    // over, such as old-style polylines, splines and ellipses, is not read, and nothing of a
+    // reference whose `explode` fails. Any other entity is added when `PolyLine::IsAcceptedEntity`
     // takes it with `lineLike` and `curves`. With `curves` an entity is read by `FromCurve` with
     // the step `tol`, unless that is below 0.0001, otherwise by `FromEntity`. `mode` is what
     // becomes of each entity: 0 it stays open, 1 it is closed, 2 erased and closed. Intended: also

@@ -383,9 +383,11 @@ class AcDbBlockReference : public AcDbEntity {
     // From the block's coordinates to the world's: position, plane, rotation, scale, and the
     // block's base point taken off first.
     AcGeMatrix3d blockTransform() const;
-    // The block's content in the world's coordinates, with its layers and colours. The host knows
-    // lines, points, light polylines (bulged ones as long as their arcs stay arcs) and what
-    // references in the block hold in their turn; it passes over everything else.
+    // The block's content in the world's coordinates, with its layers and colours, and that again
+    // for each row and column. The host knows lines, points, circles, arcs, light polylines (round
+    // ones as long as they stay round) and what references in the block hold in their turn, 64
+    // blocks deep, for a broken drawing may hold a block within itself; it passes over everything
+    // else. eOutOfMemory, and nothing is appended, for more than 2 000 000 entities.
     Acad::ErrorStatus explode(AcDbVoidPtrArray& entities) const override;
     // The attributes in the drawing's order; null when memory is refused or the reference isn't
     // open.

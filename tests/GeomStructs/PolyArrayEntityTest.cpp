@@ -198,6 +198,27 @@ TEST(PolyArraySelection, ExplodedPartsHaveLayerAndColourAndAnEntityAloneCantBeEx
     EXPECT_EQ(Acad::eNotApplicable, line->explode(parts));
 }
 
+#ifndef _WIN32  // there the host has an operator new of its own
+
+TEST(PolyArraySelection, WithoutMemoryForAnyPartNothingIsExploded) {
+    const BlockDrawing drawing("INSERT|5 50|8 0|2 HOUSE|10 0|20 0|30 0");
+    EXPECT_EQ(3u, PolyArray(drawing.Ids(), 1, 0.0, false).count);  // the host has its objects now
+    for (int n = 1; n <= 4; ++n) {
+        AcDbEntity* entity = nullptr;
+        ASSERT_EQ(Acad::eOk, acdbOpenAcDbEntity(entity, drawing.Ids()[0], AcDb::kForRead));
+        AcDbVoidPtrArray parts;
+        const test::NewFaults faults;
+        test::NewFaults::Fail(n);
+        EXPECT_EQ(n <= 3 ? Acad::eOutOfMemory : Acad::eOk, entity->explode(parts));
+        test::NewFaults::Fail(0);
+        EXPECT_EQ(n <= 3 ? 0 : 3, parts.length());
+        for (int i = 0; i < parts.length(); ++i) delete static_cast<AcDbEntity*>(parts[i]);
+        entity->close();
+    }
+}
+
+#endif
+
 TEST(PolyArraySelection, ARefusedExplosionLeavesTheReferenceClosed) {
     const BlockDrawing drawing("INSERT|5 50|8 0|2 HOUSE|10 0|20 0|30 0");
     host::fault::arm("AcDbBlockReference::explode", 1, Acad::eOutOfMemory);
