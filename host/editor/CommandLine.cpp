@@ -150,8 +150,10 @@ void State::tellLisp(const lisp::Error& failure, const Reply& reply) {
 
 Answer State::evaluated(const Reply& reply, bool stops) {
     Answer answer{Answer::Kind::value, reply.text, {}, reply.where, stops};
-    // What the expression asks is not asked by the running command.
+    // What the expression asks is not asked by the running command, nor answered by what was given
+    // to it.
     CommandResult* const running = std::exchange(running_, nullptr);
+    Given* const given = std::exchange(given_, nullptr);
     const bool failedBefore = std::exchange(expressionFailed_, false);
     try {
         answer.value = evaluate(reply);
@@ -161,14 +163,18 @@ Answer State::evaluated(const Reply& reply, bool stops) {
         tellLisp(failure, reply);
         answer.kind = Answer::Kind::failed;
     } catch (const std::bad_alloc&) {
-        error(L"LISP: there is not enough memory for " + reply.text.substr(0, 100));
+        lisp.clear();
+        error(L"LISP: there is not enough memory for " + lisp::briefText(reply.text) +
+              L"; all symbols have lost their values");
         answer.kind = Answer::Kind::failed;
     } catch (...) {
         running_ = running;
+        given_ = given;
         expressionFailed_ = failedBefore;
         throw;
     }
     running_ = running;
+    given_ = given;
     const bool failed = answer.kind == Answer::Kind::failed && stops;
     expressionFailed_ = failedBefore || failed;
     if (failed && running_ != nullptr) running_->expressionFailed = true;

@@ -278,7 +278,7 @@ void State::evaluateAtCommandPrompt(const Answer& answer) {
     } else if (inputEnded_) {
         result.end = CommandResult::End::inputEnded;
     } else {
-        const std::wstring shown = lisp::text(answer.value, true);
+        const std::wstring shown = lisp::text(answer.value, true, lisp::longestShown);
         if (!shown.empty()) print(L"\n" + shown);
         return;
     }

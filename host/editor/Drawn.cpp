@@ -33,6 +33,7 @@ Ids Drawn::visibleWhere(const PlanBox& reach,
                         const std::function<bool(const PlanFigure&)>& test) const {
     Ids found;
     for (const AcDbObjectId id : entities()) {
+        if (stop_ && stop_()) break;
         const PlanBox box = planBox(id);
         if (box.empty() || !box.overlaps(reach) || !database::isVisible(id)) continue;
         if (test(planFigure(id))) found.push_back(id);

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <utility>
 #include <vector>
 
 #include "host/editor/PlanFigure.h"
@@ -16,7 +17,10 @@ namespace host::editor {
 
 class Drawn {
   public:
-    explicit Drawn(const AcDbDatabase& drawing) : drawing_(drawing) {}
+    // `stop` is asked for each entity by a search that looks at figures; true ends it with what was
+    // found so far.
+    explicit Drawn(const AcDbDatabase& drawing, std::function<bool()> stop = {})
+        : drawing_(drawing), stop_(std::move(stop)) {}
 
     // All entities in the drawing's order, erased ones left out.
     std::vector<AcDbObjectId> entities() const;
@@ -42,6 +46,7 @@ class Drawn {
 
   private:
     const AcDbDatabase& drawing_;
+    std::function<bool()> stop_;
 };
 
 // Whether the id names an entity that is not erased.

@@ -4,6 +4,7 @@
 #include <dbapserv.h>
 #include <dbmain.h>
 
+#include <memory>
 #include <new>
 #include <utility>
 
@@ -67,7 +68,7 @@ bool fill(resbuf& element, const Value& value) {
     ads_u_val& place = element.resval;
     switch (valueKind(element.restype)) {
         case ValueKind::text: {
-            const auto* text = std::get_if<std::wstring>(&value);
+            const std::wstring* text = textIn(value);
             if (text != nullptr) place.rstring = copyText(text->c_str());
             return text != nullptr && place.rstring != nullptr;
         }
@@ -107,22 +108,22 @@ Chain filterChain(const Call& call, const Value& filter) {
     Chain chain;
     Value dotted;
     const std::vector<Value> tests = members(filter, &dotted);
-    if (!isNil(dotted)) call.fail(L"a filter is a list of pairs, not " + text(filter, true));
+    if (!isNil(dotted)) call.fail(L"a filter is a list of pairs, not " + brief(filter));
     for (const Value& test : tests) {
         const auto* pair = std::get_if<PairPtr>(&test);
         const auto* code = pair == nullptr ? nullptr : std::get_if<std::int32_t>(&(*pair)->car);
         if (code == nullptr || *code < -4 || *code > 1071) {
-            call.fail(L"a filter consists of pairs like (0 . \"TEXT\"), not " + text(test, true));
+            call.fail(L"a filter consists of pairs like (0 . \"TEXT\"), not " + brief(test));
         }
         if (!fill(chain.append(*code), (*pair)->cdr)) {
             call.fail(L"group " + std::to_wstring(*code) + L" of a filter can't be " +
-                      text((*pair)->cdr, true));
+                      brief((*pair)->cdr));
         }
     }
     return chain;
 }
 
-Value fromResult(const resbuf& result) {
+Value fromResult(const Call& call, const resbuf& result) {
     switch (result.restype) {
         case RTSHORT:
             return static_cast<std::int32_t>(result.resval.rint);
@@ -132,13 +133,16 @@ Value fromResult(const resbuf& result) {
         case RTANG:
             return result.resval.rreal;
         case RTPOINT:
-            return list({result.resval.rpoint[0], result.resval.rpoint[1]});
+            return list({result.resval.rpoint[0], result.resval.rpoint[1]}, call.where);
         case RT3DPOINT: {
             const double* point = result.resval.rpoint;
-            return list({point[0], point[1], point[2]});
+            return list({point[0], point[1], point[2]}, call.where);
         }
-        case RTSTR:
-            return std::wstring(result.resval.rstring);
+        case RTSTR: {
+            std::wstring text = result.resval.rstring;
+            call.spend(text.size());
+            return Text(std::move(text), call.where);
+        }
         default:
             return Nil{};
     }
@@ -153,39 +157,42 @@ Value entityOrNil(AcDbObjectId id) {
 Value handent(Call& call) {
     const auto handle = parseHandle(call.text(0));
     if (!handle)
-        call.fail(L"\"" + call.text(0) + L"\" is no handle: handles are hexadecimal, as in \"2F\"");
+        call.fail(brief(call.any(0)) + L" is no handle: handles are hexadecimal, as in \"2F\"");
     return entityOrNil(database::idFromHandle(drawing(call), static_cast<std::uint64_t>(*handle)));
 }
 
 Value entlast(Call& call) {
     const std::vector<AcDbObjectId> all = Drawn(drawing(call)).entities();
+    call.spend(all.size());
     return all.empty() ? Value(Nil{}) : Value(all.back());
 }
 
 // A group as (code . value). Handles of other objects are entity names, as entget has them.
 Value groupPair(const Call& call, int code, const GroupValue& value) {
     if (const auto* point = std::get_if<AcGePoint3d>(&value))
-        return list({code, point->x, point->y, point->z});
-    if (const auto* real = std::get_if<double>(&value)) return cons(code, *real);
+        return list({code, point->x, point->y, point->z}, call.where);
+    if (const auto* real = std::get_if<double>(&value)) return cons(code, *real, call.where);
     if (const auto* whole = std::get_if<long long>(&value)) {
         const auto small = static_cast<std::int32_t>(*whole);
-        return small == *whole ? cons(code, small) : cons(code, static_cast<double>(*whole));
+        return cons(code, small == *whole ? Value(small) : Value(static_cast<double>(*whole)),
+                    call.where);
     }
     const auto& text = std::get<std::wstring>(value);
     const auto handle = valueKind(code) == ValueKind::name ? parseHandle(text) : std::nullopt;
     const AcDbObjectId id =
         handle ? database::idFromHandle(drawing(call), static_cast<std::uint64_t>(*handle))
                : AcDbObjectId();
-    return id.isNull() ? cons(code, text) : cons(code, id);
+    return cons(code, id.isNull() ? Value(Text(text, call.where)) : Value(id), call.where);
 }
 
 Value entget(Call& call) {
     const AcDbObjectId id = call.entity(0);
     drawing(call);
     if (!isLivingEntity(id)) return Nil{};
-    std::vector<Value> groups{cons(-1, id)};
-    for (const auto& group : EntityGroups(id).all())
-        groups.push_back(groupPair(call, group.first, group.second));
+    std::vector<Value> groups{cons(-1, id, call.where)};
+    const auto all = EntityGroups(id).all();
+    call.spend(making * all.size());
+    for (const auto& group : all) groups.push_back(groupPair(call, group.first, group.second));
     return list(std::move(groups), call.where);
 }
 
@@ -209,8 +216,8 @@ void takeCorners(const Call& call, std::size_t first, SelectionArguments& into) 
     for (int i = 0; i < 2; ++i) {
         const auto point = pointOf(call.any(first + static_cast<std::size_t>(i)));
         if (!point) {
-            call.fail(L"ssget \"" + call.text(0) + L"\" takes two points, not " +
-                      text(call.any(first + static_cast<std::size_t>(i)), true));
+            call.fail(L"ssget " + brief(call.any(0)) + L" takes two points, not " +
+                      brief(call.any(first + static_cast<std::size_t>(i))));
         }
         takeCorner(*point, i, into);
     }
@@ -227,16 +234,18 @@ void takePoints(const Call& call, const Value& points, SelectionArguments& into)
         resbuf& element = into.points.append(RT3DPOINT);
         for (unsigned axis = 0; axis < 3; ++axis) element.resval.rpoint[axis] = (*point)[axis];
     }
-    if (!good) call.fail(L"a list of points is needed, not " + text(points, true));
+    if (!good) call.fail(L"a list of points is needed, not " + brief(points));
+    // Each side may be held against each other one.
+    call.spend(all.size() * all.size());
     into.given[0] = into.points.get();
 }
 
 void takePrompts(const Call& call, const Value& prompts, SelectionArguments& into) {
     const std::vector<Value> all = members(prompts);
     for (std::size_t i = 0; i < 2; ++i) {
-        const auto* plain = all.size() == 2 ? std::get_if<std::wstring>(&all[i]) : nullptr;
+        const std::wstring* plain = all.size() == 2 ? textIn(all[i]) : nullptr;
         if (plain == nullptr)
-            call.fail(L"a list of two texts to ask with is needed, not " + text(prompts, true));
+            call.fail(L"a list of two texts to ask with is needed, not " + brief(prompts));
         into.texts[i] = *plain;
         into.prompts[i] = into.texts[i].c_str();
     }
@@ -249,7 +258,7 @@ std::size_t takeArguments(const Call& call, const SelectionMode& mode, std::size
     using Takes = SelectionMode::Takes;
     switch (mode.takes) {
         case Takes::unknown:
-            call.fail(L"ssget has no mode \"" + call.text(0) + L"\"");
+            call.fail(L"ssget has no mode " + brief(call.any(0)));
         case Takes::corners:
             takeCorners(call, next, into);
             return next + 2;
@@ -273,22 +282,31 @@ std::size_t takeArguments(const Call& call, const SelectionMode& mode, std::size
 
 // (ssget [mode] [point [point] | points | prompts] [filter])
 Value ssget(Call& call) {
-    drawing(call);
-    const auto* mode = call.has(0) ? std::get_if<std::wstring>(&call.arguments[0]) : nullptr;
+    AcDbDatabase& open = drawing(call);
+    for (const Value& argument : call.arguments) call.spend(sizeOf(argument));
+    const std::wstring* mode = call.has(0) ? textIn(call.arguments[0]) : nullptr;
     SelectionArguments arguments;
     std::size_t next = takeArguments(call, parseSelectionMode(mode == nullptr ? L"" : *mode),
                                      mode == nullptr ? 0 : 1, arguments);
     Chain filter;
-    if (call.has(next)) filter = filterChain(call, call.arguments[next++]);
+    std::size_t tests = 1;
+    if (call.has(next)) {
+        tests += sizeOf(call.arguments[next]);
+        filter = filterChain(call, call.arguments[next++]);
+    }
     if (call.has(next))
-        call.fail(L"ssget does not take " + text(call.arguments[next], true) + L" there");
+        call.fail(L"ssget does not take " + brief(call.arguments[next]) + L" there");
+    call.spend(tests * Drawn(open).entities().size());
     std::wstring problem;
-    if (!Filter().read(filter.get(), problem)) call.fail(problem);
+    if (!Filter().read(filter.get(), problem)) call.fail(briefText(problem));
     ads_name set;
     const int code = acedSSGet(mode == nullptr ? nullptr : mode->c_str(), arguments.given[0],
                                arguments.given[1], filter.get(), set);
+    if (code == RTCAN) call.spend(0);  // it may have been stopped
     if (code != RTNORM) return Nil{};
-    return std::make_shared<const HeldSet>(set[0], set[1]);
+    const auto held = std::make_shared<const HeldSet>(set[0], set[1]);
+    needRoom(0, call.where);
+    return held;
 }
 
 Value sslength(Call& call) {
@@ -310,23 +328,24 @@ Value ssname(Call& call) {
 Value getvar(Call& call) {
     resbuf result{};
     if (acedGetVar(call.text(0).c_str(), &result) != RTNORM) return Nil{};
-    Value value = fromResult(result);
-    if (result.restype == RTSTR) freeText(result.resval.rstring);
-    return value;
+    const std::unique_ptr<ACHAR, void (*)(ACHAR*)> owned(
+        result.restype == RTSTR ? result.resval.rstring : nullptr, freeText);
+    return fromResult(call, result);
 }
 
 Value setvar(Call& call) {
     const Value& value = call.any(1);
+    call.spend(sizeOf(value));
     resbuf current{};
     if (acedGetVar(call.text(0).c_str(), &current) != RTNORM) {
-        call.fail(L"there is no system variable " + call.text(0));
+        call.fail(L"there is no system variable " + briefText(call.text(0)));
     }
     if (current.restype == RTSTR) freeText(current.resval.rstring);
     current.resval = {};
     const bool filled = fill(current, value);
     const bool done = filled && acedSetVar(call.text(0).c_str(), &current) == RTNORM;
     if (filled && current.restype == RTSTR) freeText(current.resval.rstring);
-    if (!done) call.fail(call.text(0) + L" can't be set to " + text(value, true));
+    if (!done) call.fail(briefText(call.text(0)) + L" can't be set to " + brief(value));
     return value;
 }
 

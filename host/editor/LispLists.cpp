@@ -13,7 +13,7 @@ const Pair* partsOf(Call& call) {
     if (isNil(value)) return nullptr;
     const auto* pair = std::get_if<PairPtr>(&value);
     if (pair == nullptr)
-        call.fail(std::wstring(call.function) + L" takes a list, not " + text(value, true));
+        call.fail(std::wstring(call.function) + L" takes a list, not " + brief(value));
     return pair->get();
 }
 
@@ -28,8 +28,10 @@ Value cdr(Call& call) {
 }
 
 Value princ(Call& call) {
-    if (!call.has(0)) return Symbol{};  // shows as nothing
-    call.interpreter.print(text(call.arguments[0], false));
+    if (!call.has(0)) return Symbol{Text(L"")};  // shows as nothing
+    const std::wstring printed = text(call.arguments[0], false);
+    call.spend(making * printed.size());
+    call.interpreter.print(printed);
     return call.arguments[0];
 }
 

@@ -1,5 +1,7 @@
 // From the text of expressions to values.
+#include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "host/editor/LispValue.h"
 #include "host/editor/Words.h"
@@ -24,9 +26,9 @@ bool isDigit(wchar_t c) {
 // names of functions.
 bool isMeantAsNumber(const std::wstring& word) {
     if (word == L"1+" || word == L"1-") return false;
-    const std::size_t sign = word[0] == L'+' || word[0] == L'-' ? 1 : 0;
-    const std::size_t point = sign < word.size() && word[sign] == L'.' ? 1 : 0;
-    return sign + point < word.size() && isDigit(word[sign + point]);
+    std::size_t digit = std::min(word.find_first_not_of(L"+-"), word.size());
+    if (digit < word.size() && word[digit] == L'.') ++digit;
+    return digit < word.size() && isDigit(word[digit]);
 }
 
 int octalDigit(wchar_t c) {
@@ -107,7 +109,7 @@ class Reader {
                 take();
                 skip();
                 if (done()) throw Error(L"there is nothing behind the quote mark", start);
-                return list({Symbol{L"QUOTE"}, expression(depth + 1)}, start);
+                return list({Symbol{Text(L"QUOTE", start)}, expression(depth + 1)}, start);
             }
             default:
                 return atom(start);
@@ -152,15 +154,16 @@ class Reader {
         while (true) {
             if (done())
                 throw Error(L"the text that begins here has no closing quotation mark", start);
+            const Position at = at_;
             const wchar_t c = take();
-            if (c == L'"') return value;
-            value += c == L'\\' && !done() ? escaped() : c;
-            if (value.back() == L'\0') throw Error(L"a text can't hold the character 0", start);
+            if (c == L'"') return Text(std::move(value), start);
+            value += c == L'\\' && !done() ? escaped(at) : c;
+            if (value.back() == L'\0') throw Error(L"a text can't hold the character 0", at);
         }
     }
 
-    wchar_t escaped() {
-        const Position where = at_;
+    // What the backslash at `where` begins.
+    wchar_t escaped(Position where) {
         const wchar_t c = take();
         switch (c) {
             case L'n':
@@ -190,12 +193,14 @@ class Reader {
         if (const auto whole = parseInteger(word)) return static_cast<std::int32_t>(*whole);
         if (const auto number = parseNumber(word)) return *number;
         if (isMeantAsNumber(word)) {
-            throw Error(word + L" is no number; numbers are written like 7, -2.5 and 1e3", start);
+            throw Error(
+                briefText(word) + L" is no number; numbers are written like 7, -2.5 and 1e3",
+                start);
         }
         if (word == L".") throw Error(L"a dot stands between two values", start);
         std::wstring name = upperCase(word);
         if (name == L"NIL") return Nil{};
-        return Symbol{std::move(name)};
+        return Symbol{Text(std::move(name), start)};
     }
 
     std::wstring_view text_;

@@ -19,7 +19,8 @@ using State = Session::Implementation;
 Answer State::takeGiven() {
     const lisp::Value& value = given_->values[given_->next++];
     Answer answer;
-    answer.text = lisp::text(value, false);
+    const std::wstring* text = lisp::textIn(value);
+    answer.text = text == nullptr ? lisp::brief(value) : *text;
     answer.value = value;
     if (lisp::isNil(value))
         answer.kind = Answer::Kind::cancel;
@@ -35,7 +36,7 @@ bool State::isGiven() const {
 }
 
 bool State::isPauseGiven() const {
-    const auto* text = std::get_if<std::wstring>(&given_->values[given_->next]);
+    const std::wstring* text = lisp::textIn(given_->values[given_->next]);
     return text != nullptr && *text == L"\\";
 }
 
@@ -54,6 +55,10 @@ void State::echo(std::wstring_view prompt, const Answer& answer) {
 void State::runFromLisp(const std::vector<lisp::Value>& values, lisp::Position where) {
     if (commandIsRunning())
         throw lisp::Error(L"command can't be used inside of " + commandName_, where);
+    for (const lisp::Value& value : values) {
+        const std::wstring* text = lisp::textIn(value);
+        if (text != nullptr) lisp.spend(lisp::making * text->size(), where);
+    }
     Given given{values, 0};
     given_ = &given;
     try {
@@ -69,16 +74,16 @@ void State::runFromLisp(const std::vector<lisp::Value>& values, lisp::Position w
 void State::runNextFromLisp(lisp::Position where) {
     const Answer name = takeGiven();
     if (name.kind == Answer::Kind::cancel) return;
-    if (name.kind != Answer::Kind::text || !std::holds_alternative<std::wstring>(name.value)) {
-        throw lisp::Error(
-            L"command takes the name of a command, not " + lisp::text(name.value, true), where);
+    if (name.kind != Answer::Kind::text || lisp::textIn(name.value) == nullptr) {
+        throw lisp::Error(L"command takes the name of a command, not " + lisp::brief(name.value),
+                          where);
     }
     const std::wstring typed(name.isEmpty() ? lastCommand_ : trimmed(name.text));
     if (typed.empty()) return;
     echo(L"\nCommand: ", name);
     CommandResult result = runCommand(typed, {});
     if (result.end == CommandResult::End::unknown)
-        throw lisp::Error(L"there is no command " + result.name, where);
+        throw lisp::Error(L"there is no command " + lisp::briefText(result.name), where);
     lastCommand_ = result.name;
     conclude(result, name);
     if (result.end != CommandResult::End::done)
@@ -126,17 +131,20 @@ std::optional<std::wstring> textOf(const fs::path& file, std::wstring& reason) {
 Value load(Call& call, std::vector<fs::path>& loading) {
     fs::path file = fs::u8path(toUtf8(call.text(0)));
     if (!file.has_extension()) file += ".lsp";
-    const std::wstring name = fromUtf8(file.u8string());
+    const std::wstring name = briefText(fromUtf8(file.u8string()));
     for (const fs::path& outer : loading) {
         if (outer == file) call.fail(name + L" has led to itself and would never end");
     }
     std::wstring reason;
-    const std::optional<std::wstring> text = textOf(file, reason);
+    std::optional<std::wstring> text = textOf(file, reason);
     if (!text && call.has(1)) return call.arguments[1];
     if (!text) call.fail(name + L" " + reason);
+    call.spend(text->size());
     loading.push_back(file);
     try {
-        Value value = call.interpreter.evaluate(*text);
+        const std::vector<Value> expressions = read(*text);
+        text.reset();
+        Value value = call.interpreter.evaluateAll(expressions);
         loading.pop_back();
         return value;
     } catch (const Error& error) {

@@ -22,41 +22,14 @@ int nesting(const Value& first, const Value& rest) {
                     next == nullptr ? 1 : (*next)->depth);
 }
 
-std::size_t sizeOf(const Value& value) {
-    if (const PairPtr* pair = pairOf(value)) return (*pair)->size;
-    const auto* plain = std::get_if<std::wstring>(&value);
-    return plain == nullptr ? 1 : 1 + plain->size() / 64;
-}
-
 // The nil that ends a list is none of its values.
 std::size_t sizeOf(const Value& first, const Value& rest) {
-    return sizeOf(first) + (isNil(rest) ? 0 : sizeOf(rest));
+    return lisp::sizeOf(first) + (isNil(rest) ? 0 : lisp::sizeOf(rest));
 }
 
-std::wstring quotedText(const std::wstring& plain) {
-    std::wstring quoted = L"\"";
-    for (const wchar_t c : plain) {
-        switch (c) {
-            case L'"':
-                quoted += L"\\\"";
-                break;
-            case L'\\':
-                quoted += L"\\\\";
-                break;
-            case L'\n':
-                quoted += L"\\n";
-                break;
-            case L'\r':
-                quoted += L"\\r";
-                break;
-            case L'\t':
-                quoted += L"\\t";
-                break;
-            default:
-                quoted += c;
-        }
-    }
-    return quoted + L'"';
+std::size_t membersOf(const std::int64_t* name) {
+    const SelectionSet* set = SelectionSets::instance().find(name);
+    return set == nullptr ? 0 : set->members.size();
 }
 
 std::wstring hexText(std::int64_t number) {
@@ -65,24 +38,87 @@ std::wstring hexText(std::int64_t number) {
     return digits;
 }
 
-std::wstring listText(const Value& value, bool quoted) {
-    std::wstring all = L"(";
-    Value dotted;
-    const std::vector<Value> parts = members(value, &dotted);
-    for (std::size_t i = 0; i < parts.size(); ++i) {
-        if (i != 0) all += L' ';
-        all += text(parts[i], quoted);
+// Writes a value as long as there is room.
+class Printer {
+  public:
+    Printer(bool quoted, std::size_t most)
+        : quoted_(quoted), most_(std::min(most, std::wstring::npos - 1)) {}
+
+    void operator()(const Nil&) { all_ += L"nil"; }
+    void operator()(const Symbol& symbol) { add(symbol.name()); }
+    void operator()(std::int32_t number) { all_ += std::to_wstring(number); }
+    void operator()(double number) { all_ += numberText(number); }
+    void operator()(const Text& text) { quoted_ ? addQuoted(text.plain()) : add(text.plain()); }
+    void operator()(const AcDbObjectId& id) {
+        all_ += L"<Entity name: " + hexText(id.asOldId()) + L">";
     }
-    if (!isNil(dotted)) all += L" . " + text(dotted, quoted);
-    return all + L')';
-}
+    void operator()(const SetPtr& set) {
+        all_ += L"<Selection set: " + hexText(set->name()[0]) + L">";
+    }
+    void operator()(const PairPtr& pair) {
+        const Value* rest = &pair->cdr;
+        all_ += L'(';
+        std::visit(*this, pair->car);
+        while (const PairPtr* next = isFull() ? nullptr : pairOf(*rest)) {
+            all_ += L' ';
+            std::visit(*this, (*next)->car);
+            rest = &(*next)->cdr;
+        }
+        if (!isNil(*rest) && !isFull()) {
+            all_ += L" . ";
+            std::visit(*this, *rest);
+        }
+        all_ += L')';
+    }
+
+    std::wstring take() {
+        if (!isFull()) return std::move(all_);
+        return all_.substr(0, most_) + L"...";
+    }
+
+  private:
+    bool isFull() const { return all_.size() > most_; }
+
+    void add(const std::wstring& plain) { all_.append(plain, 0, most_ + 1); }
+
+    void addQuoted(const std::wstring& plain) {
+        all_ += L'"';
+        for (auto c = plain.begin(); c != plain.end() && !isFull(); ++c) {
+            const std::size_t escape = std::wstring_view(L"\"\\\n\r\t").find(*c);
+            if (escape == std::wstring_view::npos)
+                all_ += *c;
+            else
+                (all_ += L'\\') += L"\"\\nrt"[escape];
+        }
+        all_ += L'"';
+    }
+
+    bool quoted_;
+    std::size_t most_;
+    std::wstring all_;
+};
+
+constexpr std::size_t longestBrief = 100;
 
 }  // namespace
 
 Error::Error(std::wstring sentence, Position where)
     : std::runtime_error(toUtf8(sentence)), sentence_(std::move(sentence)), where_(where) {}
 
-HeldSet::HeldSet(std::int64_t first, std::int64_t second) : name_{first, second} {
+std::size_t Room::taken_ = 0;
+
+void needRoom(std::size_t more, Position where) {
+    if (more <= mostRoom && Room::taken() <= mostRoom - more) return;
+    throw Error(L"all values together are more than " + std::to_wstring(mostRoom), where);
+}
+
+Text::Text(std::wstring plain, Position where) {
+    needRoom(sizeOf(plain), where);
+    kept_ = std::make_shared<const Kept>(std::move(plain));
+}
+
+HeldSet::HeldSet(std::int64_t first, std::int64_t second)
+    : name_{first, second}, size_(1 + membersOf(name_) / 8), room_(size_) {
     SelectionSets::instance().keep(name_);
 }
 
@@ -107,6 +143,19 @@ Pair::~Pair() {
     }
 }
 
+const std::wstring* textIn(const Value& value) {
+    const auto* text = std::get_if<Text>(&value);
+    return text == nullptr ? nullptr : &text->plain();
+}
+
+std::size_t sizeOf(const Value& value) {
+    if (const PairPtr* pair = pairOf(value)) return (*pair)->size;
+    if (const auto* text = std::get_if<Text>(&value)) return text->size();
+    if (const auto* symbol = std::get_if<Symbol>(&value)) return symbol->text.size();
+    const auto* set = std::get_if<SetPtr>(&value);
+    return set == nullptr ? 1 : (*set)->size();
+}
+
 Value cons(Value first, Value rest, Position where) {
     if (nesting(first, rest) > deepestNesting) {
         throw Error(L"lists are nested more than " + std::to_wstring(deepestNesting) + L" deep",
@@ -115,6 +164,7 @@ Value cons(Value first, Value rest, Position where) {
     if (sizeOf(first, rest) > largestSize) {
         throw Error(L"a list holds more than " + std::to_wstring(largestSize) + L" values", where);
     }
+    needRoom(1, where);
     // Not made const: a pair takes down those behind it.
     return std::make_shared<Pair>(std::move(first), std::move(rest), where);
 }
@@ -139,38 +189,32 @@ std::vector<Value> members(const Value& value, Value* dotted) {
 }
 
 std::optional<AcGePoint3d> pointOf(const Value& value) {
-    Value dotted;
-    const std::vector<Value> parts = members(value, &dotted);
-    if (!isNil(dotted) || parts.size() < 2 || parts.size() > 3) return std::nullopt;
     AcGePoint3d point;
-    for (std::size_t i = 0; i < parts.size(); ++i) {
-        const auto* whole = std::get_if<std::int32_t>(&parts[i]);
-        const auto* real = std::get_if<double>(&parts[i]);
-        if (whole == nullptr && real == nullptr) return std::nullopt;
-        point[static_cast<unsigned>(i)] = whole != nullptr ? *whole : *real;
+    unsigned axis = 0;
+    const Value* rest = &value;
+    for (; const PairPtr* pair = pairOf(*rest); ++axis, rest = &(*pair)->cdr) {
+        const auto* whole = std::get_if<std::int32_t>(&(*pair)->car);
+        const auto* real = std::get_if<double>(&(*pair)->car);
+        if (axis == 3 || (whole == nullptr && real == nullptr)) return std::nullopt;
+        point[axis] = whole != nullptr ? *whole : *real;
     }
+    if (!isNil(*rest) || axis < 2) return std::nullopt;
     return point;
 }
 
-std::wstring text(const Value& value, bool quoted) {
-    struct Show {
-        bool quoted;
-        std::wstring operator()(const Nil&) const { return L"nil"; }
-        std::wstring operator()(const Symbol& symbol) const { return symbol.name; }
-        std::wstring operator()(std::int32_t number) const { return std::to_wstring(number); }
-        std::wstring operator()(double number) const { return numberText(number); }
-        std::wstring operator()(const std::wstring& plain) const {
-            return quoted ? quotedText(plain) : plain;
-        }
-        std::wstring operator()(const AcDbObjectId& id) const {
-            return L"<Entity name: " + hexText(id.asOldId()) + L">";
-        }
-        std::wstring operator()(const SetPtr& set) const {
-            return L"<Selection set: " + hexText(set->name()[0]) + L">";
-        }
-        std::wstring operator()(const PairPtr& pair) const { return listText(pair, quoted); }
-    };
-    return std::visit(Show{quoted}, value);
+std::wstring text(const Value& value, bool quoted, std::size_t most) {
+    Printer printer(quoted, most);
+    std::visit(printer, value);
+    return printer.take();
+}
+
+std::wstring brief(const Value& value) {
+    return text(value, true, longestBrief);
+}
+
+std::wstring briefText(std::wstring_view text) {
+    if (text.size() <= longestBrief) return std::wstring(text);
+    return std::wstring(text.substr(0, longestBrief)) + L"...";
 }
 
 }  // namespace host::editor::lisp

@@ -3,7 +3,11 @@
 //
 // Values are immutable and shared. Lists are chains of pairs ended by nil; a pair whose rest is
 // neither nil nor a pair is a dotted one. Nesting and size are bounded, so that no value is too
-// deep to be printed or destroyed, nor too long to be printed, however often its parts are shared.
+// deep to be printed or destroyed, nor too long to be printed, however often its parts are shared;
+// and so is the room that all values take together.
+//
+// Sizes are counted in values: a pair, 64 characters of a text or name, and 8 members of a
+// selection set are one each.
 #pragma once
 
 #include <dbid.h>
@@ -15,6 +19,8 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -38,10 +44,49 @@ class Error : public std::runtime_error {
     Position where_;
 };
 
+// All values that live take at most so much room together, counted in values: some 500 MB.
+constexpr std::size_t mostRoom = 2000000;
+
+// Throws Error when the living values and `more` would take more room than there is.
+void needRoom(std::size_t more, Position where);
+
+// The room that a part of a value takes while it lives. Values belong to the session's thread.
+class Room {
+  public:
+    explicit Room(std::size_t size) : size_(size) { taken_ += size_; }
+    ~Room() { taken_ -= size_; }
+    Room(const Room&) = delete;
+    Room& operator=(const Room&) = delete;
+    static std::size_t taken() { return taken_; }
+
+  private:
+    std::size_t size_;
+    static std::size_t taken_;
+};
+
 struct Nil {};
 
+// A text, shared by all values that hold it.
+class Text {
+  public:
+    // Throws Error when there is no room for it.
+    Text(std::wstring plain, Position where = {});
+    const std::wstring& plain() const { return kept_->plain; }
+    std::size_t size() const { return sizeOf(kept_->plain); }
+
+  private:
+    static std::size_t sizeOf(const std::wstring& plain) { return 1 + plain.size() / 64; }
+    struct Kept {
+        explicit Kept(std::wstring text) : room(sizeOf(text)), plain(std::move(text)) {}
+        Room room;
+        std::wstring plain;
+    };
+    std::shared_ptr<const Kept> kept_;
+};
+
 struct Symbol {
-    std::wstring name;  // upper case
+    Text text;  // upper case
+    const std::wstring& name() const { return text.plain(); }
 };
 
 // A selection set as LISP holds it: given back with the last value that stands for it.
@@ -53,16 +98,18 @@ class HeldSet {
     HeldSet(const HeldSet&) = delete;
     HeldSet& operator=(const HeldSet&) = delete;
     const std::int64_t* name() const { return name_; }
+    std::size_t size() const { return size_; }
 
   private:
     std::int64_t name_[2];
+    std::size_t size_;
+    Room room_;
 };
 
 struct Pair;
 using PairPtr = std::shared_ptr<const Pair>;
 using SetPtr = std::shared_ptr<const HeldSet>;
-using Value =
-    std::variant<Nil, Symbol, std::int32_t, double, std::wstring, AcDbObjectId, SetPtr, PairPtr>;
+using Value = std::variant<Nil, Symbol, std::int32_t, double, Text, AcDbObjectId, SetPtr, PairPtr>;
 
 struct Pair {
     Pair(Value first, Value rest, Position where);
@@ -70,6 +117,7 @@ struct Pair {
     Pair(const Pair&) = delete;
     Pair& operator=(const Pair&) = delete;
 
+    Room room{1};
     Value car;
     Value cdr;
     Position where;    // of the opening parenthesis, for messages
@@ -84,14 +132,20 @@ inline bool isNil(const Value& value) {
     return std::holds_alternative<Nil>(value);
 }
 
+// The text that a value is; null for another kind of value.
+const std::wstring* textIn(const Value& value);
+
 // A text or a number: what stands for a word where one is asked for.
 inline bool isWord(const Value& value) {
-    return std::holds_alternative<std::wstring>(value) || std::holds_alternative<double>(value) ||
+    return textIn(value) != nullptr || std::holds_alternative<double>(value) ||
            std::holds_alternative<std::int32_t>(value);
 }
 
-// A pair. Throws Error when it would nest too deeply or hold too many values, 64 characters of a
-// text counting as one.
+// How many values it counts as, what it shares with others included.
+std::size_t sizeOf(const Value& value);
+
+// A pair. Throws Error when it would nest too deeply or hold too many values, and when there is no
+// room.
 Value cons(Value first, Value rest, Position where = {});
 
 // A list of the values, ended by `tail`.
@@ -105,8 +159,16 @@ std::vector<Value> members(const Value& value, Value* dotted = nullptr);
 std::optional<AcGePoint3d> pointOf(const Value& value);
 
 // As it is shown: texts in quotes with escapes when `quoted`, as they are otherwise. Reals with the
-// fewest digits that read back to the same value.
-std::wstring text(const Value& value, bool quoted);
+// fewest digits that read back to the same value. What is longer than `most` characters ends there
+// with "...".
+std::wstring text(const Value& value, bool quoted, std::size_t most = std::wstring::npos);
+
+// As much of a value or text as a message has room for: 100 characters. The value is quoted.
+std::wstring brief(const Value& value);
+std::wstring briefText(std::wstring_view text);
+
+// As much of a value as is shown to a person.
+constexpr std::size_t longestShown = 100000;
 
 // Reads all expressions of a text, whose first character stands at `start`. Throws Error.
 std::vector<Value> read(std::wstring_view text, Position start = {});

@@ -1,5 +1,7 @@
 #include "host/editor/Script.h"
 
+#include <algorithm>
+
 #include "host/dxf/CodePage.h"
 #include "host/dxf/Utf8.h"
 #include "host/editor/Words.h"
@@ -154,8 +156,10 @@ Reply ReplyReader::takeExpression() {
     while (true) {
         const std::size_t end = scan.take(lineText_, from);
         if (end != std::wstring::npos) {
-            expression.append(lineText_, from, end - from);
-            endReply(end);
+            const std::size_t behind =
+                std::min(lineText_.find_first_not_of(L')', end), lineText_.size());
+            expression.append(lineText_, from, behind - from);
+            endReply(behind);
             break;
         }
         expression.append(lineText_, from, std::wstring::npos);

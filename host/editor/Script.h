@@ -5,7 +5,8 @@
 // line that begins with ";" is a comment and no reply. Text in double quotes keeps its blanks and
 // loses the quotes; such a reply is never an expression nor a "!symbol". A "(" at the start of a
 // reply begins an expression that runs until it balances, over lines, texts in quotes and comments
-// observed; the one blank or line end behind it belongs to it. Where a prompt takes free text, the
+// observed; parentheses too many directly behind it belong to it, so that its reader can tell them,
+// and so does the one blank or line end that follows. Where a prompt takes free text, the
 // rest of the line is one reply as it stands.
 #pragma once
 

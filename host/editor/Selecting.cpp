@@ -49,11 +49,11 @@ PlanBox boxOf(const std::vector<PlanPoint>& points) {
     return box;
 }
 
-// Whether a chain of corners is a polygon that does not cross itself.
-bool isPolygon(const std::vector<PlanPoint>& points) {
+// Whether a chain of corners is a polygon that does not cross itself. No, when it is to stop.
+bool isPolygon(const State& state, const std::vector<PlanPoint>& points) {
     std::vector<PlanPoint> line;
     for (const PlanPoint& point : points) {
-        if (!staysSimple(line, point)) return false;
+        if (state.interrupted || !staysSimple(line, point)) return false;
         line.push_back(point);
     }
     return closesSimply(line);
@@ -67,9 +67,9 @@ Ids byRectangle(const Drawn& drawn, const void* first, const void* second, bool 
     });
 }
 
-Ids byPolygon(const Drawn& drawn, const void* chain, bool crossing) {
+Ids byPolygon(const State& state, const Drawn& drawn, const void* chain, bool crossing) {
     const std::vector<PlanPoint> points = pointsOf(chain);
-    if (!isPolygon(points)) return {};
+    if (!isPolygon(state, points)) return {};
     return drawn.visibleWhere(boxOf(points), [&](const PlanFigure& figure) {
         return crossing ? figure.crosses(points) : figure.inside(points);
     });
@@ -86,15 +86,16 @@ Ids orNone(AcDbObjectId id) {
     return id.isNull() ? Ids() : Ids{id};
 }
 
-// What a method finds without asking anybody; none for "I", as nothing is ever selected beforehand.
+// What a method finds without asking anybody, in part when it is to stop; none for "I", as nothing
+// is ever selected beforehand.
 Ids find(State& state, const Mode& mode, const void* first, const void* second) {
-    const Drawn drawn(*state.drawing());
+    const Drawn drawn(*state.drawing(), [&state] { return state.interrupted.load(); });
     if (mode.method.empty()) return orNone(drawn.topmostAt(planOf(first), state.pickReach()));
     if (mode.method == L"X") return drawn.entities();
     if (mode.method == L"W") return byRectangle(drawn, first, second, false);
     if (mode.method == L"C") return byRectangle(drawn, first, second, true);
-    if (mode.method == L"WP") return byPolygon(drawn, first, false);
-    if (mode.method == L"CP") return byPolygon(drawn, first, true);
+    if (mode.method == L"WP") return byPolygon(state, drawn, first, false);
+    if (mode.method == L"CP") return byPolygon(state, drawn, first, true);
     if (mode.method == L"F") return byFence(drawn, first);
     if (mode.method == L"P") return state.previousSelection;
     if (mode.method == L"L") return orNone(drawn.last());
@@ -102,9 +103,10 @@ Ids find(State& state, const Mode& mode, const void* first, const void* second) 
     return mode.method == L"A" ? drawn.selectable(locked) : Ids();
 }
 
-Ids passing(const Ids& found, const Filter& filter, bool refuseLocked) {
+Ids passing(const State& state, const Ids& found, const Filter& filter, bool refuseLocked) {
     Ids ids;
     for (const AcDbObjectId id : found) {
+        if (state.interrupted) break;
         if (id.isErased() || !filter.passes(id)) continue;
         if (!refuseLocked || !host::database::layerState(id).locked) ids.push_back(id);
     }
@@ -180,7 +182,8 @@ int acedSSGet(const ACHAR* mode, const void* point1, const void* point2, const r
         const int code = ask(*state, parsed, point1, tests, ids);
         if (code != RTNORM) return code;
     } else {
-        ids = passing(find(*state, parsed, point1, point2), tests, parsed.refuseLocked);
+        ids = passing(*state, find(*state, parsed, point1, point2), tests, parsed.refuseLocked);
+        if (state->interrupted) return RTCAN;
     }
     if (ids.empty()) return RTERROR;
     SelectionSets::instance().make(std::move(ids), set);

@@ -218,7 +218,7 @@ Answer Session::Implementation::askOrCancel(const Request& request) {
 std::wstring Session::Implementation::askForWord(const Request& request) {
     const Answer answer = askOrCancel(request);
     if (answer.kind == Answer::Kind::value && !lisp::isWord(answer.value)) {
-        throw CommandFailure(answer.text + L" gives " + lisp::text(answer.value, true) +
+        throw CommandFailure(answer.text + L" gives " + lisp::brief(answer.value) +
                              L"; a text or a number is needed");
     }
     return answer.word();

@@ -42,7 +42,10 @@ struct Answer {
     // next line of a script is the answer to another prompt.
     bool givesUp() const { return isCancel() || (kind == Kind::failed && stops); }
     // As a prompt for a word takes it: the text, or the value of an expression as it is printed.
-    std::wstring word() const { return kind == Kind::value ? lisp::text(value, false) : text; }
+    std::wstring word() const {
+        const std::wstring* plain = kind == Kind::value ? lisp::textIn(value) : &text;
+        return plain != nullptr ? *plain : lisp::text(value, false, lisp::longestShown);
+    }
 };
 
 class Session::Implementation {

@@ -87,6 +87,7 @@ std::optional<double> parseNumber(std::wstring_view text) {
 }
 
 std::optional<int> parseInteger(std::wstring_view text) {
+    if (text.find_first_of(L"+-", 1) != std::wstring_view::npos) return std::nullopt;
     const auto bytes = ascii(!text.empty() && text.front() == L'+' ? text.substr(1) : text);
     if (!bytes || bytes->empty()) return std::nullopt;
     std::int32_t value = 0;

@@ -9,6 +9,7 @@
 
 #include "host/database/Ledger.h"
 #include "host/editor/SelectionSets.h"
+#include "host/editor/SessionState.h"
 #include "host/editor/Words.h"
 #include "tests/host/editor/Harness.h"
 
@@ -42,6 +43,33 @@ std::wstring failure(lisp::Interpreter& interpreter, const std::wstring& text) {
 std::wstring failure(const std::wstring& text) {
     lisp::Interpreter interpreter;
     return failure(interpreter, text);
+}
+
+// The steps that an expression takes, by how many more there may be before they are too many.
+std::size_t steps(lisp::Interpreter& interpreter, const std::wstring& expression) {
+    interpreter.define(L"use", {1, 1, [](lisp::Call& call) {
+                                    call.spend(1000 * static_cast<std::size_t>(call.whole(0)));
+                                    return lisp::Value();
+                                }});
+    std::size_t fit = 0;
+    for (std::size_t tooMany = 100000; tooMany - fit > 1;) {
+        const std::size_t used = (fit + tooMany) / 2;
+        const std::wstring said =
+            failure(interpreter, L"(use " + std::to_wstring(used) + L") " + expression);
+        const bool fits = said == L"no failure";
+        (fits ? fit : tooMany) = used;
+        EXPECT_TRUE(fits || said.substr(0, 26) == L"stopped after 100000 steps") << toUtf8(said);
+    }
+    return 100000 - 2 - fit;
+}
+
+// A symbol that is a list of so many values that share their parts, in lists inside of each other.
+std::wstring doubled(const std::wstring& symbol, int times, int nested = 0) {
+    std::wstring all;
+    for (int i = 0; i < times; ++i)
+        all += L"(setq " + symbol + L" (list " + symbol + L" " + symbol + L"))";
+    for (int i = 0; i < nested; ++i) all += L"(setq " + symbol + L" (list " + symbol + L"))";
+    return all;
 }
 
 // LISP over the small town.
@@ -101,6 +129,15 @@ TEST(Lisp, SymbolsIgnoreCaseAndKeepTheirValues) {
     EXPECT_EQ(value(interpreter, L"b"), L"nil");
 }
 
+TEST(Lisp, PauseIsABackslashUntilItIsSet) {
+    lisp::Interpreter interpreter;
+    EXPECT_EQ(value(interpreter, L"(list pause Pause)"), L"(\"\\\\\" \"\\\\\")");
+    interpreter.evaluate(L"(setq pause 1)");
+    EXPECT_EQ(value(interpreter, L"pause"), L"1");
+    interpreter.clear();
+    EXPECT_EQ(value(interpreter, L"pause"), L"\"\\\\\"");
+}
+
 TEST(Lisp, SeveralExpressionsGiveTheLastValue) {
     EXPECT_EQ(value(L"(setq a 1) ; set\n(list a a)"), L"(1 1)");
 }
@@ -128,14 +165,15 @@ TEST(Lisp, WhatCantBeReadSaysWhere) {
     EXPECT_EQ(failure(L"(list . )"), L"a dot stands between two values @1:7");
     EXPECT_EQ(failure(L"( . 1)"), L"a dot stands between two values @1:3");
     EXPECT_EQ(failure(L"'(1 . 2 3)"), L"one value and the closing parenthesis follow a dot @1:5");
-    EXPECT_EQ(failure(L"\"\\q\""), L"a text has no escape \"\\q\" @1:3");
+    EXPECT_EQ(failure(L"(list 1\n  \"ab\\q\")"), L"a text has no escape \"\\q\" @2:6");
+    EXPECT_EQ(failure(L"\"\\q\""), L"a text has no escape \"\\q\" @1:2");
     EXPECT_EQ(failure(L"(list ;| open"), L"the comment that begins here has no end \"|;\" @1:7");
     EXPECT_EQ(failure(L"."), L"a dot stands between two values @1:1");
 }
 
 TEST(Lisp, WhatBeginsLikeANumberHasToBeOne) {
-    for (const std::wstring word :
-         {L"1,5", L"1e400", L"0x10", L"12abc", L"1.2.3", L"-7x", L"+.5e", L".5.", L"2F", L"1e"}) {
+    for (const std::wstring word : {L"1,5", L"1e400", L"0x10", L"12abc", L"1.2.3", L"-7x", L"+.5e",
+                                    L".5.", L"2F", L"1e", L"+-5", L"--5", L"-+.5"}) {
         EXPECT_EQ(failure(L"(list\n  " + word + L")"),
                   word + L" is no number; numbers are written like 7, -2.5 and 1e3 @2:3");
     }
@@ -143,10 +181,18 @@ TEST(Lisp, WhatBeginsLikeANumberHasToBeOne) {
               L"(1+ 1- + - A1 -A .A ... 1.0 7 -0.5 0.001)");
 }
 
+TEST(Lisp, NamesOfFunctionsThatLookLikeNumbersHaveNoValue) {
+    EXPECT_EQ(failure(L"(list 1\n (list 1-))"), L"1- is no number, and has no value @2:2");
+    EXPECT_EQ(failure(L"1+"), L"1+ is no number, and has no value @1:1");
+    EXPECT_EQ(failure(L"(setq a 1+)"), L"1+ is no number, and has no value @1:1");
+    EXPECT_EQ(failure(L"(setq 1+ 2)"), L"setq takes a symbol, not 1+ @1:1");
+    EXPECT_EQ(failure(L"(1+ 2)"), L"there is no function 1+ @1:1");
+}
+
 TEST(Lisp, TextsHoldNoCharacterOfCode0) {
-    EXPECT_EQ(failure(L"(list \"a\\000b\")"), L"a text can't hold the character 0 @1:7");
-    EXPECT_EQ(failure(L"\"\\0\""), L"a text can't hold the character 0 @1:1");
-    EXPECT_EQ(failure(std::wstring(L"\"a\0b\"", 5)), L"a text can't hold the character 0 @1:1");
+    EXPECT_EQ(failure(L"(list \"a\\000b\")"), L"a text can't hold the character 0 @1:9");
+    EXPECT_EQ(failure(L"\"\\0\""), L"a text can't hold the character 0 @1:2");
+    EXPECT_EQ(failure(std::wstring(L"\"a\0b\"", 5)), L"a text can't hold the character 0 @1:3");
     EXPECT_EQ(value(L"\"\\001\""), L"\"\x01\"");
 }
 
@@ -245,6 +291,72 @@ TEST(Lisp, ListsThatShareTheirPartsAreMeasuredAsTheyArePrinted) {
               L"a list holds more than 1000000 values @1:9");
 }
 
+TEST(Lisp, NamesAndSelectionSetsCountByTheirLength) {
+    lisp::Interpreter interpreter;
+    interpreter.evaluate(L"(setq a '(" + std::wstring(64 * 500, L'x') + L"))");
+    EXPECT_EQ(failure(interpreter, doubled(L"a", 11)),
+              L"a list holds more than 1000000 values @1:199");
+    Harness harness(smallTown(), {});
+    lisp::defineDrawingFunctions(interpreter);
+    EXPECT_EQ(lisp::sizeOf(interpreter.evaluate(L"(ssget \"X\")")), 2u) << "eight members";
+}
+
+TEST(Lisp, WhatIsTooLongToShowEndsInDots) {
+    lisp::Interpreter interpreter;
+    const lisp::Value all = interpreter.evaluate(L"'(1 \"a\\n\" (b . c) . 2)");
+    EXPECT_EQ(lisp::text(all, true, 21), L"(1 \"a\\n\" (B . C) . 2)");
+    const std::wstring whole = lisp::text(all, true);
+    for (std::size_t most = 0; most < whole.size(); ++most)
+        EXPECT_EQ(lisp::text(all, true, most), whole.substr(0, most) + L"...");
+    const lisp::Value plain = std::wstring(L"abc");
+    EXPECT_EQ(lisp::text(plain, false, 3), L"abc");
+    EXPECT_EQ(lisp::text(plain, false, 2), L"ab...");
+    EXPECT_EQ(lisp::text(plain, true, 2), L"\"a...");
+}
+
+TEST(Lisp, MessagesHoldOnlyTheBeginningOfLongValues) {
+    Harness harness(smallTown(), {});
+    lisp::Interpreter interpreter;
+    lisp::defineDrawingFunctions(interpreter);
+    lisp::defineSessionFunctions(interpreter);
+    interpreter.evaluate(L"(setq a \"" + std::wstring(60, L'x') + L"\" s \"" +
+                         std::wstring(100000, L'x') + L"\")" + doubled(L"a", 18, 150));
+    for (const std::wstring wrong : {L"(sslength a)",
+                                     L"(handent a)",
+                                     L"(handent s)",
+                                     L"(ssname a 0)",
+                                     L"(entget a)",
+                                     L"(ssget \"X\" a)",
+                                     L"(ssget \"X\" (list a))",
+                                     L"(ssget \"X\" (list (cons 0 a)))",
+                                     L"(ssget \"X\" (cons a 1))",
+                                     L"(ssget \"W\" a a)",
+                                     L"(ssget \"WP\" a)",
+                                     L"(ssget \":$\" a)",
+                                     L"(ssget s)",
+                                     L"(ssget s a)",
+                                     L"(ssget \"X\" nil a)",
+                                     L"(ssget \"X\" (list (cons -4 s)))",
+                                     L"(ssget \"X\" (list (cons -4 (list 1))))",
+                                     L"(setvar \"PICKADD\" a)",
+                                     L"(setvar s 1)",
+                                     L"(setvar \"PICKADD\" s)",
+                                     L"(car s)",
+                                     L"(command a)",
+                                     L"(command s)",
+                                     L"(load s)",
+                                     L"(load a)"}) {
+        const std::wstring said = failure(interpreter, wrong);
+        EXPECT_NE(said, L"no failure") << toUtf8(wrong);
+        EXPECT_LT(said.size(), 250u) << toUtf8(wrong);
+    }
+    const std::wstring name(100000, L'n');
+    for (const std::wstring& wrong :
+         {L"(" + name + L")", L"(setq \"" + name + L"\" 1)", L"((" + name + L"))", L"1" + name}) {
+        EXPECT_LT(failure(interpreter, wrong).size(), 250u);
+    }
+}
+
 TEST(Lisp, AListHoldsAMillionValues) {
     lisp::Value million;
     for (int i = 0; i < 1000000; ++i) million = lisp::cons(i, std::move(million));
@@ -266,6 +378,59 @@ TEST(Lisp, ARunawayIsStopped) {
     std::wstring many = L"(list";
     for (int i = 0; i < 100001; ++i) many += L" 1";
     EXPECT_EQ(failure(many + L")"), L"stopped after 100000 steps @1:1");
+}
+
+TEST(Lisp, PrintingCountsAsAStepForEachHundredCharacters) {
+    std::size_t printed = 0;
+    lisp::Interpreter interpreter([&](const std::wstring& text) { printed += text.size(); });
+    interpreter.evaluate(L"(setq a \"" + std::wstring(99, L'x') + L"\" b \"" +
+                         std::wstring(100000, L'x') + L"\")");
+    EXPECT_EQ(steps(interpreter, L"(princ a)"), 2u);
+    EXPECT_EQ(steps(interpreter, L"(princ b)"), 1002u);
+    interpreter.evaluate(L"(setq c \"63 x" + std::wstring(59, L'x') + L"\")" +
+                         doubled(L"c", 18, 180));
+    printed = 0;
+    EXPECT_EQ(failure(interpreter, L"(princ c)"), L"stopped after 100000 steps @1:1");
+    EXPECT_EQ(printed, 0u);
+}
+
+TEST(Lisp, ACallIsStoppedBeforeItPrints) {
+    std::wstring printed;
+    lisp::Interpreter interpreter([&](const std::wstring& text) { printed += text; });
+    int asked = 0;
+    interpreter.stopWhen([&asked] { return ++asked == 3; });
+    EXPECT_EQ(failure(interpreter, L"(princ 1)"), L"stopped, as it was asked to @1:1");
+    EXPECT_EQ(printed, L"");
+}
+
+TEST(Lisp, AllValuesTogetherHaveSoMuchRoom) {
+    const std::size_t before = lisp::Room::taken();
+    lisp::Interpreter interpreter;
+    std::wstring list = L"'(";
+    for (int i = 0; i < 900000; ++i) list += L"1 ";
+    list += L")";
+    EXPECT_EQ(failure(interpreter, L"(setq a " + list + L")"), L"no failure");
+    EXPECT_EQ(failure(interpreter, L"(setq b " + list + L")"), L"no failure");
+    const std::wstring full = failure(interpreter, L"(setq d 1)(setq c " + list + L")");
+    EXPECT_EQ(full, L"all values together are more than 2000000 @1:20");
+    EXPECT_EQ(value(interpreter, L"(list c d)"), L"(nil nil)");
+    EXPECT_EQ(failure(interpreter, L"(setq a nil)(setq b nil)"), L"no failure");
+    EXPECT_EQ(failure(interpreter, L"(setq c " + list + L")"), L"no failure")
+        << "there is room again";
+    interpreter.clear();
+    EXPECT_LE(lisp::Room::taken(), before + 1) << "PAUSE is left";
+}
+
+TEST(Lisp, TextsAreSharedAndTakeRoomByTheirLength) {
+    lisp::Interpreter interpreter;
+    interpreter.evaluate(L"(setq a \"" + std::wstring(64 * 1000, L'x') + L"\")");
+    const std::size_t before = lisp::Room::taken();
+    for (int i = 0; i < 5000; ++i) interpreter.evaluate(L"(setq a" + std::to_wstring(i) + L" a)");
+    EXPECT_EQ(lisp::Room::taken(), before);
+    const lisp::Text kept(std::wstring(64 * 1000, L'x'));
+    EXPECT_EQ(lisp::Room::taken(), before + 1001);
+    EXPECT_NO_THROW(lisp::needRoom(lisp::mostRoom - before - 1001, {}));
+    EXPECT_THROW(lisp::needRoom(lisp::mostRoom - before - 1000, {}), lisp::Error);
 }
 
 TEST(Lisp, StepsCountTogetherWithThoseOfAnExpressionInside) {
@@ -410,6 +575,53 @@ TEST_F(LispDrawing, WrongFiltersAndArgumentsAreNamed) {
               L"SSNAME takes a whole number as its second argument, not \"a\" @1:1");
 }
 
+TEST_F(LispDrawing, SelectingCountsAsAStepForEachThousandTestsOfAnEntity) {
+    EXPECT_EQ(steps(interpreter(), L"(ssget \"X\")"), 2u);
+    std::wstring tests = L"(setq f '(";
+    for (int i = 0; i < 5000; ++i) tests += L"(0 . \"NO\")";
+    interpreter().evaluate(tests + L"))");
+    EXPECT_EQ(steps(interpreter(), L"(ssget \"X\" f)"), 3u + 10u + 80u)
+        << "10000 values in the filter for 8 entities";
+}
+
+TEST_F(LispDrawing, PolygonsCountByTheSquareOfTheirSides) {
+    std::wstring points = L"(setq p '(";
+    for (int i = 0; i < 1000; ++i) points += L"(" + std::to_wstring(i) + L" -5)";
+    interpreter().evaluate(points + L"))");
+    for (const std::wstring mode : {L"WP", L"CP", L"F"})
+        EXPECT_EQ(steps(interpreter(), L"(ssget \"" + mode + L"\" p)"), 3u + 2u + 1000u);
+    for (int i = 0; i < 9100; ++i) points += L"(" + std::to_wstring(i) + L" 5)";
+    interpreter().evaluate(points + L"))");
+    EXPECT_EQ(failure(L"(ssget \"WP\" p)"), L"stopped after 100000 steps @1:1");
+}
+
+TEST_F(LispDrawing, EntitiesCountAsAStepForEachHundredGroups) {
+    EXPECT_EQ(steps(interpreter(), L"(entget (entlast))"), 2u);
+    test::DrawingText drawing("AC1015");
+    std::string line = "LWPOLYLINE|5 1A|8 0|90 1000|70 0";
+    for (int i = 0; i < 1000; ++i) line += "|10 " + std::to_string(i) + ".0|20 0.0";
+    drawing.entity(line);
+    harness_.session().useDrawing(drawing.database());
+    EXPECT_EQ(steps(interpreter(), L"(entget (entlast))"), 2u + 10u);
+}
+
+TEST_F(LispDrawing, TextsThatAreLookedAtCountByTheirLength) {
+    interpreter().evaluate(L"(setq s \"" + std::wstring(5000, L'0') + L"\")");
+    EXPECT_EQ(steps(interpreter(), L"(getvar s)"), 2u + 5u);
+    interpreter().evaluate(L"(setvar \"USERS1\" s)");
+    EXPECT_EQ(steps(interpreter(), L"(getvar \"USERS1\")"), 2u + 5u);
+}
+
+TEST_F(LispDrawing, ASearchThatIsStoppedStopsTheEvaluation) {
+    int asked = 0;
+    interpreter().stopWhen([&] {
+        if (++asked == 3) harness_.session().interrupt();
+        return asked == 5;  // what the search has found is not looked at
+    });
+    EXPECT_EQ(failure(L"(ssget \"X\")"), L"stopped, as it was asked to @1:1");
+    EXPECT_EQ(database::Ledger::instance().count("selection set"), 0u);
+}
+
 TEST_F(LispDrawing, ASetIsGivenBackWithItsLastValue) {
     const std::size_t before = SelectionSets::instance().existing().size();
     interpreter().evaluate(L"(setq s (ssget \"X\") r s)");
@@ -495,6 +707,59 @@ TEST(LispCommands, WhatTheArgumentsLeaveOpenTheInputAnswers) {
     ASSERT_EQ(harness.results().size(), 2u);
     EXPECT_EQ(harness.results()[0].end, CommandResult::End::done);
     EXPECT_EQ(test::handles(harness.results()[1].prompts.at(0).entities), L"22");
+}
+
+TEST(LispCommands, PauseLeavesTheAnswerToTheInput) {
+    Harness harness(smallTown(), {L"(command \"SELECT\" pause \"\")", L"L"});
+    harness.run();
+    EXPECT_EQ(test::handles(harness.result().prompts.at(0).entities), L"22");
+    EXPECT_TRUE(harness.output().errors.empty());
+}
+
+TEST(LispCommands, AnExpressionThatAnswersAPauseIsNotAnsweredByTheArgumentsBehindIt) {
+    Harness harness(smallTown(),
+                    {L"(command \"SELECT\" \"\\\\\" \"ALL\" \"\")", L"(ssget)", L"10,2", L""});
+    harness.run();
+    ASSERT_EQ(harness.results().size(), 1u);
+    EXPECT_EQ(harness.result().end, CommandResult::End::done);
+    EXPECT_EQ(test::handles(harness.result().prompts.at(0).entities), L"20 10 11 12 21 24");
+    EXPECT_EQ(harness.output().shown.find(L"Select objects: ALL\n"),
+              harness.output().shown.rfind(L"Select objects: ALL\n"));
+}
+
+TEST(LispCommands, AnExpressionThatFailsAtAPauseLeavesTheArgumentsInPlace) {
+    Harness harness(smallTown(), {L"(command \"SELECT\" \"\\\\\" \"L\" \"\")", L"(sslength 1)"},
+                    Harness::By::person);
+    harness.run();
+    EXPECT_EQ(test::handles(harness.result().prompts.at(0).entities), L"22");
+}
+
+TEST(LispCommands, ArgumentsCountByTheirLength) {
+    Harness harness(smallTown(), {});
+    lisp::Interpreter& interpreter = harness.session().implementation().lisp;
+    interpreter.evaluate(L"(setq s \"" + std::wstring(1000, L' ') + L"\")");
+    EXPECT_EQ(steps(interpreter, L"(command s)"), 2u + 10u);
+}
+
+TEST(LispCommands, AParenthesisTooManyIsToldWithItsPlace) {
+    Harness harness(smallTown(), {L"SELECT", L"(setq a 1", L"))", L""});
+    harness.run();
+    EXPECT_EQ(harness.output().errors.at(0),
+              L"LISP: this parenthesis closes nothing (RUN.scr, line 3, column 2)");
+    EXPECT_EQ(harness.output().errors.size(), 1u);
+    EXPECT_EQ(harness.result().end, CommandResult::End::failed);
+    EXPECT_EQ(lisp::text(harness.session().implementation().lisp.variable(L"a"), true), L"nil")
+        << "nothing was done";
+}
+
+TEST(LispCommands, ALongValueIsShownInPart) {
+    Harness harness(smallTown(), {L"(car (list a))", L"!a"});
+    harness.session().implementation().lisp.evaluate(L"(setq a \"" + std::wstring(60, L'x') +
+                                                     L"\")" + doubled(L"a", 12));
+    const std::wstring shown = harness.run();
+    EXPECT_EQ(shown.size(), std::wstring(L"Command: (car (list a))\n...\nCommand: !a\n...").size() +
+                                2 * lisp::longestShown);
+    EXPECT_EQ(shown.substr(shown.size() - 4), L"x...");
 }
 
 TEST(LispCommands, SeveralCommandsAndRepetition) {

@@ -67,6 +67,13 @@ TEST(Script, FreeTextIsTheRestOfTheLineAsItStands) {
     EXPECT_EQ(input.next({Request::Kind::text, {}, {}}).text, L"two words");
 }
 
+TEST(Script, ParenthesesTooManyBelongToTheExpressionBeforeThem) {
+    EXPECT_EQ(replies(L"(a)) b\n"), L"{(a))}[b]");
+    EXPECT_EQ(replies(L"((a)\n)))\nb\n"), L"{((a)\n)))}[b]");
+    EXPECT_EQ(replies(L"(a) )b\n"), L"{(a)}[)b]");
+    EXPECT_EQ(replies(L"(a))"), L"{(a))}");
+}
+
 TEST(Script, ABlankAtTheEndOfFreeTextIsKeptWithoutALineEndToo) {
     EXPECT_EQ(replies(L"Vanha tie 7 ", Request::Kind::text), L"[Vanha tie 7 ]");
     EXPECT_EQ(replies(L"Vanha tie 7 \n", Request::Kind::text), L"[Vanha tie 7 ]");

@@ -78,6 +78,17 @@ class Filtering : public testing::Test {
 
 }  // namespace
 
+TEST_F(Selecting, AWishToStopEndsASearch) {
+    ads_point low = {-1, -1, 0};
+    ads_point high = {101, 60, 0};
+    const Chain triangle(acutBuildList(RT3DPOINT, low, RT3DPOINT, high, RTNONE));
+    harness_.session().interrupt();
+    EXPECT_EQ(filtered(nullptr), std::to_wstring(RTCAN));
+    EXPECT_EQ(found(L"C", low, high, nullptr), std::to_wstring(RTCAN));
+    EXPECT_EQ(found(L"CP", triangle, nullptr, nullptr), std::to_wstring(RTCAN));
+    EXPECT_EQ(database::Ledger::instance().count("selection set"), 0u);
+}
+
 TEST_F(Selecting, ByPoint) {
     const ads_point onLine = {30.0, 0.0, 0.0};
     EXPECT_EQ(found(nullptr, onLine, nullptr, nullptr), L"10");

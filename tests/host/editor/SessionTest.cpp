@@ -563,14 +563,18 @@ TEST(Session, AnExpressionThatTheInputEndsInsideOfIsTold) {
     EXPECT_EQ(harness.result().name, L"LISP");
 }
 
-TEST(Session, ALackOfMemoryInsideAnExpressionIsSaid) {
-    Harness harness(smallTown(), {L"SELECT", L"(exhaust)", L"30,0", L"", L"NOTHING"},
+TEST(Session, ALackOfMemoryInsideAnExpressionIsSaidAndForgetsTheSymbols) {
+    Harness harness(smallTown(),
+                    {L"(setq a 1)", L"SELECT", L"(exhaust)", L"30,0", L"", L"!a", L"NOTHING"},
                     Harness::By::person);
     harness.session().implementation().lisp.define(
         L"exhaust", {0, 0, [](lisp::Call&) -> lisp::Value { throw std::bad_alloc(); }});
-    harness.run();
-    EXPECT_EQ(harness.output().errors,
-              std::vector<std::wstring>{L"LISP: there is not enough memory for (exhaust)"});
+    const std::wstring shown = harness.run();
+    EXPECT_EQ(
+        harness.output().errors.at(0),
+        L"LISP: there is not enough memory for (exhaust); all symbols have lost their values");
+    EXPECT_EQ(harness.output().errors.size(), 1u);
+    EXPECT_NE(shown.find(L"!a\nnil\n"), std::wstring::npos);
     EXPECT_EQ(harness.results().size(), 2u);
     EXPECT_EQ(harness.results().front().end, End::done);
 }

@@ -26,7 +26,8 @@ TEST(Words, WholeNumbersStayWithinThirtyTwoBits) {
     EXPECT_EQ(parseInteger(L"2147483647"), 2147483647);
     EXPECT_EQ(parseInteger(L"-2147483648"), -2147483647 - 1);
     EXPECT_EQ(parseInteger(L"+7"), 7);
-    for (const wchar_t* text : {L"", L"2147483648", L"1.0", L"x", L"+", L"-"}) {
+    for (const wchar_t* text : {L"", L"2147483648", L"1.0", L"x", L"+", L"-", L"+-5", L"--5",
+                                L"-+5", L"++5", L"5-", L"5+"}) {
         EXPECT_FALSE(parseInteger(text)) << toUtf8(text);
     }
 }
