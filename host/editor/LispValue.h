@@ -168,7 +168,7 @@ std::wstring brief(const Value& value);
 std::wstring briefText(std::wstring_view text);
 
 // As much of a value as is shown to a person.
-constexpr std::size_t longestShown = 100000;
+constexpr std::size_t longestShown = 10000;
 
 // Reads all expressions of a text, whose first character stands at `start`. Throws Error.
 std::vector<Value> read(std::wstring_view text, Position start = {});
