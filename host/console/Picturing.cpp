@@ -1,6 +1,8 @@
 #include "host/console/Picturing.h"
 
+#include <algorithm>
 #include <string>
+#include <unordered_set>
 
 #include "host/console/ProgramFile.h"
 #include "host/dxf/Errors.h"
@@ -28,6 +30,14 @@ std::wstring lastCommand(const Record& record) {
     return record.runs.empty() ? std::wstring() : editor::fromUtf8(record.runs.back().command);
 }
 
+// Leaves each id once, and `other` not at all.
+void removeRepeated(std::vector<AcDbObjectId>& ids, AcDbObjectId other) {
+    std::unordered_set<AcDbObjectId> known{other};
+    ids.erase(std::remove_if(ids.begin(), ids.end(),
+                             [&](AcDbObjectId id) { return !known.insert(id).second; }),
+              ids.end());
+}
+
 // As --picture's format wants it.
 std::string bytesOf(const std::string& svg, const std::filesystem::path& file) {
     const auto format = picture::formatOf(file);
@@ -38,8 +48,12 @@ std::string bytesOf(const std::string& svg, const std::filesystem::path& file) {
 
 picture::Change changeOf(const Record& record) {
     picture::Change change;
-    for (const CommandRun& run : record.runs)
-        if (!run.takenBack && run.line) change.line = run.line->id;
+    for (const CommandRun& run : record.runs) {
+        if (run.takenBack || !run.line) continue;
+        if (!change.line.isNull()) change.earlierLines.push_back(change.line);
+        change.line = run.line->id;
+    }
+    removeRepeated(change.earlierLines, change.line);
     const Outcome outcome = record.outcome();
     for (const Outcome::Turned& turned : outcome.turned)
         change.turned.push_back(

@@ -26,7 +26,7 @@ class NotPictured : public std::runtime_error {
 
 // What the runs that stand came to (Record::outcome): each entity turned by any of them with the
 // rotation it had before the first that did, what was left and turned by none, and the line of the
-// last one that had one.
+// last one that had one, with those of the others.
 picture::Change changeOf(const Record& record);
 
 // Throws NotPictured (Exit::usage) when --picture asks for a format that this build can't write.

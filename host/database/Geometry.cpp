@@ -1,11 +1,13 @@
 #include "host/database/Geometry.h"
 
 #include <dbents.h>
+#include <dbmline.h>
 #include <dbregion.h>
 #include <dbsymtb.h>
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <map>
 #include <utility>
 
@@ -258,6 +260,8 @@ class Drawer {
             put(closed(outlineOfCorners(entity)), matrix);
         } else if (entity.isKindOf(AcDbVertex::desc())) {
             put({fieldsOf<VertexFields>(entity).position}, matrix);
+        } else if (entity.isKindOf(AcDbMline::desc())) {
+            for (Chain& line : fieldsOf<MlineFields>(entity).lines()) put(std::move(line), matrix);
         } else if (entity.isKindOf(AcDbRegion::desc())) {
             drawRegion(fieldsOf<RegionFields>(entity), matrix);
         }
@@ -282,25 +286,32 @@ class Drawer {
         const AcGeMatrix3d transform =
             matrix * static_cast<const AcDbBlockReference&>(entity).blockTransform();
         const auto block = database_.find(Table::block, fields.block);
-        // Columns and rows run along the axes of the turned reference, unscaled.
-        const AcGeMatrix3d turned = matrix * AcGeMatrix3d::planeToWorld(fields.normal) *
-                                    AcGeMatrix3d::rotation(fields.rotation, AcGeVector3d::kZAxis);
-        const int columns = std::max(fields.columns, 1);
-        const int rows = std::max(fields.rows, 1);
-        for (int row = 0; row < rows; row += stride(rows)) {
-            for (int column = 0; column < columns; column += stride(columns)) {
-                if (sink_.full()) return;
-                const AcGeVector3d shift = turned * AcGeVector3d(column * fields.columnSpacing,
-                                                                 row * fields.rowSpacing, 0);
-                drawBlock(block, AcGeMatrix3d::translation(shift) * transform);
-            }
-        }
+        if (block) drawCells(fields, *block, transform, matrix);
         drawAttributes(id, matrix);
     }
 
+    void drawCells(const InsertFields& fields, ObjectNumber block, const AcGeMatrix3d& transform,
+                   const AcGeMatrix3d& matrix) {
+        // Columns and rows run along the axes of the turned reference, unscaled.
+        const AcGeMatrix3d turned = matrix * AcGeMatrix3d::planeToWorld(fields.normal) *
+                                    AcGeMatrix3d::rotation(fields.rotation, AcGeVector3d::kZAxis);
+        const std::int64_t columns = std::max(fields.columns, 1);
+        const std::int64_t rows = std::max(fields.rows, 1);
+        for (std::int64_t row = 0; row < rows; row += stride(rows)) {
+            for (std::int64_t column = 0; column < columns; column += stride(columns)) {
+                if (sink_.full()) return;
+                const AcGeVector3d shift =
+                    turned * AcGeVector3d(static_cast<double>(column) * fields.columnSpacing,
+                                          static_cast<double>(row) * fields.rowSpacing, 0);
+                drawBlock(block, AcGeMatrix3d::translation(shift) * transform);
+            }
+        }
+    }
+
     // For a box the cells at the ends are enough.
-    int stride(int count) const {
-        return dynamic_cast<const BoxSink*>(&sink_) != nullptr ? std::max(count - 1, 1) : 1;
+    std::int64_t stride(std::int64_t count) const {
+        const bool isBox = dynamic_cast<const BoxSink*>(&sink_) != nullptr;
+        return isBox ? std::max<std::int64_t>(count - 1, 1) : 1;
     }
 
     void drawAttributes(AcDbObjectId reference, const AcGeMatrix3d& matrix) {
@@ -326,12 +337,16 @@ class Drawer {
         inside_.pop_back();
     }
 
-    // Attribute definitions show in their block only, not where it is inserted.
+    // Attribute definitions show in their block only, not where it is inserted, but for those whose
+    // value is fixed.
     void drawNumber(ObjectNumber number, const AcGeMatrix3d& matrix, bool inBlock) {
         if (sink_.full()) return;
         const AcDbObject* object = database_.object(number);
         if (object == nullptr || object->isErased()) return;
-        if (inBlock && object->isKindOf(AcDbAttributeDefinition::desc())) return;
+        constexpr int kConstant = 2;
+        if (inBlock && object->isKindOf(AcDbAttributeDefinition::desc()) &&
+            (fieldsOf<AttributeFields>(*object).flags & kConstant) == 0)
+            return;
         const auto* entity = AcDbEntity::cast(object);
         if (entity != nullptr) draw(*entity, matrix);
     }

@@ -20,8 +20,9 @@ std::optional<AcDbExtents> extentsOf(AcDbObjectId id);
 
 // The drawn lines of an entity as chains of points: curves flattened to within `chordError`, texts
 // as the outline of their box, faces and solids as their outline, points as chains of one point,
-// meshes as their edges, dimensions and block references as all that they hold. An entity of more
-// than 20000 chains is given by the plan outline of its box. Empty for what has no known look.
+// meshes as their edges, multi-lines as their lines, dimensions and block references as all that
+// they hold. An entity of more than 20000 chains is given by the plan outline of its box. Empty for
+// what has no known look.
 using Chain = std::vector<AcGePoint3d>;
 std::vector<Chain> drawnChains(AcDbObjectId id, double chordError);
 

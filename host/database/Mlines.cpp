@@ -21,6 +21,10 @@ namespace host::database {
 namespace {
 
 constexpr int kElementOffset = 49;
+// At a vertex, for each line: how many values follow, and these values. The first tells where the
+// line passes, the others where it is drawn.
+constexpr int kLineValues = 74;
+constexpr int kLineValue = 41;
 
 // Lines that end so flat have no end to speak of; they are cut across.
 constexpr double kFlattest = 1e-10;
@@ -75,13 +79,26 @@ FieldTable MlineFields::fieldTable() {
 }
 
 bool MlineFields::takeGroup(const dxf::Document& /*document*/, const dxf::Group& group) {
-    if (group.code() != 11 && group.code() != 21 && group.code() != 31) return true;
+    const int code = group.code();
+    const bool beginsLine = code == kLineValues && !joints.empty();
+    if (beginsLine) joints.back().crossings.push_back(0.0);
+    if (beginsLine) crossingFollows_ = true;
+    const bool isPoint = code == 11 || code == 21 || code == 31;
+    const bool isMiter = code == 13 || code == 23 || code == 33;
+    const bool isCrossing = code == kLineValue && crossingFollows_;
+    if (!isPoint && !isMiter && !isCrossing) return true;
     const auto value = group.real();
     if (!value) return false;
-    if (group.code() == 11) points.emplace_back(*value, 0.0, 0.0);
+    if (code == 11) {
+        points.emplace_back();
+        joints.emplace_back();
+    }
     if (points.empty()) return true;
-    if (group.code() == 21) points.back().y = *value;
-    if (group.code() == 31) points.back().z = *value;
+    const auto axis = static_cast<unsigned>(code / 10 - 1);
+    if (isPoint) points.back()[axis] = *value;
+    if (isMiter) joints.back().miter[axis] = *value;
+    if (isCrossing) joints.back().crossings.back() = *value;
+    crossingFollows_ = crossingFollows_ && !isCrossing;
     return true;
 }
 
@@ -161,6 +178,34 @@ double MlineFields::shift() const {
     return justification == Mline::kTop ? -*left : justification == Mline::kBottom ? -*right : 0.0;
 }
 
+std::vector<MlineFields::Joint> MlineFields::ownJoints() const {
+    std::vector<Joint> result;
+    for (const Vertex& vertex : vertices()) {
+        result.push_back({vertex.miter, {}});
+        for (const double offset : elements.offsets) {
+            result.back().crossings.push_back((offset + shift()) * vertex.stretch);
+        }
+    }
+    return result;
+}
+
+std::vector<std::vector<AcGePoint3d>> MlineFields::lines() const {
+    const std::vector<Joint> all = joints.empty() ? ownJoints() : joints;
+    if (all.empty()) return {};
+    std::size_t count = all.front().crossings.size();
+    for (const Joint& joint : all) count = std::min(count, joint.crossings.size());
+    std::vector<std::vector<AcGePoint3d>> result(std::max<std::size_t>(count, 1));
+    for (std::size_t line = 0; line < result.size(); ++line) {
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            const double crossing = count == 0 ? 0.0 : all[i].crossings[line];
+            const AcGePoint3d vertex = joints.empty() ? position(i) : points[i];
+            result[line].push_back(vertex + all[i].miter * crossing);
+        }
+        if (isClosedLine()) result[line].push_back(result[line].front());
+    }
+    return result;
+}
+
 void MlineFields::writeWith(RecordWriter& out, std::uint64_t styleHandle) const {
     out.beginEntity("MLINE", *this);
     out.marker(L"AcDbMline");
@@ -179,9 +224,9 @@ void MlineFields::writeWith(RecordWriter& out, std::uint64_t styleHandle) const 
         out.vector(13, vertex.miter);
         for (const double offset : elements.offsets) {
             // The place on the miter, and the start of the line from there.
-            out.integer(74, 2);
-            out.real(41, (offset + shift()) * vertex.stretch);
-            out.real(41, 0.0);
+            out.integer(kLineValues, 2);
+            out.real(kLineValue, (offset + shift()) * vertex.stretch);
+            out.real(kLineValue, 0.0);
             out.integer(75, 0);
         }
     }

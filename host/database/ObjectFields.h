@@ -368,12 +368,18 @@ struct MlineFields : FieldsOf<MlineFields, EntityFields> {
         AcGeVector3d miter;      // across it, to the left
         double stretch = 1.0;    // of offsets along the miter
     };
+    // A vertex as the drawing has it: how far along its miter each line passes.
+    struct Joint {
+        AcGeVector3d miter;
+        std::vector<double> crossings;
+    };
     std::wstring style = L"STANDARD";
     double scale = 1.0;
     int justification = 0;
     int flags = 0;
     AcGeVector3d normal = AcGeVector3d::kZAxis;
     std::vector<AcGePoint3d> points;  // as they were given
+    std::vector<Joint> joints;        // of the drawing, one for each point; none of a new one
     MlineElements elements;           // of the style, once it is in a database
     static FieldTable fieldTable();
     bool takeGroup(const dxf::Document& document, const dxf::Group& group) override;
@@ -386,11 +392,17 @@ struct MlineFields : FieldsOf<MlineFields, EntityFields> {
     // The point in the plane.
     AcGePoint3d position(std::size_t index) const;
     std::vector<Vertex> vertices() const;
+    // What is drawn: each line of the style from vertex to vertex, without its gaps; the line
+    // through the vertices where a record doesn't tell its lines. A closed one returns to its first
+    // point.
+    std::vector<std::vector<AcGePoint3d>> lines() const;
 
   private:
+    std::vector<Joint> ownJoints() const;
     std::vector<AcGeVector3d> directions() const;
     // What is added to offsets for the justification.
     double shift() const;
+    bool crossingFollows_ = false;  // while reading: the next group 41 is a crossing
 };
 
 // What the header says and the host changes.

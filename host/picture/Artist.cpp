@@ -2,126 +2,74 @@
 
 #include <algorithm>
 #include <cmath>
-#include <optional>
 
 #include "host/database/Names.h"
-#include "host/editor/EntityFigure.h"
 #include "host/picture/Cut.h"
-#include "host/picture/FontWidths.h"
+#include "host/picture/PathData.h"
 #include "host/picture/Svg.h"
+#include "host/picture/TextElement.h"
+#include "host/picture/Thinning.h"
 
 namespace host::picture {
 namespace {
 
 using database::ObjectNumber;
 
-constexpr double pi = 3.14159265358979323846;
+// Points are dots of these widths on paper, in millimetres; the smaller one where so much is drawn
+// that details are left out.
+constexpr double dotWidth = 0.5;
+constexpr double smallDotWidth = 0.25;
+constexpr double leastDetailOfSmallDots = 0.05;
 
-// Points are dots of this width on paper, in millimetres.
-constexpr double dotWidth = 0.6;
+// Of this many vertices that are thinned out one is counted.
+constexpr std::size_t thinnedToAStep = 100;
 
-// All letters are set in this font size and brought to theirs by their transformation: renderers
-// lay letters out badly in very small sizes and not at all in very large ones.
-constexpr double fontSize = 10.0;
-
-// Letters higher than this on paper, in millimetres, are no letters any more.
-constexpr double highestLetters = 1000.0;
-
-const char* anchorName(Lettering::Anchor anchor) {
-    return anchor == Lettering::Anchor::middle ? "middle" : "end";
+// By how much a map enlarges lengths in plan, on the whole.
+double scaleOf(const AcGeMatrix3d& matrix) {
+    const AcGeVector3d x = matrix * AcGeVector3d::kXAxis, y = matrix * AcGeVector3d::kYAxis;
+    return std::sqrt(std::fabs(x.x * y.y - x.y * y.x));
 }
 
-std::string decorations(const Run& run) {
-    std::string names;
-    const auto add = [&](bool has, const char* name) {
-        if (has) names += (names.empty() ? "" : " ") + std::string(name);
-    };
-    add(run.underlined, "underline");
-    add(run.overlined, "overline");
-    add(run.struck, "line-through");
-    return names;
-}
-
-// The letters of a line, in spans where some are written otherwise. With `x`, where the line begins
-// in font units, each run is told where it begins.
-std::string spans(const std::vector<Run>& runs, std::optional<double> x) {
-    std::string out;
-    const bool places = x && runs.size() > 1;
-    for (const Run& run : runs) {
-        const std::string names = decorations(run);
-        const bool spanned = places || !names.empty();
-        if (spanned) out += "<tspan";
-        if (places) addAttribute(out, "x", shortText(*x));
-        if (!names.empty()) addAttribute(out, "text-decoration", names);
-        if (spanned) out += ">";
-        out += escaped(run.text);
-        if (spanned) out += "</tspan>";
-        if (places) *x += widthOf(run.text) * fontSize;
+// Of its points, as far as the handles of curves lead.
+double lengthOf(const Path& path) {
+    double length = 0.0;
+    std::size_t next = 0;
+    for (const Path::Step step : path.steps()) {
+        const std::size_t count = step == Path::Step::curve ? 3 : step == Path::Step::close ? 0 : 1;
+        for (std::size_t i = 0; i < count; ++i, ++next)
+            if (step != Path::Step::move)
+                length += path.points()[next].distanceTo(path.points()[next - 1]);
     }
-    return out;
-}
-
-// Where a line begins, in font units, to be justified.
-double startOf(const Lettering::Line& line, Lettering::Anchor anchor) {
-    const double width = widthOf(lettersOf(line.runs)) * fontSize;
-    if (anchor == Lettering::Anchor::start) return 0.0;
-    return anchor == Lettering::Anchor::middle ? -width / 2.0 : -width;
-}
-
-double length(const editor::PlanPoint& vector) {
-    return std::sqrt(vector.x * vector.x + vector.y * vector.y);
-}
-
-// The map of letters, whose y runs downwards, to the plane: turned, slanted, stretched. No text
-// when they are seen from the edge or are no letters at all.
-struct LetterMap {
-    std::string text;
-    bool keepsShape = true;  // neither slanted nor stretched more one way than the other
-};
-
-LetterMap letterMap(const AcGeVector3d& right, const AcGeVector3d& up, double size) {
-    const double scale = size / fontSize;
-    const editor::PlanPoint a{right.x * scale, right.y * scale}, c{-up.x * scale, -up.y * scale};
-    const double across = length(a);
-    if (!(across > 0.0) || !std::isfinite(across)) return {};
-    const double cosine = a.x / across, sine = a.y / across;
-    const double along = cosine * c.x + sine * c.y;
-    const double downwards = cosine * c.y - sine * c.x;
-    if (downwards == 0.0 || !std::isfinite(along / downwards)) return {};
-    LetterMap map;
-    const std::string angle = shortText(std::atan2(sine, cosine) * 180.0 / pi);
-    if (angle != "0") map.text += " rotate(" + angle + ")";
-    // Rounding leaves a slant of no meaning.
-    const double slant = std::atan(along / downwards) * 180.0 / pi;
-    const bool slanted = std::fabs(slant) > 1e-6;
-    if (slanted) map.text += " skewX(" + shortText(slant) + ")";
-    map.text += " scale(" + shortText(across) + " " + shortText(downwards) + ")";
-    map.keepsShape = !slanted && std::fabs(across - std::fabs(downwards)) <= across * 1e-6;
-    return map;
+    return length;
 }
 
 }  // namespace
 
-bool Artist::draw(std::string& out, const Piece& piece, const Showing& showing) {
+Artist::Drawn Artist::draw(std::string& out, const Piece& piece, const Showing& showing) {
+    isLimited_ = std::holds_alternative<Reference>(piece.look);
+    const auto most = static_cast<double>(mostOfOne_);
+    if (isLimited_ && blocks_.stepsOf(piece) > most) return outline(out, piece, showing);
+    const std::size_t before = out.size(), stepsBefore = steps_;
     stepsOfOne_ = 0;
-    const std::size_t before = out.size();
     Surroundings around;
-    around.colored = showing.colored;
+    around.plain = showing.plain;
+    around.ground = showing.ground;
     const bool drawn = element(out, piece, AcGeMatrix3d::kIdentity, around, &showing);
-    if (stepsOfOne_ <= mostStepsOfOne) {
+    if (!isLimited_ || stepsOfOne_ <= mostOfOne_) {
         if (drawn) out += '\n';
-        return drawn;
+        return drawn ? Drawn::whole : Drawn::nothing;
     }
+    // Deeper than it looked.
     out.resize(before);
+    steps_ = stepsBefore;
     inside_.clear();
-    ++abridged_;
     return outline(out, piece, showing);
 }
 
 bool Artist::spend(std::size_t steps) {
     steps_ += steps;
     stepsOfOne_ += steps;
-    return stepsOfOne_ <= mostStepsOfOne;
+    return !isLimited_ || stepsOfOne_ <= mostOfOne_;
 }
 
 // What lies on layer 0 of a block is on the layer of the reference.
@@ -132,11 +80,38 @@ const Layer& Artist::layerOf(const Piece& piece, const Surroundings& around) {
 
 Rgb Artist::colorOf(const Ink& ink, const Layer& layer, const Surroundings& around) {
     if (ink.rule == Ink::Rule::block) return around.block;
-    return onWhite(ink.rule == Ink::Rule::own ? ink.color : layer.color);
+    return legible(ink.rule == Ink::Rule::own ? ink.color : layer.color, around.ground);
 }
 
+// A layer that is off hides what lies on it, one that is frozen hides what references on it show
+// of other layers too.
 bool Artist::isSeen(const Piece& piece, const Surroundings& around) {
-    return !piece.invisible && layerOf(piece, around).visible;
+    const Layer& layer = layerOf(piece, around);
+    const bool isReference = std::holds_alternative<Reference>(piece.look);
+    return !piece.invisible && !layer.isFrozen && (isReference || !layer.isOff);
+}
+
+std::wstring Artist::linetypeOf(const Piece& piece, const Layer& layer,
+                                const Surroundings& around) {
+    const std::wstring& own = piece.pen.linetype;
+    if (database::sameName(own, L"BYBLOCK")) return around.linetype;
+    return database::sameName(own, L"BYLAYER") || own.empty() ? layer.linetype : own;
+}
+
+int Artist::weightOf(const Piece& piece, const Layer& layer, const Surroundings& around) {
+    const int own = piece.pen.weight;
+    return own == Pen::byBlock ? around.weight : own == Pen::byLayer ? layer.weight : own;
+}
+
+Stroke Artist::strokeOf(const Piece& piece, const AcGeMatrix3d& matrix,
+                        const Surroundings& around) {
+    const Layer& layer = layerOf(piece, around);
+    const double scale = scaleOf(matrix);
+    static const std::vector<double> continuous;
+    return picture::strokeOf(
+        sheet_, weightOf(piece, layer, around), piece.pen.width * scale,
+        piece.filled ? continuous : linetypes_.named(linetypeOf(piece, layer, around)),
+        piece.pen.linetypeScale * scale);
 }
 
 bool Artist::element(std::string& out, const Piece& piece, const AcGeMatrix3d& matrix,
@@ -149,11 +124,22 @@ bool Artist::element(std::string& out, const Piece& piece, const AcGeMatrix3d& m
     const std::string title = showing == nullptr || showing->title.empty()
                                   ? std::string()
                                   : "<title>" + escaped(showing->title) + "</title>";
-    if (std::holds_alternative<Path>(piece.look)) return path(out, head, piece, matrix, title);
-    if (const auto* lettering = std::get_if<Lettering>(&piece.look))
-        return text(out, head, *lettering, matrix, title);
+    if (std::holds_alternative<Path>(piece.look))
+        return path(out, head, piece, matrix, around, title);
+    if (const auto* lettering = std::get_if<Lettering>(&piece.look)) {
+        if (!spend(static_cast<std::size_t>(blocks_.stepsOf(piece)))) return false;
+        const std::string text = textElement(sheet_, head, *lettering, matrix, title);
+        out += text;
+        return !text.empty();
+    }
     if (const auto* reference = std::get_if<Reference>(&piece.look)) {
-        const Surroundings inside{&layer, color, color, around.colored};
+        const Surroundings inside{&layer,
+                                  color,
+                                  color,
+                                  linetypeOf(piece, layer, around),
+                                  weightOf(piece, layer, around),
+                                  around.plain,
+                                  around.ground};
         return group(out, head, *reference, matrix, inside, title);
     }
     return false;
@@ -172,87 +158,47 @@ void Artist::attributes(std::string& out, const Piece& piece, const Layer& layer
     if (handle != 0) addAttribute(out, "data-handle", name);
     if (&layer != around.layer) addAttribute(out, "data-layer", escaped(layer.name));
     const bool takenOver = around.layer != nullptr && color == around.shown;
-    if (around.colored && !takenOver) addAttribute(out, "color", hexText(color));
-}
-
-std::string Artist::pathData(const Path& given, bool filled) const {
-    const bool within = isWithin(given, sheet_.reach());
-    const Path path = within   ? given
-                      : filled ? polygonCutTo(sheet_.reach(), given)
-                               : cutTo(sheet_.reach(), given);
-    std::string data;
-    std::size_t next = 0;
-    const auto point = [&] {
-        const AcGePoint3d& p = path.points()[next++];
-        return sheet_.x(p.x) + " " + sheet_.y(p.y);
-    };
-    for (const Path::Step step : path.steps()) {
-        switch (step) {
-            case Path::Step::move:
-                data += "M" + point();
-                break;
-            case Path::Step::line:
-                data += "L" + point();
-                break;
-            case Path::Step::curve:
-                data += "C" + point();
-                data += " " + point();
-                data += " " + point();
-                break;
-            case Path::Step::close:
-                data += "Z";
-                break;
-        }
-    }
-    return data;
+    if (!around.plain && !takenOver) addAttribute(out, "color", hexText(color));
 }
 
 bool Artist::path(std::string& out, const std::string& head, const Piece& piece,
-                  const AcGeMatrix3d& matrix, const std::string& title) {
-    const auto& path = std::get<Path>(piece.look);
-    if (!spend(path.steps().size())) return false;
-    const std::string data = pathData(path.mapped(matrix), piece.filled);
+                  const AcGeMatrix3d& matrix, const Surroundings& around,
+                  const std::string& title) {
+    const Path given = std::get<Path>(piece.look).mapped(matrix);
+    const bool isDot = piece.kind == std::string_view("point");
+    Path drawn = visiblePart(sheet_, given, piece.filled);
+    if (!isDot) drawn = thinned(drawn, sheet_.units(detail_ / 2.0));
+    if (!spend(drawn.steps().size() + given.steps().size() / thinnedToAStep)) return false;
+    if (drawn.empty()) return false;
+    Stroke stroke = strokeOf(piece, matrix, around);
+    spendDashes(stroke, drawn);
+    const std::string data = pathData(sheet_, drawn);
     if (data.empty()) return false;
     out += "<path" + head;
-    if (piece.kind == std::string_view("point"))
-        addAttribute(out, "stroke-width", shortText(sheet_.units(dotWidth)));
+    if (isDot)
+        addAttribute(
+            out, "stroke-width",
+            shortText(sheet_.units(detail_ > leastDetailOfSmallDots ? smallDotWidth : dotWidth)));
+    else if (!around.plain && !piece.beneath)
+        addStroke(out, sheet_, stroke);
+    if (piece.filled && !piece.beneath) addAttribute(out, "fill", "currentColor");
     addAttribute(out, "d", data);
     out += title.empty() ? "/>" : ">" + title + "</path>";
     return true;
 }
 
-bool Artist::text(std::string& out, const std::string& head, const Lettering& lettering,
-                  const AcGeMatrix3d& matrix, const std::string& title) {
-    const AcGePoint3d origin = matrix * lettering.origin;
-    const AcGeVector3d right = matrix * lettering.right, up = matrix * lettering.up;
-    const LetterMap map = letterMap(right, up, lettering.fontSize);
-    const double size = lettering.fontSize * sheet_.perUnit() * std::max(up.length(), 1.0);
-    if (map.text.empty() || !(size < highestLetters) ||
-        !sheet_.reach().contains(editor::PlanPoint{origin.x, origin.y}))
-        return false;
-    out += "<text" + head;
-    addAttribute(out, "transform",
-                 "translate(" + sheet_.x(origin.x) + " " + sheet_.y(origin.y) + ")" + map.text);
-    // Some renderers justify stretched letters as if they were not: these are told where they
-    // begin.
-    if (map.keepsShape && lettering.anchor != Lettering::Anchor::start)
-        addAttribute(out, "text-anchor", anchorName(lettering.anchor));
-    const bool single = lettering.lines.size() == 1;
-    if (!single) out += ">" + title;
-    for (const Lettering::Line& line : lettering.lines) {
-        if (!spend(1)) break;
-        const std::optional<double> start =
-            map.keepsShape ? std::nullopt : std::optional(startOf(line, lettering.anchor));
-        if (!single) out += "<tspan";
-        if (start.value_or(0.0) != 0.0 || !single)
-            addAttribute(out, "x", shortText(start.value_or(0.0)));
-        if (line.rise != 0.0 || !single) addAttribute(out, "y", shortText(-line.rise * fontSize));
-        out += single ? ">" + title : ">";
-        out += spans(line.runs, start);
-        if (!single) out += "</tspan>";
+// Dashes are drawn where the sheet shows them only, and no more than a renderer can bear.
+void Artist::spendDashes(Stroke& stroke, Path& path) {
+    if (stroke.dashes.empty()) return;
+    Path shown = isWithin(path, sheet_.shown()) ? path : cutTo(sheet_.shown(), path);
+    const double dashes =
+        lengthOf(shown) / stroke.period() * static_cast<double>(stroke.dashes.size()) / 2.0;
+    if (dashes_ + dashes > mostDashes) {
+        stroke.dashes.clear();
+    } else {
+        dashes_ += dashes;
+        path = std::move(shown);
     }
-    out += "</text>";
-    return true;
 }
 
 bool Artist::group(std::string& out, const std::string& head, const Reference& reference,
@@ -270,6 +216,7 @@ bool Artist::group(std::string& out, const std::string& head, const Reference& r
 
 bool Artist::cells(std::string& out, const Reference& reference, const AcGeMatrix3d& matrix,
                    const Surroundings& inside) {
+    if (!reference.hasBlock) return false;
     bool drawn = false;
     for (int row = 0; row < reference.rows; ++row) {
         for (int column = 0; column < reference.columns; ++column) {
@@ -285,41 +232,38 @@ bool Artist::cells(std::string& out, const Reference& reference, const AcGeMatri
 // A block inside of itself is left out.
 bool Artist::block(std::string& out, ObjectNumber number, const AcGeMatrix3d& matrix,
                    const Surroundings& inside) {
-    if (inside_.size() >= deepest ||
+    if (inside_.size() >= Blocks::deepest ||
         std::find(inside_.begin(), inside_.end(), number) != inside_.end())
         return false;
-    auto known = contents_.find(number);
-    if (known == contents_.end())
-        known = contents_.emplace(number, contentOf(database_, number)).first;
     inside_.push_back(number);
     bool drawn = false;
-    for (const Piece& piece : known->second) {
-        if (stepsOfOne_ > mostStepsOfOne) break;
+    for (const Piece& piece : blocks_.contentOf(number)) {
+        if (stepsOfOne_ > mostOfOne_) break;
         drawn = element(out, piece, matrix, inside, nullptr) || drawn;
     }
     inside_.pop_back();
     return drawn;
 }
 
-bool Artist::outline(std::string& out, const Piece& piece, const Showing& showing) {
-    const editor::PlanBox box = editor::planBox(database_.idOf(piece.number));
-    if (box.empty()) return false;
+Artist::Drawn Artist::outline(std::string& out, const Piece& piece, const Showing& showing) {
+    const auto corners = blocks_.cornersOf(std::get<Reference>(piece.look));
+    if (corners.empty()) return Drawn::nothing;
     Piece shown = piece;
     Path frame;
-    frame.add({{box.min.x, box.min.y, 0.0},
-               {box.max.x, box.min.y, 0.0},
-               {box.max.x, box.max.y, 0.0},
-               {box.min.x, box.max.y, 0.0},
-               {box.min.x, box.min.y, 0.0}});
+    frame.addRing(corners);
     shown.look = std::move(frame);
-    Showing abridged = showing;
-    abridged.role = "abridged";
-    stepsOfOne_ = 0;
+    shown.pen = {};
+    isLimited_ = false;
     Surroundings around;
-    around.colored = showing.colored;
-    const bool drawn = element(out, shown, AcGeMatrix3d::kIdentity, around, &abridged);
-    if (drawn) out += '\n';
-    return drawn;
+    around.plain = showing.plain;
+    around.ground = showing.ground;
+    const std::string role =
+        *showing.role == '\0' ? std::string("abridged") : "abridged " + std::string(showing.role);
+    Showing abridged = showing;
+    abridged.role = role.c_str();
+    if (!element(out, shown, AcGeMatrix3d::kIdentity, around, &abridged)) return Drawn::nothing;
+    out += '\n';
+    return Drawn::box;
 }
 
 }  // namespace host::picture

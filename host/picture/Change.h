@@ -20,7 +20,8 @@ struct Left {
 };
 
 struct Change {
-    AcDbObjectId line;  // the line that was picked; null for none
+    AcDbObjectId line;                       // the line that was picked; null for none
+    std::vector<AcDbObjectId> earlierLines;  // of several runs those of the others
     std::vector<Turned> turned;
     std::vector<Left> left;  // selected, but not turned
 };

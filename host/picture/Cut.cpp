@@ -158,13 +158,22 @@ Path cutTo(const PlanBox& box, const Path& path) {
 }
 
 Path polygonCutTo(const PlanBox& box, const Path& path) {
-    Points polygon = path.points();
+    const Points& points = path.points();
     Path result;
-    if (!std::all_of(polygon.begin(), polygon.end(), isFinite)) return result;
-    for (const Side& side : sidesOf(box)) polygon = cutAt(side, polygon);
-    if (polygon.size() < 3) return result;
-    result.add(polygon);
-    result.close();
+    if (!std::all_of(points.begin(), points.end(), isFinite)) return result;
+    Points ring;
+    const auto finish = [&] {
+        for (const Side& side : sidesOf(box)) ring = cutAt(side, ring);
+        if (ring.size() > 2) result.addRing(ring);
+        ring.clear();
+    };
+    std::size_t next = 0;
+    for (const Path::Step step : path.steps()) {
+        if (step == Path::Step::move) finish();
+        if (step == Path::Step::curve) next += 2;
+        if (step != Path::Step::close) ring.push_back(points[next++]);
+    }
+    finish();
     return result;
 }
 

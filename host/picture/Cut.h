@@ -15,8 +15,8 @@ bool isWithin(const Path& path, const editor::PlanBox& box);
 // that are no numbers or beyond 1e99.
 Path cutTo(const editor::PlanBox& box, const Path& path);
 
-// The part of the polygon through the points of the path that lies in the rectangle, as a closed
-// path.
+// The parts of the polygons of a path that lie in the rectangle, each closed. A polygon begins
+// where the path is moved to; curves are taken as their chords.
 Path polygonCutTo(const editor::PlanBox& box, const Path& path);
 
 }  // namespace host::picture

@@ -13,7 +13,10 @@ namespace host::picture {
 struct Layer {
     std::wstring name;
     Rgb color;
-    bool visible = true;  // neither off nor frozen
+    bool isFrozen = false;
+    bool isOff = false;
+    std::wstring linetype = L"CONTINUOUS";
+    int weight = -3;  // as a pen's
 };
 
 class Layers {

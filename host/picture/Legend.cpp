@@ -1,6 +1,8 @@
 #include "host/picture/Legend.h"
 
 #include <algorithm>
+#include <sstream>
+#include <vector>
 
 #include "host/editor/Words.h"
 #include "host/picture/FontWidths.h"
@@ -12,6 +14,14 @@ namespace {
 constexpr double headSize = 4.0;  // font sizes in millimetres
 constexpr double keySize = 3.2;
 constexpr double noteSize = 2.6;
+
+// Bold letters are wider than those whose widths are known, by less than this.
+constexpr double widthOfBold = 1.18;
+constexpr std::size_t mostNoteLines = 3;
+
+std::wstring wide(const std::string& ascii) {
+    return {ascii.begin(), ascii.end()};
+}
 
 std::wstring counted(std::size_t count, const wchar_t* one, const wchar_t* more) {
     return std::to_wstring(count) + (count == 1 ? one : more);
@@ -25,31 +35,46 @@ std::wstring listed(const std::map<std::wstring, std::size_t>& counts) {
     return text;
 }
 
-std::wstring headline(const Caption& caption, const Tally& tally) {
-    std::wstring text = caption.drawing;
-    if (caption.command.empty()) return text;
-    text += L" \u2014 " + caption.command;
+// Behind the drawing's name.
+std::wstring resultOf(const Caption& caption, const Tally& tally) {
+    if (caption.command.empty()) return {};
+    std::wstring text = L" \u2014 " + caption.command;
     const database::TurnCounts& counts = tally.counts;
     if (counts.turned == 0 && counts.left == 0) return text + L": nothing was turned";
-    if (tally.hasLine) text += L" along " + tally.line;
+    if (tally.lines == 1) text += L" along " + tally.line;
+    if (tally.lines > 1) text += L" along " + std::to_wstring(tally.lines) + L" lines";
     return text + L": " + editor::fromUtf8(counts.text());
 }
 
-std::wstring notes(const Tally& tally) {
-    std::wstring text;
-    const auto add = [&](const std::wstring& sentence) {
-        text += (text.empty() ? L"" : L"  ") + sentence + L".";
+// The gravest first.
+std::vector<std::wstring> notes(const Tally& tally) {
+    std::vector<std::wstring> all;
+    const auto add = [&](std::size_t count, const wchar_t* one, const wchar_t* more) {
+        if (count != 0) all.push_back(counted(count, one, more) + L".");
     };
-    if (!tally.reasons.empty()) add(L"Left: " + listed(tally.reasons));
-    if (tally.outside != 0)
-        add(counted(tally.outside, L" entity lies", L" entities lie") + L" outside of the picture");
-    if (!tally.unknown.empty()) add(L"Not drawn: " + listed(tally.unknown));
-    if (tally.abridged != 0)
-        add(counted(tally.abridged, L" block is shown as its box", L" blocks are shown as boxes"));
-    if (tally.omitted != 0)
-        add(counted(tally.omitted, L" entity is", L" entities are") +
-            L" left out: the picture was full");
-    return text;
+    add(tally.elsewhere, L" changed or picked entity is not in model space, and not shown",
+        L" changed or picked entities are not in model space, and not shown");
+    add(tally.turnedOutside, L" turned entity lies outside of the picture",
+        L" turned entities lie outside of the picture");
+    add(tally.groundsOnly, L" turned entity is shown by its ground alone",
+        L" turned entities are shown by their grounds alone");
+    add(tally.turnedOmitted, L" turned entity is left out: the picture was full",
+        L" turned entities are left out: the picture was full");
+    add(tally.unmarked, L" entity that was left has no cross",
+        L" entities that were left have no crosses");
+    add(tally.omitted, L" entity is left out: the picture was full",
+        L" entities are left out: the picture was full");
+    if (tally.detail > 0.0)
+        all.push_back(L"Details below " + wide(shortText(tally.detail)) + L" mm are left out.");
+    add(tally.abridged, L" block is shown as its box", L" blocks are shown as boxes");
+    add(tally.outside, L" entity lies outside of the picture",
+        L" entities lie outside of the picture");
+    add(tally.cropped, L" entity reaches out of it", L" entities reach out of it");
+    add(tally.empty, L" block reference has nothing to show",
+        L" block references have nothing to show");
+    if (!tally.unknown.empty()) all.push_back(L"Not drawn: " + listed(tally.unknown) + L".");
+    if (!tally.reasons.empty()) all.push_back(L"Left: " + listed(tally.reasons) + L".");
+    return all;
 }
 
 // Cut to a width in millimetres.
@@ -59,6 +84,37 @@ std::wstring cut(std::wstring text, double size, double width) {
     if (widthOf(text) * size <= width) return text;
     while (!text.empty() && widthOf(text + L"\u2026") * size > width) text.pop_back();
     return text + L"\u2026";
+}
+
+// Cut in its middle.
+std::wstring shortened(const std::wstring& text, double size, double width) {
+    if (widthOf(text) * size <= width) return text;
+    std::size_t kept = std::min<std::size_t>(text.size() / 2, 500);
+    const auto some = [&] {
+        return text.substr(0, kept) + L"\u2026" + text.substr(text.size() - kept);
+    };
+    while (kept > 0 && widthOf(some()) * size > width) --kept;
+    return some();
+}
+
+// Sentences in lines of a width, broken at blanks; the last line is cut.
+std::vector<std::wstring> linesOf(const std::vector<std::wstring>& sentences, double size,
+                                  double width, std::size_t most) {
+    std::vector<std::wstring> lines(1);
+    for (const std::wstring& sentence : sentences) {
+        std::wistringstream words((lines.back().empty() ? L"" : L" ") + sentence);
+        std::wstring word;
+        while (words >> word) {
+            std::wstring& line = lines.back();
+            const std::wstring longer = line.empty() ? word : line + L" " + word;
+            if (line.empty() || lines.size() == most || widthOf(longer) * size <= width)
+                line = longer;
+            else
+                lines.push_back(word);
+        }
+    }
+    lines.back() = cut(lines.back(), size, width);
+    return lines;
 }
 
 class Writer {
@@ -83,6 +139,8 @@ class Writer {
         out_ += ">" + escaped(shown) + "</text>\n";
         x_ += widthOf(shown) * size;
     }
+
+    double width() const { return right_ - left_; }
 
     // A sample with words behind it.
     void key(const std::string& sample, double width, const std::wstring& text) {
@@ -114,11 +172,16 @@ std::string letters(const char* group) {
 std::string legend(const Sheet& sheet, const Caption& caption, const Tally& tally) {
     Writer writer(sheet);
     writer.line(6.5);
-    writer.words("headline", headline(caption, tally), headSize);
+    const std::wstring result = resultOf(caption, tally);
+    const double size = headSize * widthOfBold;
+    const double room = std::max(writer.width() - widthOf(result) * size, writer.width() / 5.0);
+    writer.words("headline",
+                 cut(shortened(caption.drawing, size, room) + result, size, writer.width()),
+                 headSize);
     writer.line(6.5);
-    if (tally.hasLine)
+    if (tally.lines != 0)
         writer.key("<path class=\"picked\" stroke-width=\"1\" d=\"M0 -1.1h9\"/>", 9.0,
-                   L"the picked line");
+                   tally.lines == 1 ? L"the picked line" : L"the picked lines");
     if (tally.counts.turned != 0) {
         writer.key(letters("before"), 6.0, L"before");
         writer.key(letters("after"), 6.5, L"after: turned along its nearest segment");
@@ -126,9 +189,13 @@ std::string legend(const Sheet& sheet, const Caption& caption, const Tally& tall
     if (tally.hasMarks)
         writer.key("<path class=\"mark\" stroke-width=\".5\" d=\"M0 -2l2 2M0 0l2 -2\"/>", 2.0,
                    L"left as it was");
-    writer.line(5.5);
-    const std::wstring text = notes(tally);
-    if (!text.empty()) writer.words("note", text, noteSize);
+    double step = 5.5;
+    for (const std::wstring& line :
+         linesOf(notes(tally), noteSize, writer.width(), mostNoteLines)) {
+        writer.line(step);
+        if (!line.empty()) writer.words("note", line, noteSize);
+        step = 3.6;
+    }
     return writer.take();
 }
 

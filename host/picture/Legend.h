@@ -14,12 +14,22 @@ namespace host::picture {
 struct Tally {
     database::TurnCounts counts;
     std::map<std::wstring, std::size_t> reasons;  // of those left
-    bool hasLine = false;
+    std::size_t lines = 0;                        // that were picked
+    std::wstring line;                            // the last of them: "LWPOLYLINE 2F"
     bool hasMarks = false;
-    std::wstring line;                            // "LWPOLYLINE 2F"
-    std::size_t outside = 0;                      // of the drawing, beside the part that is shown
-    std::size_t omitted = 0;                      // because the picture was full
-    std::size_t abridged = 0;                     // shown as boxes
+
+    // What the picture does not show as it is.
+    std::size_t elsewhere = 0;      // lines and turned entities outside of model space
+    std::size_t turnedOutside = 0;  // turned, beside the part that is shown
+    std::size_t groundsOnly = 0;    // turned, with their ground alone
+    std::size_t turnedOmitted = 0;  // turned, when the picture was full
+    std::size_t unmarked = 0;       // left, without a cross
+    std::size_t omitted = 0;        // because the picture was full
+    double detail = 0.0;            // less than this is left out, in mm; 0: as usual
+    std::size_t abridged = 0;       // shown as boxes
+    std::size_t outside = 0;        // of the drawing, beside the part that is shown
+    std::size_t cropped = 0;        // partly
+    std::size_t empty = 0;          // references that have nothing to show
     std::map<std::wstring, std::size_t> unknown;  // without a known look, by class
 };
 

@@ -9,7 +9,9 @@
 #include "host/database/Geometry.h"
 #include "host/database/ObjectFields.h"
 #include "host/database/ObjectImp.h"
+#include "host/picture/Hatches.h"
 #include "host/picture/Lettering.h"
+#include "host/picture/Widths.h"
 
 namespace host::picture {
 namespace {
@@ -21,26 +23,35 @@ constexpr int colorByLayer = 256;
 constexpr int invisibleAttribute = 1;
 constexpr int constantAttribute = 2;
 
-// The true colour that stands among the groups of all entities, which the second subclass marker
-// ends.
-std::optional<Rgb> ownTrueColor(const dxf::Document& document, dxf::RecordIndex record) {
+// What stands among the groups of all entities, which the second subclass marker ends, and is no
+// field of the database.
+struct CommonGroups {
+    std::optional<Rgb> color;
+    double linetypeScale = 1.0;
+    int weight = Pen::byLayer;
+};
+
+CommonGroups commonGroups(const AcDbImpDatabase& database, ObjectNumber number) {
+    CommonGroups result;
+    const auto record = database.recordOf(number);
+    if (!record) return result;
     int markers = 0;
-    for (const dxf::Group& group : document.groups(record)) {
-        if (group.code() == 100 && ++markers > 1) break;
+    for (const dxf::Group& group : database.document().groups(*record)) {
+        if ((group.code() == 100 && ++markers > 1) || group.code() >= 1000) break;
         if (group.code() == 420) {
-            const auto value = group.integer();
-            return value ? std::optional(trueColor(*value)) : std::nullopt;
+            if (const auto value = group.integer()) result.color = trueColor(*value);
+        } else if (group.code() == 370) {
+            result.weight = static_cast<int>(group.integer().value_or(Pen::byLayer));
+        } else if (group.code() == 48) {
+            const auto value = group.real();
+            if (value && *value > 0.0) result.linetypeScale = *value;
         }
     }
-    return std::nullopt;
+    return result;
 }
 
-Ink inkOf(const AcDbImpDatabase& database, ObjectNumber number, int color) {
-    const auto record = database.recordOf(number);
-    if (record) {
-        if (const auto own = ownTrueColor(database.document(), *record))
-            return {Ink::Rule::own, *own};
-    }
+Ink inkOf(const CommonGroups& common, int color) {
+    if (common.color) return {Ink::Rule::own, *common.color};
     if (color == colorByBlock) return {Ink::Rule::block, {}};
     if (color == colorByLayer) return {Ink::Rule::layer, {}};
     return {Ink::Rule::own, indexedColor(std::abs(color))};
@@ -92,7 +103,9 @@ class Observer {
         if (entity == nullptr || object->isErased()) return std::move(piece_);
         const auto& fields = database::fieldsOf<database::EntityFields>(*entity);
         piece_.layer = fields.layer;
-        piece_.ink = inkOf(database_, piece_.number, fields.color);
+        const CommonGroups common = commonGroups(database_, piece_.number);
+        piece_.ink = inkOf(common, fields.color);
+        piece_.pen = {fields.linetype, common.linetypeScale, common.weight, 0.0};
         piece_.invisible = fields.invisible != 0;
         if (!fields.unreadable) look(*entity, fields);
         return std::move(piece_);
@@ -106,9 +119,7 @@ class Observer {
 
     void look(const AcDbEntity& entity, const database::EntityFields& fields) {
         if (const database::Curve* curve = entity.impl()->curve()) {
-            Path path;
-            path.add(*curve, largestError_);
-            be(kindOfCurve(fields), std::move(path));
+            lookAtCurve(entity, *curve, kindOfCurve(fields));
         } else if (const auto* text = dynamic_cast<const database::TextFields*>(&fields)) {
             lookAtText(*text);
         } else if (const auto* paragraph = dynamic_cast<const database::MTextFields*>(&fields)) {
@@ -123,6 +134,13 @@ class Observer {
         } else if (const auto* dimension =
                        dynamic_cast<const database::DimensionFields*>(&fields)) {
             lookAtDimension(*dimension);
+        } else if (const auto* mline = dynamic_cast<const database::MlineFields*>(&fields)) {
+            Path path;
+            for (const database::Chain& line : mline->lines()) path.add(line);
+            be("mline", path.empty() ? Look() : Look(std::move(path)));
+        } else if (const auto record = database_.recordOf(piece_.number);
+                   record && database_.document().type(*record) == "HATCH") {
+            lookAtHatch(*record);
         } else if (dynamic_cast<const database::OldPolylineFields*>(&fields) != nullptr) {
             lookAtMesh(entity.objectId());
         }
@@ -138,6 +156,28 @@ class Observer {
         if (dynamic_cast<const database::SplineFields*>(&fields) != nullptr) return "spline";
         if (dynamic_cast<const database::LeaderFields*>(&fields) != nullptr) return "leader";
         return "curve";
+    }
+
+    // A polyline of one width is a line of it, any other wide one an area.
+    void lookAtCurve(const AcDbEntity& entity, const database::Curve& curve, const char* kind) {
+        const std::vector<SegmentWidth> widths = segmentWidths(database_, entity);
+        Path path;
+        if (widths.empty() || isEven(widths)) {
+            path.add(curve, largestError_);
+            piece_.pen.width = widths.empty() ? 0.0 : widths.front().start;
+        } else {
+            path = bandAlong(curve, database::planeNormal(entity), widths);
+            piece_.filled = true;
+        }
+        be(kind, std::move(path));
+    }
+
+    void lookAtHatch(dxf::RecordIndex record) {
+        auto area = areaOfHatch(database_.document(), record);
+        if (!area) return;
+        be(area->isSolid ? "hatch" : "hatch pattern", std::move(area->boundary));
+        piece_.filled = true;
+        piece_.beneath = true;
     }
 
     static Path dot(const AcGePoint3d& point) {
@@ -184,7 +224,7 @@ class Observer {
         reference.rows = std::max(fields.rows, 1);
         if (!rotation_) addAttributes(reference);
         const auto block = database_.find(database::Table::block, fields.block);
-        if (!block) reference.columns = 0;  // its attributes are all there is
+        reference.hasBlock = block.has_value();
         reference.block = block.value_or(0);
         be("insert", std::move(reference));
     }

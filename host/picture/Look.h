@@ -15,6 +15,7 @@
 #include "host/database/DatabaseImp.h"
 #include "host/picture/Colors.h"
 #include "host/picture/Path.h"
+#include "host/picture/Pen.h"
 #include "host/picture/PlainText.h"
 
 namespace host::picture {
@@ -46,6 +47,7 @@ struct Piece;
 
 // A block that is inserted, once or in columns and rows.
 struct Reference {
+    bool hasBlock = true;  // without: its attributes are all there is
     database::ObjectNumber block = 0;
     AcGeMatrix3d place;
     AcGeVector3d columnStep, rowStep;
@@ -62,8 +64,10 @@ struct Piece {
     const char* kind = "";  // "lwpolyline": the class of the element
     std::wstring layer;
     Ink ink;
+    Pen pen;
     bool invisible = false;
-    bool filled = false;  // of a path
+    bool filled = false;   // of a path
+    bool beneath = false;  // drawn below everything else
     Look look;
 };
 

@@ -123,6 +123,11 @@ void Path::add(const std::vector<AcGePoint3d>& chain) {
     if (chain.size() > 2 && isSame(chain.front(), chain.back())) close();
 }
 
+void Path::addRing(const std::vector<AcGePoint3d>& ring) {
+    add(ring);
+    if (!ring.empty() && steps_.back() != Step::close) close();
+}
+
 Path Path::mapped(const AcGeMatrix3d& matrix) const {
     Path path(*this);
     for (AcGePoint3d& point : path.points_) point.transformBy(matrix);

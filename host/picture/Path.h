@@ -29,6 +29,8 @@ class Path {
     void add(const database::Curve& curve, double largestError);
     // Straight pieces through points.
     void add(const std::vector<AcGePoint3d>& chain);
+    // A closed polygon, whose first point may stand at its end once more.
+    void addRing(const std::vector<AcGePoint3d>& ring);
 
     bool empty() const { return steps_.empty(); }
     const std::vector<Step>& steps() const { return steps_; }

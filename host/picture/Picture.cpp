@@ -4,36 +4,49 @@
 
 #include <algorithm>
 #include <unordered_map>
-#include <unordered_set>
 
 #include "host/database/Drawing.h"
-#include "host/editor/EntityFigure.h"
+#include "host/database/Names.h"
 #include "host/picture/Artist.h"
 #include "host/picture/FontWidths.h"
 #include "host/picture/Legend.h"
 #include "host/picture/Lettering.h"
+#include "host/picture/PathData.h"
+#include "host/picture/Scene.h"
 #include "host/picture/Svg.h"
 
 namespace host::picture {
 namespace {
 
-using Ids = std::vector<AcDbObjectId>;
-
 // On paper, in millimetres.
-constexpr double lineWidth = 0.18;
 constexpr double pickedWidth = 0.9;
-constexpr double markSize = 1.6;     // of the crosses on what was left
+constexpr double markSize = 2.2;     // of the crosses on what was left
 constexpr double leastGround = 0.8;  // half the side of the ground below what was turned
-constexpr double least = 0.02;       // what is smaller can't be seen
+
+// What is smaller than this, in millimetres on paper, is left out. A drawing that fills the picture
+// is drawn again with less detail.
+constexpr double details[] = {0.02, 0.06, 0.2};
+
+// The drawing around the change takes so many steps, and what was turned about as many.
+constexpr std::size_t mostSteps = 500'000;
+constexpr std::size_t mostStepsOfChange = 400'000;
+// Of these, each turned entity may take this at least.
+constexpr std::size_t leastOfTurned = 24;
+// So many turned entities are drawn before and after; further ones have their ground alone.
+constexpr std::size_t mostTurned = 20'000;
+constexpr std::size_t mostGrounds = 200'000;
+// So many of those left have a cross or a title.
+constexpr std::size_t mostMarks = 20'000;
 
 constexpr const char* styles =
     ".paper{fill:#fff}.frame{fill:none;stroke:#9ca3af;stroke-width:.2}\n"
     ".model,.picked,.mark{fill:none;stroke-linecap:round;stroke-linejoin:round}\n"
     ".model path,.mark,path.picked{stroke:currentColor}\n"
     ".model text,.legend text{fill:currentColor;white-space:pre}\n"
-    ".model .solid{fill:currentColor}\n"
+    ".model .hatch{fill:currentColor;fill-opacity:.25;fill-rule:evenodd;stroke:none}\n"
+    ".model .pattern{fill-opacity:.08;stroke:currentColor;stroke-opacity:.3}\n"
     ".ground{fill:#fde68a;stroke:none}.model .ground{stroke:none}\n"
-    ".before{opacity:.35}.picked{color:#ea580c}.mark{color:#dc2626}\n"
+    ".before{fill-opacity:.4;stroke-opacity:.4}.picked{color:#ea580c}.mark{color:#dc2626}\n"
     ".legend{color:#1f2937}.headline{font-weight:bold}.note{fill:#4b5563}\n";
 
 AcDbImpDatabase::Number numberOf(AcDbObjectId id) {
@@ -72,47 +85,34 @@ std::vector<AcGePoint3d> squareAround(const PlanBox& box, double half) {
 class Composition {
   public:
     Composition(AcDbImpDatabase& database, const Change& change, const Caption& caption)
-        : database_(database), change_(change), caption_(caption), layers_(database) {
-        for (const Turned& turned : change.turned) special_.insert(turned.entity);
+        : database_(database),
+          change_(change),
+          caption_(caption),
+          scene_(database, change),
+          sheet_(scene_.view()),
+          layers_(database),
+          blocks_(database),
+          artist_(database, sheet_, layers_, blocks_) {
         for (const Left& left : change.left) reasons_.emplace(left.entity, &left.reason);
-        if (!change.line.isNull()) special_.insert(change.line);
     }
 
     std::string compose() {
-        const PlanBox view = lookAround();
-        const Sheet sheet(view);
-        Artist artist(database_, sheet, layers_);
-        const std::string picked = pickedLine(sheet, artist);
-        const std::string changed = changes(sheet, artist);
-        const std::string rest = drawing(sheet, artist);
-        tally_.abridged = artist.abridged();
-        return head(sheet) + opening(sheet, "drawing", lineWidth) + rest + "</g>\n" + picked +
-               changed + "</g></g>\n" + legend(sheet, caption_, tally_) + "</svg>\n";
+        const std::string picked = pickedLines();
+        const Changes changed = changes();
+        const std::string crosses = marks();
+        const std::string rest = drawing();
+        countUnknown();
+        return head() + opening("drawing", lineWidth) + rest + "</g>\n<g class=\"grounds\">\n" +
+               changed.grounds + "</g>\n" + opening("picked", pickedWidth) + picked + "</g>\n" +
+               opening("before", lineWidth) + changed.before + "</g>\n" +
+               opening("after", lineWidth) + changed.after + "</g>\n" +
+               opening("marks", 2.0 * lineWidth) + crosses + "</g>\n</g></g>\n" +
+               legend(sheet_, caption_, tally_) + "</svg>\n";
     }
 
   private:
-    // The boxes of all that can be seen, kept for drawing; gives the part to be shown.
-    PlanBox lookAround() {
-        entities_ = database::modelSpaceIds(database_.self());
-        boxes_.reserve(entities_.size());
-        std::vector<PlanBox> seen;
-        PlanBox focus;
-        for (const AcDbObjectId id : entities_) {
-            const bool visible = database::isVisible(id);
-            boxes_.push_back(visible ? editor::planBox(id) : PlanBox());
-            visible_.push_back(visible);
-            const PlanBox& box = boxes_.back();
-            if (box.empty()) continue;
-            seen.push_back(box);
-            if (special_.count(id) == 0) continue;
-            focus.add(box.min);
-            focus.add(box.max);
-        }
-        return chooseView(seen, focus);
-    }
-
-    std::string head(const Sheet& sheet) const {
-        const std::string width = shortText(sheet.width()), height = shortText(sheet.height());
+    std::string head() const {
+        const std::string width = shortText(sheet_.width()), height = shortText(sheet_.height());
         std::string out = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg";
         addAttribute(out, "xmlns", "http://www.w3.org/2000/svg");
         addAttribute(out, "width", width + "mm");
@@ -121,7 +121,7 @@ class Composition {
         addAttribute(out, "font-family", fontFamily);
         out += ">\n<title>" + escaped(caption_.drawing) + "</title>\n<style>\n" + styles +
                "</style>\n";
-        const PlanBox& frame = sheet.frame();
+        const PlanBox& frame = sheet_.frame();
         const std::string rectangle = " x=\"" + fixedText(frame.min.x, 3) + "\" y=\"" +
                                       fixedText(frame.min.y, 3) + "\" width=\"" +
                                       fixedText(frame.max.x - frame.min.x, 3) + "\" height=\"" +
@@ -130,137 +130,220 @@ class Composition {
         out += "<rect class=\"paper\" width=\"" + width + "\" height=\"" + height + "\"/>\n";
         out += "<rect class=\"frame\"" + rectangle + "\n<g clip-path=\"url(#frame)\">\n";
         out += "<g class=\"model\" font-size=\"10\" xml:space=\"preserve\"";
-        addAttribute(out, "data-origin-x", fixedText(sheet.origin().x, 6));
-        addAttribute(out, "data-origin-y", fixedText(sheet.origin().y, 6));
-        addAttribute(out, "transform", sheet.transform());
+        addAttribute(out, "data-origin-x", fixedText(sheet_.origin().x, 6));
+        addAttribute(out, "data-origin-y", fixedText(sheet_.origin().y, 6));
+        addAttribute(out, "transform", sheet_.transform());
         return out + ">\n";
     }
 
-    static std::string opening(const Sheet& sheet, const char* name, double width) {
+    std::string opening(const char* name, double width) const {
         return "<g class=\"" + std::string(name) + "\" stroke-width=\"" +
-               shortText(sheet.units(width)) + "\">\n";
+               shortText(sheet_.units(width)) + "\">\n";
     }
 
-    std::string pickedLine(const Sheet& sheet, Artist& artist) {
-        if (change_.line.isNull()) return {};
-        tally_.line = nameOf(change_.line);
-        tally_.hasLine = true;
-        Showing showing;
-        showing.colored = false;
-        showing.title = tally_.line;
+    Piece pieceOf(AcDbObjectId entity, std::optional<double> rotation = std::nullopt) {
+        return picture::pieceOf(database_, numberOf(entity), sheet_.smallest(), rotation);
+    }
+
+    std::string pickedLines() {
+        std::vector<AcDbObjectId> lines = change_.earlierLines;
+        if (!change_.line.isNull()) lines.push_back(change_.line);
+        tally_.lines = lines.size();
+        artist_.setDetail(details[0]);
         std::string out;
-        artist.draw(out, pieceOf(database_, numberOf(change_.line), sheet.smallest()), showing);
-        return opening(sheet, "picked", pickedWidth) + out + "</g>\n";
-    }
-
-    std::string changes(const Sheet& sheet, Artist& artist) {
-        std::string grounds, before, after;
-        for (const Turned& turned : change_.turned) {
-            const auto number = numberOf(turned.entity);
-            const Piece now = pieceOf(database_, number, sheet.smallest());
-            ++tally_.counts.turned;
-            if (turned.stoodSo) ++tally_.counts.unchanged;
-            if (!artist.draw(after, now, {"turned", "", true, {}})) continue;
-            artist.draw(before, pieceOf(database_, number, sheet.smallest(), turned.formerRotation),
-                        {"", "-before", true, {}});
-            ground(grounds, sheet, artist, now, editor::planBox(turned.entity));
-        }
-        const std::string crosses = marks(sheet);
-        return "<g class=\"grounds\">\n" + grounds + "</g>\n" +
-               opening(sheet, "before", lineWidth) + before + "</g>\n" +
-               opening(sheet, "after", lineWidth) + after + "</g>\n" + crosses;
-    }
-
-    // The box of a text as it lies, of anything else along the axes; a little square at least.
-    static void ground(std::string& out, const Sheet& sheet, const Artist& artist,
-                       const Piece& piece, const PlanBox& box) {
-        if (box.empty()) return;
-        const double half = sheet.units(leastGround);
-        const bool isSmall =
-            box.max.x - box.min.x < 2.0 * half && box.max.y - box.min.y < 2.0 * half;
-        const auto* lettering = std::get_if<Lettering>(&piece.look);
-        Path path;
-        path.add(lettering != nullptr && !isSmall ? outlineOf(*lettering)
-                                                  : squareAround(box, half));
-        path.close();
-        const std::string data = artist.pathData(path, true);
-        if (!data.empty()) out += "<path class=\"ground\" d=\"" + data + "\"/>\n";
-    }
-
-    // Crosses on the texts and symbols that were left.
-    std::string marks(const Sheet& sheet) {
-        std::string out;
-        for (const Left& left : change_.left) {
-            ++tally_.counts.left;
-            ++tally_.reasons[left.reason];
-            if (left.entity.isErased() || !isSymbolOrText(left.entity) ||
-                !database::isVisible(left.entity))
-                continue;
-            const PlanBox box = editor::planBox(left.entity);
-            if (box.empty() || !box.overlaps(sheet.shown())) continue;
-            const double half = sheet.units(markSize / 2.0);
-            const double x = box.min.x / 2.0 + box.max.x / 2.0;
-            const double y = box.min.y / 2.0 + box.max.y / 2.0;
-            out += "<path class=\"mark\"";
-            addAttribute(out, "data-handle", escaped(database::handleText(left.entity)));
-            addAttribute(out, "d",
-                         "M" + sheet.x(x - half) + " " + sheet.y(y - half) + "L" +
-                             sheet.x(x + half) + " " + sheet.y(y + half) + "M" + sheet.x(x - half) +
-                             " " + sheet.y(y + half) + "L" + sheet.x(x + half) + " " +
-                             sheet.y(y - half));
-            out += "><title>" + escaped(nameOf(left.entity) + L": " + left.reason) +
-                   "</title></path>\n";
-        }
-        tally_.hasMarks = !out.empty();
-        return opening(sheet, "marks", 2.0 * lineWidth) + out + "</g>\n";
-    }
-
-    // All entities that are not shown elsewhere, in the drawing's order.
-    std::string drawing(const Sheet& sheet, Artist& artist) {
-        std::string out;
-        for (std::size_t i = 0; i < entities_.size(); ++i) {
-            const AcDbObjectId id = entities_[i];
-            if (!visible_[i] || special_.count(id) != 0) continue;
-            const PlanBox& box = boxes_[i];
-            if (!box.empty() && !box.overlaps(sheet.shown())) {
-                ++tally_.outside;
-            } else if (artist.isFull()) {
-                ++tally_.omitted;
-            } else if (!isTiny(sheet, box, id)) {
-                drawOne(out, sheet, artist, id);
-            }
+        for (const AcDbObjectId line : lines) {
+            Showing showing;
+            showing.plain = true;
+            showing.title = tally_.line = nameOf(line);
+            if (scene_.isInModelSpace(line))
+                artist_.draw(out, pieceOf(line), showing);
+            else
+                ++tally_.elsewhere;
         }
         return out;
     }
 
-    static bool isTiny(const Sheet& sheet, const PlanBox& box, AcDbObjectId id) {
-        const double side = sheet.units(least);
+    struct Changes {
+        std::string grounds, before, after;
+    };
+
+    Changes changes() {
+        Changes out;
+        tally_.counts.turned = change_.turned.size();
+        const std::size_t count = std::max<std::size_t>(change_.turned.size(), 1);
+        artist_.setMostStepsOfOne(
+            std::clamp(mostStepsOfChange / (2 * count), leastOfTurned, Artist::mostStepsOfOne));
+        std::size_t shown = 0;
+        for (const Turned& turned : change_.turned) {
+            if (turned.stoodSo) ++tally_.counts.unchanged;
+            if (!scene_.isInModelSpace(turned.entity)) {
+                ++tally_.elsewhere;
+                continue;
+            }
+            const PlanBox box = boxOf(database_, turned.entity);
+            if (!box.empty() && !box.overlaps(sheet_.shown())) {
+                ++tally_.turnedOutside;
+            } else if (shown == mostGrounds) {
+                ++tally_.turnedOmitted;
+            } else if (showTurned(out, turned, box, shown < mostTurned)) {
+                ++shown;
+            }
+        }
+        artist_.setMostStepsOfOne(Artist::mostStepsOfOne);
+        return out;
+    }
+
+    // Whether something was shown.
+    bool showTurned(Changes& out, const Turned& turned, const PlanBox& box, bool inFull) {
+        const Piece now = pieceOf(turned.entity);
+        Showing showing{"turned", "", false, Background::ground, {}};
+        std::string after;
+        const Artist::Drawn drawn = artist_.draw(after, now, showing);
+        if (drawn == Artist::Drawn::nothing) return false;
+        ground(out.grounds, now, box);
+        if (!inFull) {
+            ++tally_.groundsOnly;
+            return true;
+        }
+        if (drawn == Artist::Drawn::box) ++tally_.abridged;
+        out.after += after;
+        showing.role = "";
+        showing.idSuffix = "-before";
+        artist_.draw(out.before, pieceOf(turned.entity, turned.formerRotation), showing);
+        return true;
+    }
+
+    // The box of a text as it lies, of anything else along the axes; a little square at least.
+    void ground(std::string& out, const Piece& piece, const PlanBox& box) const {
+        if (box.empty()) return;
+        const double half = sheet_.units(leastGround);
+        const bool isSmall =
+            box.max.x - box.min.x < 2.0 * half && box.max.y - box.min.y < 2.0 * half;
+        const auto* lettering = std::get_if<Lettering>(&piece.look);
+        Path path;
+        path.addRing(lettering != nullptr && !isSmall ? outlineOf(*lettering)
+                                                      : squareAround(box, half));
+        const std::string data = pathData(sheet_, visiblePart(sheet_, path, true));
+        if (data.empty()) return;
+        out += "<path class=\"ground\"";
+        const std::uint64_t handle = database_.handleOf(piece.number);
+        if (handle != 0)
+            addAttribute(out, "data-handle", database::toUtf8(database::handleText(handle)));
+        addAttribute(out, "d", data);
+        out += "/>\n";
+    }
+
+    // Crosses on the texts and symbols that were left.
+    std::string marks() {
+        std::string out;
+        std::size_t marked = 0;
+        for (const Left& left : change_.left) {
+            ++tally_.counts.left;
+            ++tally_.reasons[left.reason];
+            if (left.entity.isErased() || !isSymbolOrText(left.entity) ||
+                !database::isVisible(left.entity) || !scene_.isInModelSpace(left.entity))
+                continue;
+            const PlanBox box = boxOf(database_, left.entity);
+            if (box.empty() || !box.overlaps(sheet_.shown())) continue;
+            if (marked == mostMarks) {
+                ++tally_.unmarked;
+                continue;
+            }
+            mark(out, left, box);
+            ++marked;
+        }
+        tally_.hasMarks = marked > 0;
+        return out;
+    }
+
+    void mark(std::string& out, const Left& left, const PlanBox& box) const {
+        const double half = sheet_.units(markSize / 2.0);
+        const double x = box.min.x / 2.0 + box.max.x / 2.0;
+        const double y = box.min.y / 2.0 + box.max.y / 2.0;
+        Path cross;
+        cross.add({{x - half, y - half, 0.0}, {x + half, y + half, 0.0}});
+        cross.add({{x - half, y + half, 0.0}, {x + half, y - half, 0.0}});
+        out += "<path class=\"mark\"";
+        addAttribute(out, "data-handle", escaped(database::handleText(left.entity)));
+        addAttribute(out, "d", pathData(sheet_, cross));
+        out +=
+            "><title>" + escaped(nameOf(left.entity) + L": " + left.reason) + "</title></path>\n";
+    }
+
+    // All entities that are not shown elsewhere, in the drawing's order: with the most detail that
+    // the picture has room for.
+    std::string drawing() {
+        const Tally before = tally_;
+        std::string out;
+        for (const double detail : details) {
+            tally_ = before;
+            tally_.detail = detail > details[0] ? detail : 0.0;
+            out = drawing(detail);
+            if (tally_.omitted == 0) break;
+        }
+        return out;
+    }
+
+    std::string drawing(double detail) {
+        std::string beneath, out;
+        artist_.setDetail(detail);
+        artist_.resetSteps();
+        for (const Scene::Member& member : scene_.members()) {
+            if (scene_.isSpecial(member.id)) continue;
+            const PlanBox& box = member.box;
+            if (!box.empty() && !box.overlaps(sheet_.shown())) {
+                ++tally_.outside;
+            } else if (artist_.steps() >= mostSteps) {
+                ++tally_.omitted;
+            } else if (!isTiny(box, member.id, detail)) {
+                if (!box.empty() && !sheet_.shown().contains(box)) ++tally_.cropped;
+                drawOne(beneath, out, member.id);
+            }
+        }
+        return beneath + out;
+    }
+
+    bool isTiny(const PlanBox& box, AcDbObjectId id, double detail) const {
+        const double side = sheet_.units(detail);
         const bool tiny =
             !box.empty() && box.max.x - box.min.x < side && box.max.y - box.min.y < side;
         return tiny && id.objectClass() != AcDbPoint::desc();
     }
 
-    void drawOne(std::string& out, const Sheet& sheet, Artist& artist, AcDbObjectId id) {
-        const Piece piece = pieceOf(database_, numberOf(id), sheet.smallest());
+    void drawOne(std::string& beneath, std::string& out, AcDbObjectId id) {
+        const Piece piece = pieceOf(id);
         if (!hasLook(piece)) ++tally_.unknown[database::recordName(id)];
         Showing showing;
         const auto reason = reasons_.find(id);
         if (reason != reasons_.end()) {
             showing.role = "left";
-            showing.title = nameOf(id) + L": " + *reason->second;
+            if (reasons_.size() <= mostMarks) showing.title = nameOf(id) + L": " + *reason->second;
         }
-        artist.draw(out, piece, showing);
+        const auto drawn = artist_.draw(piece.beneath ? beneath : out, piece, showing);
+        if (drawn == Artist::Drawn::box) ++tally_.abridged;
+        if (drawn == Artist::Drawn::nothing && showsNothing(piece)) ++tally_.empty;
+    }
+
+    // A reference whose block is missing, empty or in another file.
+    bool showsNothing(const Piece& piece) {
+        const auto* reference = std::get_if<Reference>(&piece.look);
+        return reference != nullptr && reference->attributes.empty() &&
+               (!reference->hasBlock || blocks_.contentOf(reference->block).empty());
+    }
+
+    void countUnknown() {
+        for (const auto& [name, count] : blocks_.unknown()) tally_.unknown[name] += count;
     }
 
     AcDbImpDatabase& database_;
     const Change& change_;
     const Caption& caption_;
+    const Scene scene_;
+    const Sheet sheet_;
     Layers layers_;
+    Blocks blocks_;
+    Artist artist_;
     Tally tally_;
-    Ids entities_;
-    std::vector<PlanBox> boxes_;
-    std::vector<bool> visible_;
-    std::unordered_set<AcDbObjectId> special_;  // shown by themselves
     std::unordered_map<AcDbObjectId, const std::wstring*> reasons_;
 };
 

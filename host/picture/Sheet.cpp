@@ -9,12 +9,15 @@ namespace host::picture {
 namespace {
 
 constexpr double margin = 8.0;
-constexpr double legendHeight = 22.0;
+constexpr double legendHeight = 24.0;
 
 // Surroundings as a part of the view's larger side: around all content, and around a focus.
 constexpr double aroundAll = 0.03;
 constexpr double aroundFocus = 0.15;
 constexpr double leastFocus = 1.0 / 8.0;
+
+// What lies far off is left aside when everything is larger by this than what is left.
+constexpr double leastGain = 20.0;
 
 PlanPoint middle(const PlanBox& box) {
     return {box.min.x / 2.0 + box.max.x / 2.0, box.min.y / 2.0 + box.max.y / 2.0};
@@ -67,6 +70,12 @@ Stretch usualStretch(std::vector<double> values) {
     return {low - slack, high + slack};
 }
 
+PlanBox allOf(const std::vector<PlanBox>& content) {
+    PlanBox box;
+    for (const PlanBox& one : content) add(box, one);
+    return box;
+}
+
 PlanBox usualContent(const std::vector<PlanBox>& content) {
     PlanBox box;
     std::vector<double> xs, ys;
@@ -83,12 +92,16 @@ PlanBox usualContent(const std::vector<PlanBox>& content) {
         box.add({across.nearest(one.min.x), upwards.nearest(one.min.y)});
         box.add({across.nearest(one.max.x), upwards.nearest(one.max.y)});
     }
-    return box;
+    const PlanBox all = allOf(content);
+    return largerSide(all) > largerSide(box) * leastGain ? box : all;
 }
 
 }  // namespace
 
-PlanBox chooseView(const std::vector<PlanBox>& content, const PlanBox& focus) {
+PlanBox chooseView(const std::vector<PlanBox>& content, const std::vector<PlanBox>& turned,
+                   const PlanBox& lines) {
+    PlanBox focus = usualContent(turned);
+    add(focus, lines);
     PlanBox all = usualContent(content);
     add(all, focus);
     if (all.empty()) return all;

@@ -15,15 +15,17 @@ namespace host::picture {
 using editor::PlanBox;
 using editor::PlanPoint;
 
-// What a picture is to show of the drawing's content. `focus` is what a command dealt with; it is
-// empty for none.
+// What a picture is to show of the drawing's content, when a command turned `turned` along `lines`;
+// both may be empty.
 //
-// Content that lies far off is left aside: with the stretch that holds the middle eight tenths of
-// the sides of all boxes, across and upwards, boxes whose middle lies further from it than three
-// times its length, and what of the others reaches further than that. What remains is shown
-// together with the focus when the focus takes an eighth of its width or height at least, otherwise
-// the focus alone with some surroundings. Empty when there is nothing to show.
-PlanBox chooseView(const std::vector<PlanBox>& content, const PlanBox& focus);
+// Content that lies far off is left aside where that enlarges the rest twentyfold: with the stretch
+// that holds the middle eight tenths of the sides of all boxes, across and upwards, boxes whose
+// middle lies further from it than three times its length, and what of the others reaches further
+// than that. The same goes for what was turned; lines are always shown. The content that remains is
+// shown together with the change when the change takes an eighth of its width or height at least,
+// otherwise the change alone with some surroundings. Empty when there is nothing to show.
+PlanBox chooseView(const std::vector<PlanBox>& content, const std::vector<PlanBox>& turned,
+                   const PlanBox& lines);
 
 class Sheet {
   public:

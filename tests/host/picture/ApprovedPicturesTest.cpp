@@ -137,6 +137,39 @@ std::string changeSvg() {
     return Pictured(*database, change).bytes;
 }
 
+// Line types, weights, widths and hatches, with a text that they must not hide.
+std::string strokesSvg() {
+    DrawingText drawing;
+    drawing.table("LTYPE",
+                  {"LTYPE|2 DASHED|70 0|3 |72 65|73 2|40 3.0|49 2.0|49 -1.0",
+                   "LTYPE|2 DASHDOT|70 0|3 |72 65|73 4|40 5.0|49 3.0|49 -1.0|49 0.0|49 -1.0"});
+    drawing.entity("TEXT|8 0|62 5|10 62.0|20 20.0|40 6.0|1 Readable");
+    int y = 60;
+    for (const char* groups :
+         {"6 DASHED", "6 DASHDOT", "6 DASHED|48 3.0|62 1", "370 0", "370 50", "370 211|62 3"}) {
+        y -= 6;
+        drawing.entity("LINE|8 0|" + std::string(groups) + "|10 0.0|20 " + std::to_string(y) +
+                       ".0|11 50.0|21 " + std::to_string(y) + ".0");
+    }
+    drawing.entity(
+        "LWPOLYLINE|8 0|62 4|90 3|70 0|43 3.0|10 0.0|20 15.0|10 30.0|20 15.0|10 50.0|20 5.0");
+    drawing.entity(
+        "LWPOLYLINE|8 0|62 6|90 3|70 0|10 0.0|20 5.0|40 5.0|41 0.0|10 20.0|20 5.0|42 -0.6|40 0.0"
+        "|41 4.0|10 40.0|20 0.0");
+    drawing.entity(
+        "HATCH|100 AcDbEntity|8 0|62 30|100 AcDbHatch|2 SOLID|70 1|91 2|92 7|72 0|73 1|93 4"
+        "|10 60.0|20 10.0|10 100.0|20 10.0|10 100.0|20 35.0|10 60.0|20 35.0|97 0|92 2|72 1"
+        "|73 1|93 2|10 85.0|20 30.0|42 1.0|10 95.0|20 30.0|42 1.0|97 0|75 0|76 1");
+    drawing.entity(
+        "HATCH|100 AcDbEntity|8 0|62 5|100 AcDbHatch|2 ANSI31|70 0|91 1|92 1|93 2|72 2"
+        "|10 80.0|20 45.0|40 8.0|50 0.0|51 180.0|73 1|72 1|10 72.0|20 45.0|11 88.0|21 45.0"
+        "|97 0|75 0|76 1");
+    drawing.entity(
+        "MLINE|8 0|2 STANDARD|40 2.0|71 1|10 60.0|20 0.0|11 60.0|21 0.0|13 0.0|23 1.0|74 1"
+        "|41 0.0|74 1|41 -2.0|11 100.0|21 4.0|13 0.0|23 1.0|74 1|41 0.0|74 1|41 -2.0");
+    return Pictured(drawing).bytes;
+}
+
 std::string streetsSvg() {
     return svgOf(examples() / "streets.dxf");
 }
@@ -168,6 +201,7 @@ TEST_P(ApprovedPicture, LooksAsItDid) {
 INSTANTIATE_TEST_SUITE_P(Pictures, ApprovedPicture,
                          testing::Values(Approved{"lettering", letteringSvg},
                                          Approved{"change", changeSvg},
+                                         Approved{"strokes", strokesSvg},
                                          Approved{"streets", streetsSvg}),
                          [](const auto& approved) { return approved.param.name; });
 

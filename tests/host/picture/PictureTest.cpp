@@ -221,15 +221,15 @@ TEST(Picture, ColorsComeFromTheEntityTheLayerOrTheBlockReference) {
     const Pictured picture(drawing);
     EXPECT_EQ(picture.svg.byId("h2F").get("color"), "#ff0000");
     EXPECT_EQ(picture.svg.byId("h2F").get("data-layer"), "roads");
-    EXPECT_EQ(picture.svg.byId("h30").get("color"), "#00ff00");
+    EXPECT_EQ(picture.svg.byId("h30").get("color"), "#00b700");  // darkened to be read
     EXPECT_EQ(picture.svg.byId("h31").get("color"), "#000000");
     EXPECT_EQ(picture.svg.byId("h32").get("color"), "#123456");
     const Element& symbol = picture.svg.byId("h33");
-    EXPECT_EQ(symbol.get("color"), "#ff7f00");
+    EXPECT_EQ(symbol.get("color"), "#f87b00");
     ASSERT_EQ(symbol.children.size(), 3U);
     EXPECT_EQ(symbol.children[0].get("color"), "#ff0000");  // layer 0 is that of the reference
     EXPECT_FALSE(symbol.children[1].has("color"));          // by block: the group's own
-    EXPECT_EQ(symbol.children[2].get("color"), "#00ffff");
+    EXPECT_EQ(symbol.children[2].get("color"), "#00aeae");
     EXPECT_EQ(symbol.children[2].get("data-layer"), "pipes");
     EXPECT_EQ(symbol.children[2].get("data-handle"), "A3");
 }

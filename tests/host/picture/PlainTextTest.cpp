@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "host/picture/Colors.h"
 #include "host/picture/FontWidths.h"
 #include "host/picture/Svg.h"
@@ -75,18 +77,54 @@ TEST(FontWidths, AreThoseOfTheFontAndEstimatedBeyondLatin) {
     EXPECT_DOUBLE_EQ(widthOf(L"\t\u0085"), 0);
 }
 
+Rgb onPaper(const Rgb& color) {
+    return legible(color, Background::paper);
+}
+
+// As the rules for accessible content on the web reckon it.
+double luminance(const Rgb& color) {
+    const auto linear = [](std::uint8_t part) {
+        const double value = part / 255.0;
+        return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.red) + 0.7152 * linear(color.green) + 0.0722 * linear(color.blue);
+}
+
+double contrast(const Rgb& dark, const Rgb& light) {
+    return (luminance(light) + 0.05) / (luminance(dark) + 0.05);
+}
+
+TEST(Colors, AllOfTheIndexContrastWithWhiteAndWithTheGroundOfWhatWasTurned) {
+    const Rgb paper{255, 255, 255}, ground{0xfd, 0xe6, 0x8a};
+    for (int index = 1; index <= 255; ++index) {
+        SCOPED_TRACE(index);
+        const Rgb color = indexedColor(index);
+        EXPECT_GE(contrast(legible(color, Background::paper), paper), 2.5);
+        EXPECT_GE(contrast(legible(color, Background::ground), ground), 3.0);
+    }
+    const Rgb nearlyWhite = legible(Rgb{255, 255, 254}, Background::paper);
+    EXPECT_GE(contrast(nearlyWhite, paper), 2.5);
+}
+
+TEST(Colors, KeepTheirHueWhenTheyAreDarkened) {
+    const Rgb dark = legible(Rgb{255, 200, 100}, Background::paper);
+    EXPECT_LT(dark.red, 255);
+    EXPECT_NEAR(dark.green / static_cast<double>(dark.red), 200 / 255.0, 0.01);
+    EXPECT_NEAR(dark.blue / static_cast<double>(dark.red), 100 / 255.0, 0.01);
+    const Rgb blue{0, 0, 255};
+    EXPECT_EQ(legible(blue, Background::ground), blue);
+}
+
 TEST(Colors, AreThoseOfTheIndexBlackForWhite) {
     EXPECT_EQ(hexText(indexedColor(1)), "#ff0000");
     EXPECT_EQ(hexText(indexedColor(5)), "#0000ff");
     EXPECT_EQ(hexText(indexedColor(8)), "#808080");
     EXPECT_EQ(hexText(indexedColor(30)), "#ff7f00");
     EXPECT_EQ(hexText(indexedColor(253)), "#999999");
-    EXPECT_EQ(hexText(onWhite(indexedColor(7))), "#000000");
-    EXPECT_EQ(hexText(onWhite(indexedColor(255))), "#000000");
-    EXPECT_EQ(hexText(onWhite(indexedColor(254))), "#cccccc");
-    EXPECT_EQ(hexText(indexedColor(0)), "#ffffff");
-    EXPECT_EQ(hexText(indexedColor(256)), "#ffffff");
-    EXPECT_EQ(hexText(trueColor(0xC2123456)), "#123456");
+    EXPECT_EQ(hexText(onPaper(indexedColor(7))), "#000000");
+    EXPECT_EQ(hexText(onPaper(indexedColor(255))), "#000000");
+    EXPECT_EQ(hexText(onPaper(indexedColor(1))), "#ff0000");
+    EXPECT_EQ(hexText(onPaper(indexedColor(2))), "#a1a100");
 }
 
 TEST(SvgNumbers, HaveNoZerosAtTheEndAndNoMinusZero) {

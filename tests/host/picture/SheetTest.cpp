@@ -21,7 +21,7 @@ PlanBox box(double x1, double y1, double x2, double y2) {
 }
 
 TEST(View, HoldsAllContentWithAMarginOfThreePerCent) {
-    const PlanBox view = chooseView({box(0, 0, 50, 20), box(50, 20, 100, 60)}, {});
+    const PlanBox view = chooseView({box(0, 0, 50, 20), box(50, 20, 100, 60)}, {}, {});
     EXPECT_DOUBLE_EQ(view.min.x, -3);
     EXPECT_DOUBLE_EQ(view.max.x, 103);
     EXPECT_DOUBLE_EQ(view.min.y, -3);
@@ -30,30 +30,49 @@ TEST(View, HoldsAllContentWithAMarginOfThreePerCent) {
 
 TEST(View, HoldsTheChangeAloneWhenItTakesLessThanAnEighthBothWays) {
     const std::vector<PlanBox> content{box(0, 0, 800, 800)};
-    const PlanBox whole = chooseView(content, box(0, 0, 100, 10));  // an eighth of the width
+    const PlanBox whole = chooseView(content, {box(0, 0, 100, 10)}, {});  // an eighth of the width
     EXPECT_DOUBLE_EQ(whole.max.x, 824);
-    const PlanBox part = chooseView(content, box(0, 0, 99, 10));
+    const PlanBox part = chooseView(content, {}, box(0, 0, 99, 10));
     EXPECT_DOUBLE_EQ(part.max.x, 99 + 99 * 0.15);
     EXPECT_DOUBLE_EQ(part.min.y, -99 * 0.15);
 }
 
-TEST(View, LeavesFarContentAsideAndKeepsTheChangeWhereverItIs) {
+TEST(View, LeavesFarContentAsideAndKeepsTheLinesWhereverTheyAre) {
     std::vector<PlanBox> content;
     for (int i = 0; i < 100; ++i) content.push_back(box(i, i, i + 1, i + 1));
     content.push_back(box(1e6, 1e6, 1e6 + 1, 1e6 + 1));
-    EXPECT_LT(chooseView(content, {}).max.x, 110);
+    EXPECT_LT(chooseView(content, {}, {}).max.x, 110);
     const PlanBox away = box(1e6, 1e6, 1e6 + 1, 1e6 + 1);
-    EXPECT_GT(chooseView(content, away).max.x, 1e6);
+    EXPECT_GT(chooseView(content, {}, away).max.x, 1e6);
+}
+
+TEST(View, LeavesAChangeAsideThatLiesFarFromAllOthers) {
+    std::vector<PlanBox> content, turned;
+    for (int i = 0; i < 30; ++i) turned.push_back(box(i, i, i + 1, i + 1));
+    turned.push_back(box(1e6, 1e6, 1e6 + 1, 1e6 + 1));
+    content = turned;
+    EXPECT_LT(chooseView(content, turned, box(0, 0, 30, 30)).max.x, 40);
+}
+
+// A house on a lot that is ten times as large.
+TEST(View, HoldsContentThatIsNotFarOff) {
+    std::vector<PlanBox> content;
+    for (int i = 0; i < 300; ++i) content.push_back(box(i % 20, i / 20, i % 20 + 1, i / 20 + 1));
+    content.push_back(box(-90, -90, 110, 110));
+    EXPECT_LT(chooseView(content, {}, {}).min.x, -90);
+    EXPECT_GT(chooseView(content, {}, {}).max.y, 110);
+    content.push_back(box(5000, 0, 5001, 1));
+    EXPECT_LT(chooseView(content, {}, {}).max.x, 200);
 }
 
 TEST(View, IsEmptyWithoutContent) {
-    EXPECT_TRUE(chooseView({}, {}).empty());
+    EXPECT_TRUE(chooseView({}, {}, {}).empty());
 }
 
 TEST(View, ManyInOnePlaceDoNotHideTheOthers) {
     std::vector<PlanBox> content(100, box(5, 5, 5, 5));
     content.push_back(box(100, 100, 101, 101));
-    EXPECT_GT(chooseView(content, {}).max.x, 100);
+    EXPECT_GT(chooseView(content, {}, {}).max.x, 100);
 }
 
 TEST(Sheet, IsUprightForUprightViews) {
