@@ -100,12 +100,24 @@ class Printer {
 
 constexpr std::size_t longestBrief = 100;
 
+std::size_t roomTaken = 0;
+
 }  // namespace
 
 Error::Error(std::wstring sentence, Position where)
     : std::runtime_error(toUtf8(sentence)), sentence_(std::move(sentence)), where_(where) {}
 
-std::size_t Room::taken_ = 0;
+Room::Room(std::size_t size) : size_(size) {
+    roomTaken += size_;
+}
+
+Room::~Room() {
+    roomTaken -= size_;
+}
+
+std::size_t Room::taken() {
+    return roomTaken;
+}
 
 void needRoom(std::size_t more, Position where) {
     if (more <= mostRoom && Room::taken() <= mostRoom - more) return;

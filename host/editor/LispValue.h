@@ -53,15 +53,15 @@ void needRoom(std::size_t more, Position where);
 // The room that a part of a value takes while it lives. Values belong to the session's thread.
 class Room {
   public:
-    explicit Room(std::size_t size) : size_(size) { taken_ += size_; }
-    ~Room() { taken_ -= size_; }
+    explicit Room(std::size_t size);
+    ~Room();
     Room(const Room&) = delete;
     Room& operator=(const Room&) = delete;
-    static std::size_t taken() { return taken_; }
+    // By all that live.
+    static std::size_t taken();
 
   private:
     std::size_t size_;
-    static std::size_t taken_;
 };
 
 struct Nil {};
