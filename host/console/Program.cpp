@@ -96,10 +96,10 @@ class Call {
             saveAndReport(session);
         else
             save(session);
+        if (exit_ == Exit::done && !saver_.proved()) exit_ = Exit::unproved;
         if (!options_.picture.empty()) drawPicture(session);
         if (options_.verify && !saver_.hasSaved())
             printer_.print("Nothing was saved, so there is nothing to verify.\n");
-        if (exit_ == Exit::done && !saver_.proved()) exit_ = Exit::unproved;
         if (session.drawing() == nullptr) return;
         const Record record = account_.record(*session.drawing());
         const database::TurnCounts counts = record.outcome().counts();

@@ -21,7 +21,7 @@ namespace host::database {
 namespace {
 
 constexpr int kElementOffset = 49;
-// At a vertex, for each line: how many values follow, and these values. The first tells where the
+// At a vertex, for each line: how many values follow, and these values. The first is where the
 // line passes, the others where it is drawn.
 constexpr int kLineValues = 74;
 constexpr int kLineValue = 41;

@@ -393,7 +393,7 @@ struct MlineFields : FieldsOf<MlineFields, EntityFields> {
     AcGePoint3d position(std::size_t index) const;
     std::vector<Vertex> vertices() const;
     // What is drawn: each line of the style from vertex to vertex, without its gaps; the line
-    // through the vertices where a record doesn't tell its lines. A closed one returns to its first
+    // through the vertices where a record doesn't give its lines. A closed one returns to its first
     // point.
     std::vector<std::vector<AcGePoint3d>> lines() const;
 

@@ -91,7 +91,7 @@ double parameterAt(double angle, double ratio) {
     return parameter + 2.0 * pi * std::round((angle - parameter) / (2.0 * pi));
 }
 
-// Arcs and ellipses; those that run clockwise tell their angles the other way round.
+// Arcs and ellipses; those that run clockwise have their angles the other way round.
 Ring arcOf(const Numbers& edge, const AcGeVector3d& major, double ratio, bool circular) {
     const AcGeVector3d minor = AcGeVector3d::kZAxis.crossProduct(major) * ratio;
     const bool clockwise = edge.value(73, 1.0) == 0.0;

@@ -13,7 +13,7 @@ struct HatchArea {
     bool isSolid = false;
 };
 
-// The area of a HATCH by its record; nothing when it tells no ring of three points.
+// The area of a HATCH by its record; nothing when it has no ring of three points.
 std::optional<HatchArea> areaOfHatch(const dxf::Document& document, dxf::RecordIndex record);
 
 }  // namespace host::picture

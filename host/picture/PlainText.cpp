@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/dxf/CodePage.h"
 #include "host/picture/FontWidths.h"
 
 namespace host::picture {
@@ -27,13 +28,22 @@ struct Code {
     wchar_t toggle = 0;  // u, o or k
 };
 
+// Numbers from 128 on count in Windows' Western code page. Control characters are none.
+wchar_t numberedCharacter(int number) {
+    if (number == L'\t') return L' ';
+    if (number < 0x20 || number == 0x7F) return 0;
+    static const dxf::CodePage* const western = dxf::findCodePage("ANSI_1252");
+    return number < 0x80 ? static_cast<wchar_t>(number)
+                         : static_cast<wchar_t>(western->upper[number - 0x80]);
+}
+
 Code numberedCode(std::wstring_view rest) {
     constexpr std::size_t length = 5;  // %%nnn
     if (rest.size() < length || !std::all_of(rest.begin() + 2, rest.begin() + length, isDigit))
         return {};
     const int number = (rest[2] - L'0') * 100 + (rest[3] - L'0') * 10 + (rest[4] - L'0');
     if (number < 1 || number > 255) return {};
-    return {length, static_cast<wchar_t>(number), 0};
+    return {length, numberedCharacter(number), 0};
 }
 
 // Of a text that begins with %%.

@@ -20,10 +20,11 @@ constexpr std::size_t longestText = 4000;
 constexpr std::size_t mostLines = 500;
 
 // A TEXT, ATTRIB or ATTDEF. %%d, %%p and %%c become degree, plus-minus and diameter signs, %%%
-// a per cent sign, %%nnn the character with that decimal number from 1 to 255; %%u, %%o and %%k
-// begin and end lines under, over and through the letters. A caret and a letter stand for a control
-// character, of which a tab becomes a blank and the others nothing; a caret and a blank for a
-// caret. Anything else stays.
+// a per cent sign, %%nnn the character with that decimal number from 1 to 255 (in Windows' Western
+// code page; control characters are nothing, a tab is a blank); %%u, %%o and %%k begin and end
+// lines under, over and through the letters. A caret and a letter stand for a control character, of
+// which a tab becomes a blank and the others nothing; a caret and a blank for a caret. Anything
+// else stays.
 std::vector<Run> runsOf(std::wstring_view text);
 
 // The letters of all runs.

@@ -23,28 +23,28 @@ double width(double value) {
 
 std::vector<SegmentWidth> widthsOf(const database::PolylineFields& polyline) {
     std::vector<SegmentWidth> widths;
-    const auto isTold = [](const auto& v) { return v.startWidth != 0.0 || v.endWidth != 0.0; };
+    const auto isGiven = [](const auto& v) { return v.startWidth != 0.0 || v.endWidth != 0.0; };
     const auto& vertices = polyline.vertices;
-    const bool told = std::any_of(vertices.begin(), vertices.end(), isTold);
+    const bool given = std::any_of(vertices.begin(), vertices.end(), isGiven);
     for (const auto& v : vertices)
-        widths.push_back(told ? SegmentWidth{width(v.startWidth), width(v.endWidth)}
-                              : SegmentWidth{width(polyline.constantWidth),  //
-                                             width(polyline.constantWidth)});
+        widths.push_back(given ? SegmentWidth{width(v.startWidth), width(v.endWidth)}
+                               : SegmentWidth{width(polyline.constantWidth),  //
+                                              width(polyline.constantWidth)});
     return widths;
 }
 
-// The polyline's own widths are those of all vertices that tell none.
+// The polyline's own widths are those of all vertices that have none.
 class OldWidths {
   public:
     OldWidths(AcDbImpDatabase& database, ObjectNumber polyline)
-        : database_(database), usual_(told(polyline, {})) {
+        : database_(database), usual_(given(polyline, {})) {
         for (const ObjectNumber number : database.subEntitiesOf(polyline))
             if (!database.isErased(number)) add(number);
     }
     std::vector<SegmentWidth> take() { return std::move(widths_); }
 
   private:
-    SegmentWidth told(ObjectNumber number, SegmentWidth otherwise) const {
+    SegmentWidth given(ObjectNumber number, SegmentWidth otherwise) const {
         const auto record = database_.recordOf(number);
         if (!record) return otherwise;
         const dxf::GroupRange groups = database_.document().groups(*record);
@@ -63,7 +63,7 @@ class OldWidths {
         if (!drawn || vertex.unreadable) return;
         const bool isOfDrawing = database_.recordOf(number).has_value();
         widths_.push_back(isOfDrawing
-                              ? told(number, usual_)
+                              ? given(number, usual_)
                               : SegmentWidth{width(vertex.startWidth), width(vertex.endWidth)});
     }
 

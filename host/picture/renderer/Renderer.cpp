@@ -43,7 +43,12 @@ struct Target {
 
 cairo_status_t give(void* target, const unsigned char* bytes, unsigned size) {
     const auto* to = static_cast<const Target*>(target);
-    to->sink(to->receiver, reinterpret_cast<const char*>(bytes), size);
+    try {
+        to->sink(to->receiver, reinterpret_cast<const char*>(bytes), size);
+    } catch (...) {
+        // No exception passes the library's own frames.
+        return CAIRO_STATUS_NO_MEMORY;
+    }
     return CAIRO_STATUS_SUCCESS;
 }
 
@@ -101,6 +106,8 @@ extern "C" __attribute__((visibility("default"))) int orlinthRender(
         return 0;
     } catch (const std::exception& error) {
         std::snprintf(reason, reasonSize, "%s", error.what());
-        return 1;
+    } catch (...) {
+        std::snprintf(reason, reasonSize, "unknown reason");
     }
+    return 1;
 }

@@ -211,6 +211,68 @@ TEST_F(Mlines, WithAPlaceThatIsNoNumberAreRefused) {
               Acad::eInvalidInput);
 }
 
+std::vector<database::Chain> drawnLines(const AcDbDatabase& database, const wchar_t* handle) {
+    return database::drawnChains(database::idFromHandle(database, handle), 0.01);
+}
+
+TEST_F(Mlines, OfTheDrawingAreDrawnWhereTheirJointsSay) {
+    use(withStyles().entity(
+        "MLINE|5 20|8 0|2 STANDARD|40 1|71 3|10 0|20 0|11 0|21 0|31 5|13 0|23 1|33 0|74 2|41 0.5"
+        "|41 0|75 0|74 3|41 -2|41 7|41 8|75 0|11 9|21 0|31 5|13 1|23 1|33 0|74 1|41 1|75 0|74 1"
+        "|41 -1|75 0"));
+    const auto lines = drawnLines(*database, L"20");
+    ASSERT_EQ(lines.size(), 2U);
+    ASSERT_EQ(lines[0].size(), 3U);  // closed
+    EXPECT_TRUE(lines[0][0].isEqualTo({0, 0.5, 5}));
+    EXPECT_TRUE(lines[0][1].isEqualTo({10, 1, 5}));
+    EXPECT_TRUE(lines[1][0].isEqualTo({0, -2, 5}));
+    EXPECT_TRUE(lines[1][1].isEqualTo({8, -1, 5}));
+    EXPECT_TRUE(lines[1][2].isEqualTo(lines[1][0]));
+    const auto box = database::extentsOf(database::idFromHandle(*database, L"20"));
+    ASSERT_TRUE(box);
+    EXPECT_TRUE(box->minPoint().isEqualTo({0, -2, 5}));
+    EXPECT_TRUE(box->maxPoint().isEqualTo({10, 1, 5}));
+}
+
+// A joint of fewer lines than the others has those that all have.
+TEST_F(Mlines, WithoutJointsAreDrawnAsTheLineThroughTheirVertices) {
+    use(withStyles()
+            .entity("MLINE|5 20|8 0|2 WALL|40 1|71 1|11 1|21 2|31 3|11 4|21 5|31 6")
+            .entity("MLINE|5 21|8 0|2 WALL|40 1|71 1|11 1|21 2|31 3|13 0|23 1|74 1|41 3|74 1|41 4"
+                    "|11 4|21 5|31 6|13 0|23 1|74 1|41 3"));
+    const auto plain = drawnLines(*database, L"20");
+    ASSERT_EQ(plain.size(), 1U);
+    EXPECT_TRUE(plain[0][0].isEqualTo({1, 2, 3}));
+    EXPECT_TRUE(plain[0][1].isEqualTo({4, 5, 6}));
+    const auto uneven = drawnLines(*database, L"21");
+    ASSERT_EQ(uneven.size(), 1U);
+    EXPECT_TRUE(uneven[0][1].isEqualTo({4, 8, 6}));
+}
+
+TEST_F(Mlines, NewOnesAreDrawnAsTheyWouldBeRead) {
+    use(withStyles());
+    AcDbMline* mline = corner();
+    mline->setScale(2.0);
+    mline->setJustification(Mline::kBottom);
+    const AcDbObjectId id = put(mline);
+    const auto lines = database::drawnChains(id, 0.01);
+    const auto read =
+        database::drawingOf(dxf::Document::fromBytes(savedBytes(*database), "saved.dxf"));
+    const auto again = drawnLines(*read, L"A0");
+    ASSERT_EQ(lines.size(), 2U);
+    ASSERT_EQ(again.size(), 2U);
+    for (std::size_t line = 0; line < 2; ++line)
+        for (std::size_t i = 0; i < 3; ++i)
+            EXPECT_TRUE(lines[line][i].isEqualTo(again[line][i])) << line << ' ' << i;
+    EXPECT_TRUE(lines[0][1].isEqualTo({2, 2, 5}));
+    EXPECT_TRUE(lines[1][1].isEqualTo({4, 0, 5}));
+}
+
+TEST_F(Mlines, WithACrossingThatIsNoNumberAreRefused) {
+    use(withStyles().entity("MLINE|5 20|8 0|2 WALL|40 1|11 0|21 2|31 3|74 1|41 NaN"));
+    EXPECT_TRUE(drawnLines(*database, L"20").empty());
+}
+
 TEST_F(Mlines, NewOnesTakeWhatTheyAreGiven) {
     use(withStyles());
     AcDbMline mline;

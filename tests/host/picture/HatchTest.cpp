@@ -59,7 +59,7 @@ TEST(Hatch, WithAPatternSaysSo) {
 }
 
 TEST(Hatch, OfArcsEllipsesAndSplinesFollowsThem) {
-    // A half circle and its diameter, one edge told backwards.
+    // A half circle and its diameter, one edge given backwards.
     const std::string half =
         "91 1|92 1|93 2|72 2|10 50.0|20 30.0|40 10.0|50 0.0|51 180.0|73 1"
         "|72 1|10 60.0|20 30.0|11 40.0|21 30.0";
@@ -147,7 +147,7 @@ TEST(Hatch, FarLargerThanTheSheetIsCutRingByRing) {
     for (const auto& [x, y] : rings[0]) EXPECT_LT(std::fabs(x) + std::fabs(y), 10000);
 }
 
-TEST(Hatch, WithoutARingIsTold) {
+TEST(Hatch, WithoutARingIsReported) {
     for (const char* groups : {"91 0|75 0", "91 1|92 7|72 0|73 1|93 1|10 1.0|20 1.0|75 0",
                                "91 1|92 1|93 1|72 9|10 1.0|20 1.0|75 0",
                                "91 1|92 1|93 1|72 2|10 1.0|20 1.0|40 1e300|50 1e300|51 2.0|75 0",

@@ -4,8 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <new>
 
 #include "host/dxf/Files.h"
+#include "host/editor/SharedLibrary.h"
+#include "host/picture/renderer/Renderer.h"
 #include "tests/host/dxf/Drawings.h"
 #include "tests/host/picture/Pictured.h"
 
@@ -77,6 +80,23 @@ TEST(Rendered, PngAndPdfAreWhatTheySayAndTheSameEveryTime) {
     EXPECT_EQ(pdf, rendering().render(someSvg(), Format::pdf));
     EXPECT_EQ(pdf.find("CreationDate"), std::string::npos);
     EXPECT_NE(pdf.find("/MediaBox"), std::string::npos);
+}
+
+// What takes the bytes may run out of memory.
+TEST(Rendered, ExceptionOfTheReceiverIsAReason) {
+    const host::editor::SharedLibrary module(std::filesystem::path(ORLINTH_BIN_DIR) /
+                                             host::picture::renderingModule);
+    const auto render = reinterpret_cast<OrlinthRender*>(module.function("orlinthRender"));
+    const std::string svg = someSvg();
+    for (const OrlinthFormat format : {orlinthPng, orlinthPdf}) {
+        char reason[100] = "";
+        EXPECT_EQ(render(
+                      svg.data(), svg.size(), format, 50,
+                      [](void*, const char*, std::size_t) { throw std::bad_alloc(); }, nullptr,
+                      reason, sizeof reason),
+                  1);
+        EXPECT_STREQ(reason, "out of memory");
+    }
 }
 
 TEST(Rendered, WhatIsNoSvgIsRefusedWithAReason) {

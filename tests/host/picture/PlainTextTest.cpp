@@ -19,6 +19,8 @@ std::wstring letters(const wchar_t* text) {
 TEST(PlainText, PercentCodesBecomeTheirSigns) {
     EXPECT_EQ(letters(L"45%%d %%P0.5 %%c10 100%%%"), L"45\u00B0 \u00B10.5 \u230010 100%");
     EXPECT_EQ(letters(L"%%065%%228"), L"A\u00E4");
+    EXPECT_EQ(letters(L"%%128%%150"), L"\u20AC\u2013");  // Windows' Western code page
+    EXPECT_EQ(letters(L"a%%009b%%010%%013%%127c"), L"a bc");
     EXPECT_EQ(letters(L"%%000 %%256 %%12 %%z %% %"), L"%%000 %%256 %%12 %%z %% %");
 }
 
