@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "host/database/Fault.h"
+#include "host/database/Geometry.h"
 #include "host/database/Ledger.h"
 #include "tests/host/database/NewEntities.h"
 #include "tests/host/support/LedgerListener.h"

@@ -1,5 +1,5 @@
-// What a picture does with more than it has room for, and with what it can't show as it is: bounded,
-// reported, and the change shown whatever it costs the rest.
+// What a picture does with more than it has room for, and with what it can't show as it is:
+// bounded, reported, and the change shown whatever it costs the rest.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -64,7 +64,8 @@ TEST(Limits, ReferencesThatAreTooLargeTogetherAreTurnedBoxes) {
     EXPECT_NEAR(corners[0].first, 0, 0.01);
     EXPECT_NEAR(corners[1].first, 4 * c, 0.01);
     EXPECT_NEAR(corners[1].second, 30 + 4 * s, 0.01);
-    EXPECT_EQ(picture.svg.onlyOfClass("model").onlyOfClass("before").ofClass("abridged").size(), 400U);
+    EXPECT_EQ(picture.svg.onlyOfClass("model").onlyOfClass("before").ofClass("abridged").size(),
+              400U);
 }
 
 TEST(Limits, FewReferencesOfTheSameBlockAreDrawnWhole) {
@@ -258,7 +259,8 @@ TEST(Reported, LineAndTextsOfPaperSpaceAreNotDrawnOverModelSpace) {
     const Pictured picture(*database, change);
     EXPECT_TRUE(picture.svg.onlyOfClass("model").onlyOfClass("after").children.empty());
     EXPECT_FALSE(contains(picture.bytes, "id=\"h40\""));
-    EXPECT_EQ(notes(picture), "2 changed or picked entities are not in model space, and not shown.");
+    EXPECT_EQ(notes(picture),
+              "2 changed or picked entities are not in model space, and not shown.");
 }
 
 TEST(Reported, LinesOfSeveralRunsAreAllEmphasised) {
