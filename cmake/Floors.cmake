@@ -1,21 +1,20 @@
 # Targets made from the floors of the house: the library and modules that the host loads.
 
-# tamlib: everything from `dialogs` and `ARX` down to `tam` and `datastruct`, one static archive, so
+# tamlib: everything from `ARX` down to `tam` and `datastruct`, one static archive, so
 # that a program takes only the objects it uses. Operations over the host stand in files of their own;
 # who uses them links `arxhost` too.
 function(orlinth_add_library)
   file(GLOB sources CONFIGURE_DEPENDS
     ${CMAKE_SOURCE_DIR}/tam/*.cpp ${CMAKE_SOURCE_DIR}/datastruct/*.cpp
     ${CMAKE_SOURCE_DIR}/General/*.cpp ${CMAKE_SOURCE_DIR}/GeomEnts/*.cpp
-    ${CMAKE_SOURCE_DIR}/GeomStructs/*.cpp ${CMAKE_SOURCE_DIR}/ARX/*.cpp
-    ${CMAKE_SOURCE_DIR}/dialogs/*.cpp)
+    ${CMAKE_SOURCE_DIR}/GeomStructs/*.cpp ${CMAKE_SOURCE_DIR}/ARX/*.cpp)
   add_library(tamlib STATIC ${sources})
-  target_include_directories(tamlib PUBLIC ${CMAKE_SOURCE_DIR})
+  target_include_directories(tamlib PUBLIC $<BUILD_INTERFACE:${CMAKE_SOURCE_DIR}>)
   if(ORLINTH_OBJECTARX)
     target_link_libraries(tamlib PRIVATE orlinth_flags PUBLIC objectarx)
   else()
-    target_include_directories(tamlib PUBLIC ${CMAKE_SOURCE_DIR}/platform/arx)
-    target_link_libraries(tamlib PRIVATE orlinth_flags PUBLIC platform)
+    target_include_directories(tamlib PUBLIC $<BUILD_INTERFACE:${CMAKE_SOURCE_DIR}/platform/arx>)
+    target_link_libraries(tamlib PRIVATE $<BUILD_INTERFACE:orlinth_flags> PUBLIC platform)
   endif()
 endfunction()
 

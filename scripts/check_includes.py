@@ -18,10 +18,10 @@ FLOORS = [
     ["General"],
     ["GeomEnts"],
     ["GeomStructs"],
-    ["ARX", "dialogs"],
+    ["ARX"],
     ["app"],
 ]
-LIBRARY = ["tam", "datastruct", "General", "GeomEnts", "GeomStructs", "ARX", "dialogs", "app"]
+LIBRARY = ["tam", "datastruct", "General", "GeomEnts", "GeomStructs", "ARX", "app"]
 
 # The embedded host: who may include whom. Only the program knows the library's exceptions, and reads a line as
 # a pick of the library does.
