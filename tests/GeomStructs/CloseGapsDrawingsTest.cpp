@@ -175,8 +175,7 @@ TEST_P(CloseGapsDrawings, PolylinesCutAtRandomAreClosedAgain) {
     if (GetParam() == kOwn) {
         ASSERT_GT(lines.size(), 20u);
     } else if (lines.empty()) {
-        SUCCEED() << "a drawing without polylines";
-        return;
+        GTEST_SKIP() << "a drawing without polylines";
     }
     const double gap = MedianSegment(lines) / 8;
     const double reach = 2 * gap / std::cos(10 * 3.141592653589793 / 180) + 0.03;
@@ -193,9 +192,10 @@ TEST_P(CloseGapsDrawings, PolylinesCutAtRandomAreClosedAgain) {
 
 TEST_P(CloseGapsDrawings, TheirSegmentsInNoOrderAreAllLinked) {
     const std::vector<Points> lines = PolylinesOf(GetParam());
-    if (lines.empty()) {
-        SUCCEED() << "a drawing without polylines";
-        return;
+    if (GetParam() == kOwn) {
+        ASSERT_GT(lines.size(), 20u);
+    } else if (lines.empty()) {
+        GTEST_SKIP() << "a drawing without polylines";
     }
     std::vector<Line> segments;
     for (const Points& line : lines)
