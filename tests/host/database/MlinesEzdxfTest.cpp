@@ -10,6 +10,7 @@
 #include "tests/host/database/NewEntities.h"
 #include "tests/host/database/PythonCheck.h"
 #include "tests/host/support/LedgerListener.h"
+#include "tests/host/support/Releases.h"
 
 using namespace host;
 namespace fs = std::filesystem;
@@ -83,10 +84,6 @@ TEST_P(MlinesEzdxf, FindsTheSameJointsAndNoFault) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Releases, MlinesEzdxf,
-                         testing::Values("r13.dxf", "r13_binary.dxf", "r14.dxf", "r14_binary.dxf",
-                                         "r2000.dxf", "r2000_binary.dxf", "r2004.dxf",
-                                         "r2004_binary.dxf", "r2007.dxf", "r2007_binary.dxf",
-                                         "r2010.dxf", "r2010_binary.dxf", "r2013.dxf",
-                                         "r2013_binary.dxf", "r2018.dxf", "r2018_binary.dxf"));
+                         testing::ValuesIn(host::test::releasesFrom("r13.dxf")));
 
 #endif

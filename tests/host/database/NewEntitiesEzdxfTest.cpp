@@ -7,6 +7,7 @@
 #include "tests/host/database/NewEntities.h"
 #include "tests/host/database/PythonCheck.h"
 #include "tests/host/support/LedgerListener.h"
+#include "tests/host/support/Releases.h"
 
 using namespace host;
 namespace fs = std::filesystem;
@@ -93,12 +94,6 @@ TEST_P(Ezdxf, ReadsWhatWasAddedAndFindsNoFault) {
     EXPECT_EQ(test::runPython(folder, test::kAudited, kScript, arguments), 0) << arguments;
 }
 
-INSTANTIATE_TEST_SUITE_P(Releases, Ezdxf,
-                         testing::Values("r10.dxf", "r10_binary.dxf", "r12.dxf", "r12_binary.dxf",
-                                         "r13.dxf", "r13_binary.dxf", "r14.dxf", "r14_binary.dxf",
-                                         "r2000.dxf", "r2000_binary.dxf", "r2004.dxf",
-                                         "r2004_binary.dxf", "r2007.dxf", "r2007_binary.dxf",
-                                         "r2010.dxf", "r2010_binary.dxf", "r2013.dxf",
-                                         "r2013_binary.dxf", "r2018.dxf", "r2018_binary.dxf"));
+INSTANTIATE_TEST_SUITE_P(Releases, Ezdxf, testing::ValuesIn(host::test::releasesFrom("r10.dxf")));
 
 #endif

@@ -6,6 +6,7 @@
 #include <stdlib.h>
 
 #include "tests/host/dxf/Drawings.h"
+#include "tests/host/support/Releases.h"
 
 namespace host::dxf {
 namespace {
@@ -69,13 +70,7 @@ TEST_P(Ezdxf, ReadsTheRotationsThatWereWritten) {
     EXPECT_EQ(std::system(command.c_str()), 0) << command;
 }
 
-INSTANTIATE_TEST_SUITE_P(Releases, Ezdxf,
-                         testing::Values("r10.dxf", "r10_binary.dxf", "r12.dxf", "r12_binary.dxf",
-                                         "r13.dxf", "r13_binary.dxf", "r14.dxf", "r14_binary.dxf",
-                                         "r2000.dxf", "r2000_binary.dxf", "r2004.dxf",
-                                         "r2004_binary.dxf", "r2007.dxf", "r2007_binary.dxf",
-                                         "r2010.dxf", "r2010_binary.dxf", "r2013.dxf",
-                                         "r2013_binary.dxf", "r2018.dxf", "r2018_binary.dxf"));
+INSTANTIATE_TEST_SUITE_P(Releases, Ezdxf, testing::ValuesIn(host::test::releasesFrom("r10.dxf")));
 
 // The generator of tests/data has not drifted from its results.
 TEST(TestData, IsWhatItsGeneratorWrites) {
