@@ -21,7 +21,7 @@
 namespace TamLib {
 namespace {
 
-constexpr const wchar_t* source = L"ARX/GenARX";
+constexpr const wchar_t* kSource = L"ARX/GenARX";
 
 // The line that a failed allocation of a layer reports.
 constexpr int kAddLayerLine = 797;
@@ -85,7 +85,7 @@ bool ARXAddLayer(const wchar_t* name, AcDbDatabase* database) {
     if (name == nullptr || table == nullptr || table->has(name)) return false;
     std::unique_ptr<AcDbLayerTableRecord> layer(new AcDbLayerTableRecord);
     if (layer == nullptr)
-        throw TamExpAcad(L"Allocation of layerTableRecord failed", kAddLayerLine, source);
+        throw TamExpAcad(L"Allocation of layerTableRecord failed", kAddLayerLine, kSource);
     wchar_t wanted[512];
     CopyLimited(wanted, name, 512);
     RaiseCode(wanted);
@@ -120,7 +120,7 @@ int ARXMakeText(const Point3d& position, const wchar_t* text, const wchar_t* lay
     if (copy != nullptr)
         entity.reset(new AcDbText(ToAcGePoint3d(position), copy.get(), AcDbObjectId(),
                                   hasHeight ? height : 0.0, rotation));
-    if (entity == nullptr) throw TamExpAcad(L"Allocation of AcDbText failed", __LINE__, source);
+    if (entity == nullptr) throw TamExpAcad(L"Allocation of AcDbText failed", __LINE__, kSource);
     entity->setRotation(rotation);
     entity->setColorIndex(static_cast<Adesk::UInt16>(colour));
     if (hasHeight) entity->setHeight(height);
@@ -144,7 +144,7 @@ double ARXViewSize() {
     acedGetVar(L"VIEWSIZE", &value);
     if (value.restype == RTREAL) return value.resval.rreal;
     if (value.restype == RTSTR) acutDelString(value.resval.rstring);
-    throw TamExpInvalidArgs(L"Invalid rb return value", __LINE__, source);
+    throw TamExpInvalidArgs(L"Invalid rb return value", __LINE__, kSource);
 }
 
 }  // namespace TamLib

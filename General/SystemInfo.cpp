@@ -60,8 +60,8 @@ constexpr SystemName kSystemNames[] = {
 };
 
 const wchar_t* PlatformWord(DWORD platform) {
-    constexpr const wchar_t* words[] = {L"win32s", L"win9x", L"nt"};
-    return platform < std::size(words) ? words[platform] : L"unknown";
+    constexpr const wchar_t* kWords[] = {L"win32s", L"win9x", L"nt"};
+    return platform < std::size(kWords) ? kWords[platform] : L"unknown";
 }
 
 const wchar_t* WidthText() {

@@ -13,7 +13,7 @@ namespace {
 
 using Text = StringBase<wchar_t>;
 
-constexpr const wchar_t* sourceName = L"General/WinUtil";
+constexpr const wchar_t* kSource = L"General/WinUtil";
 constexpr std::int32_t kLineOfRead = 482;
 
 constexpr REGSAM kAllAccess = 0xF003F;
@@ -311,7 +311,7 @@ Text RegistryReadString(const wchar_t* rootName, const wchar_t* subkey, const wc
     const DWORD last = size;
     const HeapBlock block((std::size_t{size} + 1) * sizeof(wchar_t));
     auto* const data = block.As<wchar_t>();
-    if (data == nullptr) throw TamExpNoMem(L"", kLineOfRead, sourceName);
+    if (data == nullptr) throw TamExpNoMem(L"", kLineOfRead, kSource);
     DWORD type = REG_NONE;
     if (RegQueryValueExW(key.Handle(), OrEmpty(name), nullptr, &type, reinterpret_cast<BYTE*>(data),
                          &size) != 0)

@@ -220,8 +220,8 @@ Point3d PolarPoint(const Point3d& centre, double radius, double azimuth, double 
 template <>
 struct UsualComparison<Point3d> {
     static constexpr bool kExists = true;
-    static constexpr std::int32_t (*function)(const Point3d*,
-                                              const Point3d*) = &Point3d::CompareArray;
+    static constexpr std::int32_t (*kFunction)(const Point3d*,
+                                               const Point3d*) = &Point3d::CompareArray;
 };
 
 }  // namespace TamLib

@@ -11,6 +11,10 @@
 // The tests against other figures work in plan. Only they look at the stored box: with `hasBounds`
 // set, `Inside` with `useBox`, `Crosses`, `FirstIntersection` and `Intersections` of a line answer
 // "none" at once for what lies beyond it in plan, without asking whether the box is up to date.
+//
+// Below, in this order: virtual operations (reading an entity, drawing), segments, lengths, points
+// at a length, measures, moves and turns, edits, tests against points and figures, chaining,
+// polygon Booleans, offsets, drawing, writing to the drawing.
 #pragma once
 
 #include "GeomEnts/Box.h"

@@ -71,7 +71,7 @@ template <class T>
 Array<T> ArrayOf(const std::vector<T>& values) {
     Array<T> array(static_cast<std::uint32_t>(values.size()));
     array.bitwise = true;
-    array.compare = TamLib::UsualComparison<T>::function;
+    array.compare = TamLib::UsualComparison<T>::kFunction;
     for (const T& value : values) array.Append(value);
     return array;
 }

@@ -70,8 +70,8 @@ namespace detail {
 template <class T, class Sorting>
 void WithComparison(std::int32_t (*compare)(const T*, const T*), Sorting sort) {
     if constexpr (UsualComparison<T>::kExists) {
-        if (compare == UsualComparison<T>::function) {
-            sort(KnownFunction<UsualComparison<T>::function>());
+        if (compare == UsualComparison<T>::kFunction) {
+            sort(KnownFunction<UsualComparison<T>::kFunction>());
             return;
         }
     }

@@ -30,13 +30,13 @@ class FunctionComparator final : public Comparator<T> {
   public:
     using Function = std::int32_t (*)(const T*, const T*);
 
-    explicit FunctionComparator(Function compared) : function(compared) {}
+    explicit FunctionComparator(Function compared) : function_(compared) {}
     std::int32_t operator()(const T* first, const T* second) const override {
-        return function(first, second);
+        return function_(first, second);
     }
 
   private:
-    Function function;
+    Function function_;
 };
 
 // The bytes of two elements, without a sign: -1, 0 or 1.
@@ -68,7 +68,7 @@ struct UsualComparison {
 template <class T>
 struct UsualComparison<T, std::enable_if_t<std::is_arithmetic_v<T>>> {
     static constexpr bool kExists = true;
-    static constexpr std::int32_t (*function)(const T*, const T*) = &CompareNumbers<T>;
+    static constexpr std::int32_t (*kFunction)(const T*, const T*) = &CompareNumbers<T>;
 };
 
 namespace detail {

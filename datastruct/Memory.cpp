@@ -10,7 +10,7 @@
 namespace TamLib {
 namespace {
 
-constexpr const wchar_t* sourceName = L"datastruct/Array";
+constexpr const wchar_t* kSource = L"datastruct/Array";
 
 void* NewBytes(std::size_t bytes) {
     return ::operator new[](bytes, std::nothrow);
@@ -27,7 +27,7 @@ void DeleteBytes(void* block) {
     PrintWithin(text, format, static_cast<std::int32_t>(size), static_cast<std::int32_t>(count),
                 static_cast<std::int32_t>(size * count),
                 static_cast<std::int32_t>(size * oldCount));
-    throw TamExpNoMem(text, line, sourceName);
+    throw TamExpNoMem(text, line, kSource);
 }
 
 }  // namespace

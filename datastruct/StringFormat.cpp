@@ -39,33 +39,33 @@ template <class T>
 struct Formats;
 template <>
 struct Formats<char> {
-    static constexpr const char* fixed = "%f";
-    static constexpr const char* integer = "%li";
-    static constexpr const char* place = "%8.8f";
-    static constexpr const char* conversions = "eEfFgGaA";
-    static constexpr const char* flags = "-+ #0";
+    static constexpr const char* kFixed = "%f";
+    static constexpr const char* kInteger = "%li";
+    static constexpr const char* kPlace = "%8.8f";
+    static constexpr const char* kConversions = "eEfFgGaA";
+    static constexpr const char* kFlags = "-+ #0";
 };
 template <>
 struct Formats<wchar_t> {
-    static constexpr const wchar_t* fixed = L"%f";
-    static constexpr const wchar_t* integer = L"%li";
-    static constexpr const wchar_t* place = L"%8.8f";
-    static constexpr const wchar_t* conversions = L"eEfFgGaA";
-    static constexpr const wchar_t* flags = L"-+ #0";
+    static constexpr const wchar_t* kFixed = L"%f";
+    static constexpr const wchar_t* kInteger = L"%li";
+    static constexpr const wchar_t* kPlace = L"%8.8f";
+    static constexpr const wchar_t* kConversions = L"eEfFgGaA";
+    static constexpr const wchar_t* kFlags = L"-+ #0";
 };
 
 // Passes one conversion of a double at the "%"; null if it is another.
 template <class T>
 const T* BehindDouble(const T* at) {
     ++at;
-    while (*at != 0 && detail::StandsIn(*at, Formats<T>::flags)) ++at;
+    while (*at != 0 && detail::StandsIn(*at, Formats<T>::kFlags)) ++at;
     while (detail::IsDigit(*at)) ++at;
     if (*at == T('.')) {
         ++at;
         while (detail::IsDigit(*at)) ++at;
     }
     if (*at == T('l') || *at == T('L')) ++at;
-    return *at != 0 && detail::StandsIn(*at, Formats<T>::conversions) ? at + 1 : nullptr;
+    return *at != 0 && detail::StandsIn(*at, Formats<T>::kConversions) ? at + 1 : nullptr;
 }
 
 // Whether the format prints exactly one double and nothing else that needs an argument.
@@ -92,21 +92,21 @@ StringBase<T> PrintedPlace(const StringBase<T>& format, double value) {
     const T* const given = format.Data();
     T text[1000];
     return StringBase<T>(
-        PrintWithin(text, PrintsOneDouble(given) ? given : Formats<T>::place, value));
+        PrintWithin(text, PrintsOneDouble(given) ? given : Formats<T>::kPlace, value));
 }
 
 }  // namespace
 
 template <class T>
 StringBase<T>::StringBase(double value) : StringBase(Room{10}) {
-    Format(Formats<T>::fixed, value);
+    Format(Formats<T>::kFixed, value);
 }
 
 template <class T>
 StringBase<T>::StringBase(std::int32_t value) : StringBase(Room{10}) {
     increment = 20;
     this->Resize(20);
-    count = static_cast<std::uint32_t>(PrintLimited(data, 20, Formats<T>::integer, value));
+    count = static_cast<std::uint32_t>(PrintLimited(data, 20, Formats<T>::kInteger, value));
 }
 
 template <class T>
@@ -162,7 +162,7 @@ std::int32_t StringBase<T>::Substitute(const StringBase& marker, T terminator, d
             continue;
         }
         ++filled;
-        StringBase format(Formats<T>::place);
+        StringBase format(Formats<T>::kPlace);
         std::uint32_t consumed = next == terminator ? 1 : 0;
         const std::int32_t ended = Find(end, -1, static_cast<std::int32_t>(behind));
         if (next == T('%') && ended >= 0) {

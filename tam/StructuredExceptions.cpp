@@ -7,7 +7,7 @@
 namespace TamLib {
 namespace {
 
-constexpr const wchar_t* ownSource = L"tam/TamExceptions";
+constexpr const wchar_t* kSource = L"tam/TamExceptions";
 constexpr std::int32_t kWinSeLine = 398;
 constexpr std::uint32_t kFilterCode = 1000;
 
@@ -20,10 +20,10 @@ bool TellsOfStackOverflow(const _EXCEPTION_POINTERS* pointers) {
 
 bool translatingSeException = false;
 
-TamExpWinSeException::TamExpWinSeException() : TamExpInternal(L"", kWinSeLine, ownSource) {}
+TamExpWinSeException::TamExpWinSeException() : TamExpInternal(L"", kWinSeLine, kSource) {}
 
 TamExpWinSeException::TamExpWinSeException(std::uint32_t seCode, _EXCEPTION_POINTERS* record)
-    : TamExpInternal(L"", kWinSeLine, ownSource), code(seCode), pointers(record) {
+    : TamExpInternal(L"", kWinSeLine, kSource), code(seCode), pointers(record) {
     // Intended: the record's code is looked at, since `code` may be that of the filter.
     if (TellsOfStackOverflow(record)) {
         OutputDebugStringW(L"!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!\n");
@@ -34,7 +34,7 @@ TamExpWinSeException::TamExpWinSeException(std::uint32_t seCode, _EXCEPTION_POIN
 }
 
 TamExpWinSeException::TamExpWinSeException(const TamExpWinSeException& other)
-    : TamExpInternal(L"", kWinSeLine, ownSource), code(other.code), pointers(other.pointers) {}
+    : TamExpInternal(L"", kWinSeLine, kSource), code(other.code), pointers(other.pointers) {}
 
 void* TamExpWinSeException::GetAddress() const {
     if (pointers == nullptr || pointers->ExceptionRecord == nullptr) return nullptr;

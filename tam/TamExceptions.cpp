@@ -10,7 +10,7 @@
 namespace TamLib {
 namespace {
 
-constexpr const wchar_t* ownSource = L"tam/TamExceptions";
+constexpr const wchar_t* kSource = L"tam/TamExceptions";
 constexpr std::int32_t kDivZeroLine = 445;
 constexpr std::int32_t kInvalidArgsLine = 486;
 
@@ -67,14 +67,14 @@ const wchar_t* TamExpNoMem::Title() const {
     return L"Out of memory";
 }
 
-TamExpDivZero::TamExpDivZero() : TamExpInternal(L"", kDivZeroLine, ownSource) {}
+TamExpDivZero::TamExpDivZero() : TamExpInternal(L"", kDivZeroLine, kSource) {}
 
 TamExpUser::TamExpUser(const wchar_t* text, std::int32_t sourceLine, const wchar_t* sourceName)
     : TamExpBase(text, sourceLine, sourceName) {}
 
 void TamExpUser::UserHook() {}
 
-TamExpInvalidArgs::TamExpInvalidArgs() : TamExpUser(L"", kInvalidArgsLine, ownSource) {}
+TamExpInvalidArgs::TamExpInvalidArgs() : TamExpUser(L"", kInvalidArgsLine, kSource) {}
 
 TamExpActionCancelled::TamExpActionCancelled(const wchar_t* text, std::int32_t sourceLine,
                                              const wchar_t* sourceName)

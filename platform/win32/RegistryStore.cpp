@@ -29,8 +29,8 @@
 namespace posix {
 namespace {
 
-constexpr const char* firstLine = "registry 1";
-constexpr const char* lastLine = "end";
+constexpr const char* kFirstLine = "registry 1";
+constexpr const char* kLastLine = "end";
 
 // ---- Names and bytes as text ----
 
@@ -115,9 +115,9 @@ void WriteKey(const RegistryKey& key, const std::wstring& path, std::string& tex
 }
 
 std::string WriteContent(const RegistryKey& top) {
-    std::string text = std::string(firstLine) + '\n';
+    std::string text = std::string(kFirstLine) + '\n';
     for (const auto& [folded, root] : top.keys) WriteKey(root, root.name, text);
-    return text + lastLine + '\n';
+    return text + kLastLine + '\n';
 }
 
 RegistryKey* ReadKeyLine(const std::string& line, RegistryKey& top) {
@@ -152,10 +152,10 @@ bool ReadValueLine(const std::string& line, RegistryKey& key) {
 // False when the text is no registry.
 bool ReadContent(std::istream& text, RegistryKey& top) {
     std::string line;
-    if (!std::getline(text, line) || line != firstLine) return false;
+    if (!std::getline(text, line) || line != kFirstLine) return false;
     RegistryKey* key = nullptr;
     while (std::getline(text, line)) {
-        if (line == lastLine) return text.get() == std::istream::traits_type::eof();
+        if (line == kLastLine) return text.get() == std::istream::traits_type::eof();
         if (line.compare(0, 4, "key ") == 0) {
             key = ReadKeyLine(line.substr(4), top);
             if (key == nullptr) return false;
