@@ -6,6 +6,7 @@
 #include <dbmain.h>
 
 #include <algorithm>
+#include <map>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -255,6 +256,40 @@ Outcome outcomeOf(const CommandRun& run) {
     return gathering.take();
 }
 
+namespace {
+
+// "3 left: 1 locked layer, 2 class not turned (1 LINE, 1 MTEXT)", in the order of textWithReasons.
+std::string leftInWords(const Outcome& outcome) {
+    std::string text = std::to_string(outcome.left.size()) + " left";
+    const char* separator = ": ";
+    const auto add = [&](Reason reason) {
+        if (const std::size_t count = outcome.leftFor(reason); count != 0)
+            text +=
+                std::exchange(separator, ", ") + std::to_string(count) + " " + described(reason);
+    };
+    for (const Reason reason : allReasons)
+        if (reason != Reason::classNotTurned) add(reason);
+    add(Reason::classNotTurned);
+    std::map<std::string, std::size_t> types;
+    for (const LeftEntity* left : outcome.left)
+        if (left->reason == Reason::classNotTurned) ++types[left->type];
+    const char* between = " (";
+    for (const auto& [type, many] : types)
+        text += std::exchange(between, ", ") + std::to_string(many) + " " + type;
+    return types.empty() ? text : text + ")";
+}
+
+}  // namespace
+
+std::string sentenceOf(const CommandRun& run) {
+    if (run.end == CommandResult::End::exceptionLeft) return {};
+    const Outcome outcome = outcomeOf(run);
+    if (!outcome.turned.empty()) return outcome.textWithReasons() + ".";
+    if (outcome.left.empty()) return {};
+    if (outcome.otherChanges != 0) return outcome.textWithReasons() + ".";
+    return "Nothing was turned; " + leftInWords(outcome) + ".";
+}
+
 std::size_t Record::selected() const {
     std::size_t total = 0;
     for (const CommandRun& run : runs)
@@ -268,10 +303,10 @@ Outcome Record::outcome() const {
     return gathering.take();
 }
 
-void Account::hear(const editor::Session& session, const CommandResult& result) {
+const CommandRun* Account::hear(const editor::Session& session, const CommandResult& result) {
     const AcDbDatabase* const drawing = session.drawing();
     const bool ofModule = editor::CommandStack::instance().find(result.name) != nullptr;
-    if (drawing == nullptr || !ofModule) return;
+    if (drawing == nullptr || !ofModule) return nullptr;
     CommandRun run;
     run.command = toUtf8(result.name);
     run.where = toUtf8(result.where);
@@ -289,7 +324,7 @@ void Account::hear(const editor::Session& session, const CommandResult& result) 
     if (const PromptRecord* selection = last(result, PromptRecord::Kind::selection))
         sorting.sort(*selection);
     sorting.sortTheRest();
-    runs_.push_back(std::move(run));
+    return &runs_.emplace_back(std::move(run));
 }
 
 Record Account::record(const AcDbDatabase& drawing) const {

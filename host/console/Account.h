@@ -109,6 +109,11 @@ struct Outcome {
 
 Outcome outcomeOf(const CommandRun& run);
 
+// What a run came to, in the sentence that follows it in a session: "68 turned, 30 left: 2 locked
+// layer, 28 class not turned." Where nothing was turned it names the classes. Empty for a run that
+// neither selected nor turned anything, and for one that an exception has stopped.
+std::string sentenceOf(const CommandRun& run);
+
 struct Record {
     std::string drawing;  // the name that it was opened by
     std::string release;  // "R2000"; empty when the drawing does not tell
@@ -121,8 +126,9 @@ struct Record {
 
 class Account {
   public:
-    // Takes note of a command that has ended, right after it. Commands of the host itself are none.
-    void hear(const editor::Session& session, const editor::CommandResult& result);
+    // Takes note of a command that has ended, right after it, and gives the note; it holds until
+    // the next one. Commands of the host itself are none: null.
+    const CommandRun* hear(const editor::Session& session, const editor::CommandResult& result);
 
     // Another drawing has been opened.
     void forget() { runs_.clear(); }

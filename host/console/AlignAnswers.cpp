@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "host/console/Narrowing.h"
+#include "host/console/SelectionNotes.h"
 #include "host/editor/Session.h"
 #include "host/editor/Words.h"
 
@@ -47,6 +48,12 @@ Reply AlignAnswers::next(const editor::Request&) {
 
 Reply AlignAnswers::line() const {
     if (!request_.linePoint.empty()) return typed(editor::fromUtf8(request_.linePoint));
+    if (!request_.lineLayer.empty()) {
+        Reply reply = typed(editor::fromUtf8("layer=" + request_.lineLayer));
+        reply.kind = Reply::Kind::entities;
+        reply.entities = linesOn(*editor::Session::current()->drawing(), request_.lineLayer);
+        return reply;
+    }
     Reply reply = typed(L"(handent \"" + editor::fromUtf8(request_.lineHandle) + L"\")");
     reply.kind = Reply::Kind::lisp;
     return reply;
@@ -56,7 +63,10 @@ Reply AlignAnswers::selection() const {
     if (selectsAll(request_.filters)) return typed(L"ALL");
     Reply reply = typed(editor::fromUtf8(described(request_.filters)));
     reply.kind = Reply::Kind::entities;
-    Narrowed found = narrowed(*editor::Session::current()->drawing(), request_.filters);
+    const AcDbDatabase& drawing = *editor::Session::current()->drawing();
+    // Something else than what was named is not done.
+    if (!lackingHandles(drawing, request_.filters).empty()) return reply;
+    Narrowed found = narrowed(drawing, request_.filters);
     reply.entities = std::move(found.entities);
     reply.lockedOut = std::move(found.lockedOut);
     return reply;

@@ -61,7 +61,8 @@ const std::string_view alignHelpText =
   orlinth align DRAWING... --line LINE [--select FILTER]... [--flip] [options]
 
   --line handle=2F        the entity with this handle gives the direction
-  --line x,y              the entity at this point does
+  --line x,y              the entity at this point does; a miss names the nearest lines
+  --line layer=NAME       the only line, polyline, arc, circle, ellipse or spline on this layer does
   --select FILTER         which entities are turned; several --select narrow the selection:
       all                       all that is not on a frozen or locked layer (the default)
       layer=PATTERN             on a layer that matches: * any text, ? one character, A,B either

@@ -9,6 +9,7 @@
 #include "host/console/Interruption.h"
 #include "host/console/Meter.h"
 #include "host/database/Drawing.h"
+#include "host/database/Undo.h"
 #include "host/dxf/Errors.h"
 #include "host/editor/Listing.h"
 #include "host/editor/Script.h"
@@ -66,12 +67,34 @@ void saveTo(Session& session, Workplace& workplace, const std::filesystem::path&
     }
 }
 
+// A hint to the quotes that a name with blanks needs, when something follows it in its line.
+std::wstring quotesHint(const Session& session, const std::wstring& name) {
+    if (session.restOfLine().empty()) return {};
+    return L". A name with blanks stands in double quotes: \"" + name + L" " +
+           std::wstring(editor::trimmed(session.restOfLine())) + L"\"";
+}
+
+// "out name.dxf" without its quotes would be written as "out".
+void refuseHalfName(Session& session, const std::wstring& name) {
+    const auto isDrawing = [](const std::wstring& text) {
+        constexpr std::wstring_view ending = L".dxf";
+        return text.size() >= ending.size() &&
+               editor::equalIgnoringCase(text.substr(text.size() - ending.size()), ending);
+    };
+    const std::vector<std::wstring> words = editor::split(session.restOfLine(), L' ');
+    if (isDrawing(name) || std::none_of(words.begin(), words.end(), isDrawing)) return;
+    const std::wstring hint = quotesHint(session, name);
+    session.dropRestOfLine();
+    throw CommandFailure(name + L" was not written: more of its name seems to follow" + hint);
+}
+
 // Asks where to save.
 std::filesystem::path askTarget(Session& session, const Workplace& workplace) {
     const std::wstring shown =
         workplace.drawing.empty() ? L"" : L" <" + wide(workplace.drawing) + L">";
     const std::wstring reply = session.askFile(L"\nSave drawing as" + shown + L": ", {L".dxf"});
     if (reply.empty()) return workplace.drawing;
+    refuseHalfName(session, reply);
     std::filesystem::path target = pathFrom(reply);
     if (!target.has_extension()) target += ".dxf";
     std::error_code error;
@@ -99,14 +122,26 @@ void qsave(Session& session, Workplace& workplace) {
     saveTo(session, workplace, workplace.drawing);
 }
 
+// As saving does, ".dxf" is added to a name without an extension; unless a file is called so.
+std::filesystem::path existingDrawing(const std::filesystem::path& named) {
+    std::error_code error;
+    std::filesystem::path withExtension = named;
+    withExtension += ".dxf";
+    const bool extended = !named.has_extension() && !std::filesystem::exists(named, error) &&
+                          std::filesystem::exists(withExtension, error);
+    return extended ? withExtension : named;
+}
+
 void open(Session& session, Workplace& workplace) {
     if (isModified(session, workplace) && !confirmed(session, L"Discard the changes?")) return;
     const std::wstring reply = session.askFile(L"\nOpen drawing: ", {L".dxf"});
     if (reply.empty()) return;
     try {
-        openDrawing(session, workplace, pathFrom(reply));
+        openDrawing(session, workplace, existingDrawing(pathFrom(reply)));
     } catch (const dxf::ReadError& error) {
-        fail(workplace, Exit::unreadable, error.what());
+        const std::wstring hint = quotesHint(session, reply);
+        session.dropRestOfLine();
+        fail(workplace, Exit::unreadable, error.what() + editor::toUtf8(hint));
     } catch (const UnreadableFile& error) {
         fail(workplace, Exit::unreadable, error.what());
     }
@@ -121,9 +156,28 @@ void quit(Session& session, Workplace& workplace) {
     session.quit();
 }
 
+using StepNote = database::UndoLog::StepNote;
+
+// "ZEPTAlignEntities taken back: 68 entities."
+void tellStep(Session& session, const StepNote& step, const wchar_t* what) {
+    const std::wstring name = step.name.empty() ? L"What no command did" : step.name;
+    const std::wstring count = step.entities == 0
+                                   ? L""
+                                   : L": " + std::to_wstring(step.entities) +
+                                         (step.entities == 1 ? L" entity" : L" entities");
+    session.print(L"\n" + name + what + count + L".");
+}
+
 void undo(Session& session, int steps) {
-    const int done = session.undo(steps);
-    session.print(done == 0 ? L"\nNothing to undo." : L"\n" + std::to_wstring(done) + L" undone.");
+    for (int done = 0; done < steps; ++done) {
+        std::optional<StepNote> step;
+        if (session.drawing() != nullptr) step = database::undoLog(*session.drawing()).undoStep();
+        if (session.undo() == 0) {
+            if (done == 0) session.print(L"\nNothing to undo.");
+            return;
+        }
+        tellStep(session, *step, L" taken back");
+    }
 }
 
 void undoSome(Session& session) {
@@ -135,7 +189,10 @@ void undoSome(Session& session) {
 }
 
 void redo(Session& session) {
-    session.print(session.redo() == 0 ? L"\nNothing to redo." : L"\n1 done again.");
+    std::optional<StepNote> step;
+    if (session.drawing() != nullptr) step = database::undoLog(*session.drawing()).redoStep();
+    if (session.redo() == 0) return session.print(L"\nNothing to redo.");
+    tellStep(session, *step, L" done again");
 }
 
 void script(Session& session, Workplace& workplace) {

@@ -58,18 +58,35 @@ std::string described(const std::vector<Filter>& filters) {
     return text;
 }
 
-Narrowed narrowed(const AcDbDatabase& drawing, const std::vector<Filter>& filters) {
-    Narrowed all;
-    all.entities = editor::Drawn(drawing).selectable(all.lockedOut);
+std::vector<AcDbObjectId> passing(const AcDbDatabase& drawing, const std::vector<Filter>& filters) {
+    std::vector<AcDbObjectId> entities = editor::Drawn(drawing).entities();
     database::LayerStates layers;
-    for (std::vector<AcDbObjectId>* entities : {&all.entities, &all.lockedOut})
-        for (const Filter& filter : filters)
-            entities->erase(std::remove_if(entities->begin(), entities->end(),
-                                           [&](AcDbObjectId entity) {
-                                               return !passes(entity, filter, layers);
-                                           }),
-                            entities->end());
-    return all;
+    for (const Filter& filter : filters)
+        entities.erase(
+            std::remove_if(entities.begin(), entities.end(),
+                           [&](AcDbObjectId entity) { return !passes(entity, filter, layers); }),
+            entities.end());
+    return entities;
+}
+
+Narrowed narrowed(const AcDbDatabase& drawing, const std::vector<Filter>& filters) {
+    Narrowed found;
+    database::LayerStates layers;
+    for (const AcDbObjectId entity : passing(drawing, filters)) {
+        const database::LayerState& layer = layers.of(entity);
+        if (!layer.frozen) (layer.locked ? found.lockedOut : found.entities).push_back(entity);
+    }
+    return found;
+}
+
+std::vector<AcDbObjectId> linesOn(const AcDbDatabase& drawing, const std::string& layer) {
+    const std::wstring name = editor::fromUtf8(layer);
+    std::vector<AcDbObjectId> lines;
+    database::LayerStates layers;
+    for (const AcDbObjectId entity : editor::Drawn(drawing).entities())
+        if (editor::isLine(entity) && editor::equalIgnoringCase(layers.of(entity).name, name))
+            lines.push_back(entity);
+    return lines;
 }
 
 }  // namespace host::console

@@ -76,15 +76,21 @@ bool canBeQuoted(std::string_view text) {
 
 void readLine(const std::string& text, AlignRequest& request) {
     constexpr std::string_view byHandle = "handle=";
+    constexpr std::string_view byLayer = "layer=";
     if (startsWith(text, byHandle)) {
         request.lineHandle = text.substr(byHandle.size());
         if (isHandle(request.lineHandle)) return;
+    } else if (startsWith(text, byLayer)) {
+        request.lineLayer = text.substr(byLayer.size());
+        if (!request.lineLayer.empty()) return;
     } else if (numbers<2>(text)) {
         request.linePoint = text;
         return;
     }
-    throw std::invalid_argument("--line takes handle=2F (hexadecimal digits) or a point x,y; '" +
-                                text + "' is neither");
+    throw std::invalid_argument(
+        "--line takes handle=2F (hexadecimal digits), a point x,y or "
+        "layer=NAME; '" +
+        text + "' is none of them");
 }
 
 constexpr const char* aFile = "the name of a file";
@@ -191,7 +197,8 @@ void readAlign(const Arguments& given, Options& options) {
     if (options.drawing.empty() && options.drawings.empty())
         throw std::invalid_argument("align needs a drawing");
     if (!given.has("--line"))
-        throw std::invalid_argument("align needs --line handle=2F or --line x,y");
+        throw std::invalid_argument(
+            "align needs --line handle=2F, --line x,y or --line layer=NAME");
     readLine(given.value("--line"), request);
     for (const std::string& text : given.values("--select"))
         request.filters.push_back(parseFilter(text));

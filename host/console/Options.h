@@ -33,11 +33,11 @@ struct Filter {
     std::array<double, 4> corners{};   // window and crossing: x1, y1, x2, y2
 };
 
-// What `orlinth align` was asked. One of `lineHandle` (hexadecimal digits) and `linePoint` ("x,y",
-// two numbers) is empty.
+// What `orlinth align` was asked. Two of the three first are empty.
 struct AlignRequest {
-    std::string lineHandle;
-    std::string linePoint;
+    std::string lineHandle;       // hexadecimal digits
+    std::string linePoint;        // "x,y", two numbers
+    std::string lineLayer;        // the name of the layer whose only line is meant
     std::vector<Filter> filters;  // none means all
     bool flip = false;
 };

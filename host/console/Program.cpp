@@ -19,6 +19,7 @@
 #include "host/console/ProgramFile.h"
 #include "host/console/Report.h"
 #include "host/console/Saver.h"
+#include "host/console/SelectionNotes.h"
 #include "host/console/SessionOutput.h"
 #include "host/console/StandardInput.h"
 #include "host/console/Verdict.h"
@@ -77,7 +78,8 @@ class Call {
         session.setExceptionReporter([] { return editor::fromUtf8(describeException()); });
         session.onCommandEnded([this, &session](editor::CommandResult& result) {
             verdict_.hear(session, result);
-            account_.hear(session, result);
+            const CommandRun* const run = account_.hear(session, result);
+            if (run != nullptr) tell(session, *run);
         });
         addHostCommands(session, workplace_);
         session.loadModule(options_.module.empty() ? besideProgram("ZEPTOrlinth.arx")
@@ -88,6 +90,16 @@ class Call {
         } else if (isPerson(options_)) {
             session.print(L"No drawing is open. OPEN opens one, HELP lists the commands.");
         }
+    }
+
+    // Commands are silent about what they do.
+    void tell(Session& session, const CommandRun& run) {
+        std::vector<std::string> sentences;
+        if (options_.align && run.end == editor::CommandResult::End::done)
+            sentences = lacking(*session.drawing(), options_.align->filters);
+        sentences.push_back(sentenceOf(run));
+        for (const std::string& sentence : sentences)
+            if (!sentence.empty()) session.print(L"\n" + editor::fromUtf8(sentence));
     }
 
     void finish(Session& session) {

@@ -25,6 +25,7 @@ class StandardInput : public editor::Input {
     bool stopsWhenOutOfStep() const override { return !terminal_; }
     bool pending() const override { return reader_.pending(); }
     bool takeCancel() override;
+    void dropLine() override { reader_.drop(); }
 
   private:
     editor::ReplyReader::Line readLine(const editor::Request* request, bool continuing);

@@ -5,9 +5,12 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
-#include "host/console/Narrowing.h"
+#include "host/console/SelectionNotes.h"
 #include "host/database/Drawing.h"
+#include "host/editor/EntityName.h"
+#include "host/editor/Nearest.h"
 #include "host/editor/Points.h"
 #include "host/editor/Words.h"
 
@@ -28,23 +31,8 @@ bool isHostCommand(const Session& session, const CommandResult& result) {
     });
 }
 
-// "ARC 3C"
-std::wstring described(AcDbObjectId entity) {
-    wchar_t handle[AcDbHandle::kStrSiz] = {};
-    entity.handle().getIntoAsciiBuffer(handle);
-    const dxf::Document& document = database::document(*entity.database());
-    const auto record = document.find(entity.handle());
-    const std::wstring type = record ? editor::fromUtf8(document.type(*record)) : L"entity";
-    return type + L" " + handle;
-}
-
-// Where a script gave the command, as the beginning of a sentence.
 std::wstring place(const CommandResult& result) {
     return result.where.empty() ? L"" : result.where + L": ";
-}
-
-bool isExpression(const std::wstring& reply) {
-    return !reply.empty() && (reply.front() == L'(' || reply.front() == L'!');
 }
 
 // What was typed, as a message tells it: an expression may go on over lines, and anything may be
@@ -55,14 +43,36 @@ std::wstring shown(const std::wstring& typed) {
     return end == typed.size() ? typed : typed.substr(0, end) + L" ...";
 }
 
-// Why a selection got nothing, when `orlinth align` has made it.
-std::wstring nothingPasses(const AlignRequest& request) {
-    const std::wstring onLayers = L"what stands on frozen and locked layers is left out";
-    if (selectsAll(request.filters)) return L"there is nothing to select; " + onLayers;
-    std::wstring filters;
-    for (const Filter& filter : request.filters)
-        filters += L" --select " + editor::fromUtf8(filter.text);
-    return L"no entity passes" + filters + L"; " + onLayers;
+std::wstring begins(const CommandResult& result) {
+    return L" is empty and begins " + result.name + L" once more";
+}
+
+// "; line 6 is empty and begins LIST once more": what a person who wrote the script has not seen.
+std::wstring begunBy(const CommandResult& result) {
+    const std::size_t line = result.where.rfind(L"line ");
+    if (!result.repeated || line == std::wstring::npos) return {};
+    return L"; " + result.where.substr(line) + begins(result);
+}
+
+// Names in other programs for what a command here does.
+std::wstring knownElsewhereAs(const std::wstring& typed) {
+    constexpr std::pair<const wchar_t*, const wchar_t*> others[] = {
+        {L"EXIT", L"QUIT"}, {L"END", L"QUIT"}, {L"CLOSE", L"QUIT"}, {L"?", L"HELP"}};
+    for (const auto& [name, ours] : others)
+        if (editor::equalIgnoringCase(typed, name)) return ours;
+    return {};
+}
+
+std::wstring unknownCommand(const Session& session, const std::wstring& typed) {
+    const std::wstring ours = knownElsewhereAs(typed);
+    const std::wstring hint = ours.empty() ? editor::didYouMean(typed, session.commandNames())
+                                           : L"; did you mean " + ours + L"?";
+    return L"there is no command " + shown(typed) + (hint.empty() ? L"." : hint) +
+           L" HELP lists the commands";
+}
+
+bool isExpression(const std::wstring& reply) {
+    return !reply.empty() && (reply.front() == L'(' || reply.front() == L'!');
 }
 
 // The aligning command asks nothing more when the entity that was picked gives no line.
@@ -75,10 +85,10 @@ bool pickWasNoLine(const CommandResult& result) {
 std::wstring noLine(const CommandResult& result) {
     const auto& picked = result.prompts.front().entities;
     if (!picked.empty() && picked.front().objectClass() == AcDbRegion::desc())
-        return described(picked.front()) +
+        return editor::entityName(picked.front()) +
                L" can't be read as a line: the body of a region of a drawing is kept as it stands, "
                L"unread. Pick one of the curves along it, or a polyline drawn over them";
-    return (picked.empty() ? L"what was picked" : described(picked.front())) +
+    return (picked.empty() ? L"what was picked" : editor::entityName(picked.front())) +
            L" can't be read as a line. Lines, polylines, arcs, circles, ellipses, splines and "
            L"points can; pick one of these";
 }
@@ -91,10 +101,15 @@ std::wstring Verdict::reason(const Session& session, const PromptRecord& prompt)
     if (session.drawing() == nullptr) return L"no drawing is open; OPEN opens one";
     if (prompt.code == RTCAN) return L"it was cancelled";
     if (prompt.kind == PromptRecord::Kind::selection)
-        return align ? nothingPasses(*options_.align)
+        return align ? editor::fromUtf8(whyNothing(*session.drawing(), options_.align->filters))
                      : L"nothing was selected. ALL selects what is not on a frozen or locked layer";
     if (prompt.kind == PromptRecord::Kind::entity) {
         if (prompt.reply.empty()) return L"nothing was picked";
+        if (align && !options_.align->lineLayer.empty())
+            return editor::fromUtf8(whyNoLine(*session.drawing(), options_.align->lineLayer));
+        if (align && !options_.align->lineHandle.empty())
+            return L"no entity of the drawing has the handle " +
+                   editor::fromUtf8(options_.align->lineHandle);
         if (isExpression(prompt.reply))
             return shown(prompt.reply) + L" is no entity of the drawing";
         if (!editor::parsePoint(editor::trimmed(prompt.reply), {}))
@@ -127,12 +142,14 @@ void Verdict::hear(Session& session, CommandResult& result) {
         case End::cancelled:
             if (ofModule && !result.prompts.empty() && (!person_ || session.drawing() == nullptr))
                 session.error(start + result.name + L" did not finish: " +
-                              reason(session, result.prompts.back()));
+                              reason(session, result.prompts.back()) + begunBy(result));
             judge(Exit::cancelled, ofModule);
             break;
         case End::inputEnded:
             session.error(start + L"the answers ended inside " + result.name +
-                          L". Give an answer for each of its prompts, an empty line for Enter");
+                          (result.repeated ? begunBy(result)
+                                           : L". Give an answer for each of its prompts, an empty "
+                                             L"line for Enter"));
             judge(Exit::scriptEnded, ofModule);
             break;
         case End::exceptionLeft:
@@ -141,14 +158,15 @@ void Verdict::hear(Session& session, CommandResult& result) {
             judge(Exit::cancelled, true);
             break;
         case End::unknown:
-            session.error(start + L"there is no command " + shown(result.name) +
-                          L". HELP lists the commands");
+            session.error(start + unknownCommand(session, result.name));
             judge(Exit::scriptEnded, false);
             break;
         case End::failed:
             if (result.expressionFailed && ofModule && result.name != L"LISP")
                 session.error(start + result.name +
                               L" did not finish: an expression could not be evaluated");
+            if (result.repeated && !result.where.empty())
+                session.error(result.where + begins(result));
             judge(pending_ == Exit::done ? Exit::cancelled : pending_, false);
             break;
     }

@@ -64,12 +64,26 @@ void UndoLog::exchange(Step& step, bool backwards) {
     step.erased = erased;
 }
 
-bool UndoLog::undo() {
-    std::vector<Step>& steps = level();
+bool UndoLog::changesNothing(const Step& step) {
+    return step.fields == nullptr &&
+           std::all_of(step.steps.begin(), step.steps.end(), changesNothing);
+}
+
+std::optional<std::size_t> UndoLog::lastStep() const {
+    const std::vector<Step>& steps = level();
+    const auto last = std::find_if_not(steps.rbegin(), steps.rend(), changesNothing);
     // Inside a group single changes are no steps; only groups that ended in it are.
-    if (steps.empty() || steps.back().fields != nullptr) return false;
-    Step step = std::move(steps.back());
-    steps.pop_back();
+    if (last == steps.rend() || last->fields != nullptr) return std::nullopt;
+    return static_cast<std::size_t>(steps.rend() - last) - 1;
+}
+
+bool UndoLog::undo() {
+    const std::optional<std::size_t> last = lastStep();
+    if (!last) return false;
+    std::vector<Step>& steps = level();
+    const auto at = steps.begin() + static_cast<std::ptrdiff_t>(*last);
+    Step step = std::move(*at);
+    steps.erase(at);
     exchange(step, true);
     step.closed = true;
     undone_.push_back(std::move(step));
@@ -89,15 +103,31 @@ std::size_t UndoLog::undoSteps() const {
     const auto& steps = level();
     const auto change = std::find_if(steps.rbegin(), steps.rend(),
                                      [](const Step& step) { return step.fields != nullptr; });
-    return static_cast<std::size_t>(change - steps.rbegin());
+    return static_cast<std::size_t>(std::count_if(
+        steps.rbegin(), change, [](const Step& step) { return !changesNothing(step); }));
 }
 
-std::wstring UndoLog::undoName() const {
-    return undoSteps() == 0 ? std::wstring() : level().back().name;
+UndoLog::StepNote UndoLog::noteOf(const Step& step) const {
+    std::vector<Former> changed;
+    collect(step, changed);
+    std::unordered_set<std::uint32_t> entities;
+    for (const Former& former : changed) {
+        const AcDbObject* const object = database_.object(former.object);
+        if (object != nullptr && object->isKindOf(AcDbEntity::desc()))
+            entities.insert(former.object);
+    }
+    return {step.name, entities.size()};
 }
 
-std::wstring UndoLog::redoName() const {
-    return undone_.empty() ? std::wstring() : undone_.back().name;
+std::optional<UndoLog::StepNote> UndoLog::undoStep() const {
+    const std::optional<std::size_t> last = lastStep();
+    if (!last) return std::nullopt;
+    return noteOf(level()[*last]);
+}
+
+std::optional<UndoLog::StepNote> UndoLog::redoStep() const {
+    if (undone_.empty()) return std::nullopt;
+    return noteOf(undone_.back());
 }
 
 // The group that a change belongs to: the innermost open one, or a loose one outside of any.

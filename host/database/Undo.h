@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -28,17 +29,20 @@ class UndoLog {
     // Takes the innermost open group back and drops it.
     void rollback();
     // Undoes the last step that has ended, inside the innermost open group if there is one; false
-    // when there is none.
+    // when there is none. A group that has changed nothing is no step.
     bool undo();
     // Does again what was undone last; false when nothing was, or something has changed since.
     bool redo();
 
     std::size_t openGroups() const { return open_.size(); }
     std::size_t undoSteps() const;
-    std::size_t redoSteps() const { return undone_.size(); }
-    // The name of the step that undo() or redo() would take; empty when there is none.
-    std::wstring undoName() const;
-    std::wstring redoName() const;
+    // The step that undo() or redo() would take; none when there is none.
+    struct StepNote {
+        std::wstring name;         // of its group; empty for changes outside of any
+        std::size_t entities = 0;  // how many it changed, made or erased
+    };
+    std::optional<StepNote> undoStep() const;
+    std::optional<StepNote> redoStep() const;
 
     // Notes an object as it is before a change; once for each group is enough.
     void aboutToChange(AcDbObject& object);
@@ -66,6 +70,10 @@ class UndoLog {
         std::vector<Step> steps;
     };
 
+    static bool changesNothing(const Step& step);
+    // The last step that undo() can take, counted from 0; none when there is none.
+    std::optional<std::size_t> lastStep() const;
+    StepNote noteOf(const Step& step) const;
     std::vector<Step>& level();
     const std::vector<Step>& level() const;
     Step& currentGroup();

@@ -34,6 +34,9 @@ ReadError::ReadError(std::string file, std::optional<Position> where, std::strin
       expected_(std::move(expected)),
       found_(std::move(found)) {}
 
+ReadError::ReadError(std::string file, const std::string& refusal)
+    : std::runtime_error(file + " can't be " + refusal), file_(std::move(file)) {}
+
 WriteError::WriteError(std::string file, std::string reason)
     : std::runtime_error(file + " was not written: " + reason),
       file_(std::move(file)),

@@ -28,6 +28,9 @@ class ReadError : public std::runtime_error {
     // `where` is missing when the file as a whole can't be had, e.g. does not exist.
     ReadError(std::string file, std::optional<Position> where, std::string expected,
               std::string found);
+    // The system refuses the file: "katu.dxf can't be ", with `refusal` "opened: Permission denied"
+    // behind. Nothing is expected or found then.
+    ReadError(std::string file, const std::string& refusal);
 
     const std::string& file() const { return file_; }
     const std::optional<Position>& where() const { return where_; }

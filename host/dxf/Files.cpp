@@ -46,8 +46,9 @@ FileBytes readFile(const fs::path& path) {
     if (fs::is_character_file(kind) || fs::is_block_file(kind)) refuse("a device");
     SystemFile file;
     if (const int error = file.openToRead(path); error != 0) {
-        throw ReadError(name, std::nullopt, "a DXF drawing", SystemFile::message(error));
+        throw ReadError(name, "opened: " + SystemFile::message(error));
     }
+    if (!file.somebodyWrites()) refuse("a pipe that nobody writes into");
     FileBytes result;
     std::size_t capacity = static_cast<std::size_t>(file.size()) + 1;
     result.bytes.reset(new char[capacity + kPadding]);
@@ -61,7 +62,7 @@ FileBytes readFile(const fs::path& path) {
         std::size_t got = 0;
         const int error = file.read(result.bytes.get() + result.size, capacity - result.size, got);
         if (error != 0) {
-            throw ReadError(name, std::nullopt, "a DXF drawing", SystemFile::message(error));
+            throw ReadError(name, "read: " + SystemFile::message(error));
         }
         if (got == 0) {
             std::fill_n(result.bytes.get() + result.size, kPadding, '\0');

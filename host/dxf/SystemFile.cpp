@@ -6,6 +6,7 @@
 #include <windows.h>
 #else
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -51,6 +52,10 @@ int openAs(std::intptr_t& handle, const std::filesystem::path& path, DWORD acces
 
 int SystemFile::openToRead(const std::filesystem::path& path) {
     return openAs(handle_, path, GENERIC_READ, OPEN_EXISTING);
+}
+
+bool SystemFile::somebodyWrites() {
+    return true;
 }
 
 int SystemFile::createNew(const std::filesystem::path& path) {
@@ -142,10 +147,29 @@ int descriptor(std::intptr_t handle) {
 }  // namespace
 
 int SystemFile::openToRead(const std::filesystem::path& path) {
-    const int opened = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    const int opened = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (opened < 0) return errno;
     handle_ = opened;
     return 0;
+}
+
+bool SystemFile::somebodyWrites() {
+    constexpr int patience = 2000;  // milliseconds
+    const int file = descriptor(handle_);
+    struct stat status;
+    if (::fstat(file, &status) == 0 && S_ISFIFO(status.st_mode)) {
+        // Waits for the first bytes, or for a writer that leaves without any.
+        pollfd watched = {file, POLLIN, 0};
+        const bool silent = ::poll(&watched, 1, patience) == 0;
+        // Without a writer there is an end; with one that is slow there are no bytes yet, or since
+        // a moment ago.
+        char byte = 0;
+        const ssize_t count = silent ? ::read(file, &byte, 1) : -1;
+        if (count == 0) return false;
+        if (count == 1) ahead_ = byte;
+    }
+    ::fcntl(file, F_SETFL, ::fcntl(file, F_GETFL) & ~O_NONBLOCK);
+    return true;
 }
 
 int SystemFile::createNew(const std::filesystem::path& path) {
@@ -163,6 +187,12 @@ std::uint64_t SystemFile::size() const {
 
 int SystemFile::read(char* buffer, std::size_t size, std::size_t& got) {
     got = 0;
+    if (ahead_ && size != 0) {
+        *buffer = *ahead_;
+        ahead_.reset();
+        got = 1;
+        return 0;
+    }
     ssize_t count;
     do {
         count = ::read(descriptor(handle_), buffer, size);

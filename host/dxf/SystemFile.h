@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 
 namespace host::dxf {
@@ -22,7 +23,10 @@ class SystemFile {
     SystemFile& operator=(const SystemFile&) = delete;
     ~SystemFile();
 
+    // Does not wait for the writer of a pipe; somebodyWrites() comes before reading.
     int openToRead(const std::filesystem::path& path);
+    // False for a pipe that nobody has opened to write within two seconds. True for anything else.
+    bool somebodyWrites();
     int createNew(const std::filesystem::path& path);  // kExists when something stands there
     std::uint64_t size() const;                        // 0 where there is none to tell
     int read(char* buffer, std::size_t size, std::size_t& got);  // got = 0: the end
@@ -39,6 +43,7 @@ class SystemFile {
   private:
     static constexpr std::intptr_t kClosed = -1;
     std::intptr_t handle_ = kClosed;
+    std::optional<char> ahead_;  // read already
 };
 
 }  // namespace host::dxf

@@ -82,6 +82,7 @@ Reply State::fetch(const Request& request, bool& stops) {
 }
 
 Answer State::askOnce(const Request& request, bool& quoted) {
+    restOfLine_.clear();
     if (isGiven()) {
         if (!isPauseGiven()) {
             Answer answer = takeGiven();
@@ -100,6 +101,7 @@ Answer State::askOnce(const Request& request, bool& quoted) {
     }
     output_.reply(reply);
     quoted = reply.quoted;
+    restOfLine_ = reply.rest;
     if (reply.kind == Reply::Kind::cancel) return {Answer::Kind::cancel, {}, {}, {}, stops};
     if (request.kind != Request::Kind::text &&
         (reply.kind == Reply::Kind::lisp || isSymbolReply(reply))) {

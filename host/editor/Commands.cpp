@@ -238,10 +238,13 @@ void State::run() {
     while (!quitting) {
         if ((ahead_ == nullptr || !ahead_->pending()) && !sent_.empty()) {
             ahead_ = std::make_unique<ScriptInput>(std::move(sent_.front()),
-                                                   L"text sent to the command line");
+                                                   L"text sent to the command line",
+                                                   ScriptInput::Of::sentText);
             sent_.pop_front();
         }
+        if (script_ != nullptr) script_->commandComes();
         if (script_ != nullptr && !script_->pending()) endScript();
+        input_.commandComes();
         const Answer answer = ask({Request::Kind::command, L"\nCommand: ", owner_.commandNames()});
         switch (answer.kind) {
             case Answer::Kind::end:
@@ -265,6 +268,7 @@ void State::repeatOrRun(const Answer& answer) {
     if (typed.empty() && lastCommand_.empty()) return;
     CommandResult result =
         runCommand(typed.empty() ? std::wstring_view(lastCommand_) : typed, answer.where);
+    result.repeated = typed.empty();
     if (result.end != CommandResult::End::unknown) lastCommand_ = result.name;
     conclude(result, answer);
 }

@@ -36,6 +36,7 @@ struct Reply {
     std::size_t column = 0;  // from 1
     std::vector<AcDbObjectId> entities = {};
     bool quoted = false;                       // it stood in double quotes, and means what it says
+    std::wstring rest = {};                    // what stands behind it in its line, unread
     std::vector<AcDbObjectId> lockedOut = {};  // left out of `entities` for their locked layers
 };
 
@@ -51,6 +52,11 @@ class Input {
     virtual bool stopsWhenOutOfStep() const = 0;
     // True when `next` would answer without asking anybody.
     virtual bool pending() const = 0;
+    // A command is asked for next: replies that would only repeat the last command, with nothing
+    // else behind them, may be dropped.
+    virtual void commandComes() {}
+    // Gives up what a person has typed behind the last reply in the same line.
+    virtual void dropLine() {}
     // True for a script: another script takes its place.
     virtual bool isScript() const { return false; }
     // True once when a person has asked to cancel while nothing was being asked: what runs by

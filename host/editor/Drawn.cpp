@@ -1,6 +1,13 @@
 #include "host/editor/Drawn.h"
 
+#include <dbelipse.h>
+#include <dbents.h>
 #include <dbmain.h>
+#include <dbpl.h>
+#include <dbspline.h>
+
+#include <algorithm>
+#include <initializer_list>
 
 #include "host/database/Drawing.h"
 #include "host/editor/EntityFigure.h"
@@ -52,6 +59,26 @@ AcDbObjectId Drawn::topmostAt(const PlanPoint& point, double reach) const {
     return {};
 }
 
+std::vector<Drawn::Near> Drawn::linesNear(const PlanPoint& point, std::size_t count) const {
+    std::vector<Near> nearest;
+    for (const AcDbObjectId id : entities()) {
+        if (!isLine(id) || !database::isVisible(id)) continue;
+        const PlanBox box = planBox(id);
+        const auto tooFar = [&](double distance) {
+            return nearest.size() == count && distance >= nearest.back().distance;
+        };
+        if (box.empty() || tooFar(box.distanceTo(point))) continue;
+        const double distance = planFigure(id).distanceTo(point);
+        if (tooFar(distance)) continue;
+        const auto behind =
+            std::upper_bound(nearest.begin(), nearest.end(), distance,
+                             [](double value, const Near& near) { return value < near.distance; });
+        nearest.insert(behind, {id, distance});
+        if (nearest.size() > count) nearest.pop_back();
+    }
+    return nearest;
+}
+
 AcDbObjectId Drawn::last() const {
     const Ids all = entities();
     for (auto id = all.rbegin(); id != all.rend(); ++id) {
@@ -69,6 +96,14 @@ PlanBox Drawn::extents() const {
         all.add(box.max);
     }
     return all;
+}
+
+bool isLine(AcDbObjectId entity) {
+    const AcRxClass* const type = entity.objectClass();
+    const std::initializer_list<const AcRxClass*> lines = {
+        AcDbLine::desc(), AcDbPolyline::desc(), AcDb2dPolyline::desc(), AcDb3dPolyline::desc(),
+        AcDbArc::desc(),  AcDbCircle::desc(),   AcDbEllipse::desc(),    AcDbSpline::desc()};
+    return std::find(lines.begin(), lines.end(), type) != lines.end();
 }
 
 bool isLivingEntity(AcDbObjectId id) {

@@ -38,6 +38,14 @@ class Drawn {
     // none. `reach` is half of its side.
     AcDbObjectId topmostAt(const PlanPoint& point, double reach) const;
 
+    // The visible lines (isLine) nearest to a point in plan, the nearest first, at most `count`;
+    // the first drawn of those equally far.
+    struct Near {
+        AcDbObjectId entity;
+        double distance = 0.0;
+    };
+    std::vector<Near> linesNear(const PlanPoint& point, std::size_t count) const;
+
     // The visible entity made last; null when there is none.
     AcDbObjectId last() const;
 
@@ -48,6 +56,10 @@ class Drawn {
     const AcDbDatabase& drawing_;
     std::function<bool()> stop_;
 };
+
+// Whether the entity is a line, polyline, arc, circle, ellipse or spline: what texts can be turned
+// along. Points and regions, which the command reads as lines as well, are none.
+bool isLine(AcDbObjectId entity);
 
 // Whether the id names an entity that is not erased.
 bool isLivingEntity(AcDbObjectId id);

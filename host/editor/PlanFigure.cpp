@@ -1,7 +1,9 @@
 #include "host/editor/PlanFigure.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
+#include <limits>
 
 namespace host::editor {
 
@@ -132,7 +134,33 @@ bool meetsPolygon(const PlanPoint& a, const PlanPoint& b, const Points& polygon)
            });
 }
 
+double distance(const PlanPoint& a, const PlanPoint& b, const PlanPoint& point) {
+    const double dx = b.x - a.x;
+    const double dy = b.y - a.y;
+    const double square = dx * dx + dy * dy;
+    double along = 0.0;
+    if (square > 0.0) along = ((point.x - a.x) * dx + (point.y - a.y) * dy) / square;
+    along = std::clamp(along, 0.0, 1.0);
+    return std::hypot(point.x - (a.x + along * dx), point.y - (a.y + along * dy));
+}
+
 }  // namespace
+
+double PlanBox::distanceTo(const PlanPoint& point) const {
+    return std::hypot(std::max({min.x - point.x, point.x - max.x, 0.0}),
+                      std::max({min.y - point.y, point.y - max.y, 0.0}));
+}
+
+double PlanFigure::distanceTo(const PlanPoint& point) const {
+    double least = std::numeric_limits<double>::max();
+    for (const PlanPath& path : paths_) {
+        anyPiece(path.points, [&](const PlanPoint& a, const PlanPoint& b) {
+            least = std::min(least, distance(a, b, point));
+            return false;
+        });
+    }
+    return least;
+}
 
 PlanBox PlanBox::around(const PlanPoint& a, const PlanPoint& b) {
     return {{std::min(a.x, b.x), std::min(a.y, b.y)}, {std::max(a.x, b.x), std::max(a.y, b.y)}};

@@ -23,6 +23,8 @@ struct PlanBox {
     bool contains(const PlanPoint& point) const;
     bool contains(const PlanBox& box) const;
     bool overlaps(const PlanBox& box) const;
+    // How far a point is from the rectangle, 0 inside; of one that is not empty.
+    double distanceTo(const PlanPoint& point) const;
 };
 
 // One drawn line of straight pieces; a single point is a dot. A closed one repeats its first point.
@@ -47,6 +49,9 @@ class PlanFigure {
     bool crosses(const std::vector<PlanPoint>& polygon) const;
     // Touched by an open line of straight pieces, which may cross itself.
     bool touches(const std::vector<PlanPoint>& fence) const;
+    // How far a point is from the drawn lines, the borders of what is filled among them; above
+    // 1e300 for an empty figure.
+    double distanceTo(const PlanPoint& point) const;
 
   private:
     std::vector<PlanPath> paths_;

@@ -9,9 +9,11 @@
 
 #include "host/database/Fault.h"
 #include "host/editor/Drawn.h"
+#include "host/editor/EntityName.h"
 #include "host/editor/Keywords.h"
 #include "host/editor/Points.h"
 #include "host/editor/Scripted.h"
+#include "host/editor/SelectionSets.h"
 #include "host/editor/SessionState.h"
 #include "host/editor/Words.h"
 
@@ -69,6 +71,13 @@ int takeKeyword(State& state, const Expected& expected, const std::wstring& repl
     return RTKWORD;
 }
 
+// A distance for people to read: one decimal from 1 on, two digits below.
+std::wstring roundedText(double distance) {
+    wchar_t text[400];
+    const int length = std::swprintf(text, 400, distance < 1.0 ? L"%.2g" : L"%.1f", distance);
+    return length < 0 ? numberText(distance) : std::wstring(text);
+}
+
 // --- one entity --------------------------------------------------------------------------------
 
 struct Pick {
@@ -92,7 +101,7 @@ class EntityPrompt {
         if (takeKeyword(state_, expected_, std::wstring(word)) == RTKWORD)
             return {RTKWORD, {}, {}, false};
         if (matchKeyword(word, L"Last"))
-            return named(Drawn(*state_.drawing()).last(), L"Nothing is visible.");
+            return told(named(Drawn(*state_.drawing()).last(), L"Nothing is visible."));
         return refuse(
             L"*Invalid* " + std::wstring(word) +
             L" is no point; a point as in 3,4, or an entity as in (handent \"2F\"), is expected.");
@@ -104,6 +113,12 @@ class EntityPrompt {
         return {};
     }
 
+    // Says what was picked where the answer did not name it.
+    Pick told(Pick pick) {
+        if (pick.code == RTNORM) state_.print(L"\n" + entityOnLayer(pick.entity));
+        return pick;
+    }
+
     Pick empty() {
         state_.variables.set(L"ERRNO", emptyReply);
         return refuse(L"Nothing was picked.");
@@ -113,13 +128,23 @@ class EntityPrompt {
         state_.lastPoint = point;
         const AcDbObjectId id =
             Drawn(*state_.drawing()).topmostAt({point.x, point.y}, state_.pickReach());
-        if (!id.isNull()) return {RTNORM, id, point, true};
+        if (!id.isNull()) return told({RTNORM, id, point, true});
         state_.variables.set(L"ERRNO", nothingThere);
         Pick miss = refuse(L"Nothing visible lies within " + numberText(state_.pickReach()) +
-                           L" of " + numberText(point.x) + L"," + numberText(point.y) + L".");
+                           L" of " + numberText(point.x) + L"," + numberText(point.y) + L"." +
+                           nearestLines({point.x, point.y}));
         miss.point = point;
         miss.hasPoint = true;
         return miss;
+    }
+
+    std::wstring nearestLines(const PlanPoint& point) const {
+        constexpr std::size_t most = 3;
+        std::wstring text;
+        for (const Drawn::Near& near : Drawn(*state_.drawing()).linesNear(point, most))
+            text += (text.empty() ? L"\nThe nearest lines: " : L"; ") + entityOnLayer(near.entity) +
+                    L", " + roundedText(near.distance) + L" away";
+        return text.empty() ? text : text + L".";
     }
 
     Pick named(AcDbObjectId id, const std::wstring& otherwise) {
@@ -131,6 +156,7 @@ class EntityPrompt {
         const std::wstring otherwise = answer.text + L" gives no entity of the drawing.";
         if (const auto point = lisp::pointOf(given)) return at(*point);
         if (const auto* id = std::get_if<AcDbObjectId>(&given)) return named(*id, otherwise);
+        if (const auto* set = std::get_if<lisp::SetPtr>(&given)) return onlyOf(**set, answer.text);
         const std::vector<lisp::Value> parts = lisp::members(given);
         const auto* first = parts.size() == 2 ? std::get_if<AcDbObjectId>(&parts[0]) : nullptr;
         const auto point = first == nullptr ? std::nullopt : lisp::pointOf(parts[1]);
@@ -139,6 +165,14 @@ class EntityPrompt {
         pick.point = *point;
         pick.hasPoint = true;
         return pick;
+    }
+
+    // A selection set with one entity stands for that.
+    Pick onlyOf(const lisp::HeldSet& set, const std::wstring& text) {
+        const SelectionSet* const found = SelectionSets::instance().find(set.name());
+        const std::size_t count = found == nullptr ? 0 : found->members.size();
+        if (count == 1) return told(named(found->members.front(), text + L" has been erased."));
+        return refuse(text + L" gives " + std::to_wstring(count) + L" entities; one is expected.");
     }
 
     State& state_;

@@ -111,7 +111,12 @@ Reply ReplyReader::next(const Request& request) {
                                                                                  : takeWord();
     reply.line = replyLine_;
     reply.column = column;
+    reply.rest = rest();
     return reply;
+}
+
+std::wstring_view ReplyReader::rest() const {
+    return haveLine_ ? std::wstring_view(lineText_).substr(position_) : std::wstring_view();
 }
 
 void ReplyReader::takeLine(Line line) {
@@ -176,9 +181,10 @@ Reply ReplyReader::takeExpression() {
     return {Reply::Kind::lisp, std::move(expression), {}, 0, 0};
 }
 
-ScriptInput::ScriptInput(std::wstring text, std::wstring name)
+ScriptInput::ScriptInput(std::wstring text, std::wstring name, Of of)
     : text_(std::move(text)),
       name_(std::move(name)),
+      of_(of),
       reader_([this](const Request*, bool) { return nextLine(); }) {}
 
 ReplyReader::Line ScriptInput::nextLine() {
@@ -209,6 +215,22 @@ void ScriptInput::stop() {
 
 bool ScriptInput::pending() const {
     return reader_.pending() || position_ < text_.size();
+}
+
+// Comments are no replies, so they count as empty.
+bool ScriptInput::onlyEmptyLinesFollow() const {
+    if (!trimmed(reader_.rest()).empty()) return false;
+    for (std::size_t at = position_; at < text_.size();) {
+        const std::size_t end = std::min(text_.find(L'\n', at), text_.size());
+        const bool isEmpty = text_.find_first_not_of(L" \t\r", at) >= end;
+        if (!isEmpty && text_[at] != comment) return false;
+        at = end + 1;
+    }
+    return true;
+}
+
+void ScriptInput::commandComes() {
+    if (of_ == Of::file && onlyEmptyLinesFollow()) stop();
 }
 
 std::wstring decodeScript(std::string_view bytes) {

@@ -45,6 +45,8 @@ class ReplyReader {
     std::size_t line() const { return replyLine_; }
     // True when a part of a line is still unread.
     bool pending() const { return haveLine_; }
+    // That part, empty when there is none.
+    std::wstring_view rest() const;
     // Forgets the rest of the line.
     void drop() { haveLine_ = false; }
 
@@ -67,20 +69,27 @@ class ReplyReader {
 // A script as input. Its end is the end of input.
 class ScriptInput : public Input {
   public:
+    // A file often ends with empty lines that nobody meant: they repeat no command. What is sent to
+    // the command line is meant as it stands.
+    enum class Of { file, sentText };
+
     // `text` is the decoded script (decodeScript), `name` what messages call it.
-    ScriptInput(std::wstring text, std::wstring name);
+    ScriptInput(std::wstring text, std::wstring name, Of of = Of::file);
 
     Reply next(const Request& request) override;
     void stop() override;
     bool stopsWhenOutOfStep() const override { return true; }
     bool pending() const override;
+    void commandComes() override;
     bool isScript() const override { return true; }
 
   private:
     ReplyReader::Line nextLine();
+    bool onlyEmptyLinesFollow() const;
 
     std::wstring text_;
     std::wstring name_;
+    Of of_;
     std::size_t position_ = 0;
     ReplyReader reader_;
 };

@@ -169,6 +169,14 @@ std::wstring Session::askText(std::wstring_view prompt) {
     return implementation_->askOrCancel({Request::Kind::text, std::wstring(prompt), {}}).text;
 }
 
+const std::wstring& Session::restOfLine() const {
+    return implementation_->restOfLine();
+}
+
+void Session::dropRestOfLine() {
+    implementation_->dropRestOfLine();
+}
+
 void Session::print(std::wstring_view text) {
     implementation_->print(text);
 }

@@ -49,6 +49,7 @@ struct CommandResult {
     End end = End::done;
     std::wstring name;       // the global name, or what was typed when there is no such command
     std::wstring where;      // where a script called it; empty for a person
+    bool repeated = false;   // an empty reply began it, because it was the last command
     std::wstring exception;  // class, message, line and source name, as the reporter tells them
     std::vector<PromptRecord> prompts;
     std::uint64_t undoGroup = 0;     // the group of the drawing's undo log that it was; 0: none
@@ -178,6 +179,10 @@ class Session {
     std::wstring askText(std::wstring_view prompt);
     // The name of a file, which ends like one of `types` (".dxf"; "": any), as a word.
     std::wstring askFile(std::wstring_view prompt, std::vector<std::wstring> types);
+
+    // What stands behind the last reply in its line, unread; a person's can be dropped.
+    const std::wstring& restOfLine() const;
+    void dropRestOfLine();
 
     void print(std::wstring_view text);
     void error(std::wstring_view sentence);

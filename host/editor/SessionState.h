@@ -71,6 +71,10 @@ class Session::Implementation {
     // Notes that a prompt could not be shown for want of a drawing; gives RTERROR.
     int refusePrompt(PromptRecord::Kind kind);
 
+    // Of the last reply; empty when an expression gave it.
+    const std::wstring& restOfLine() const { return restOfLine_; }
+    void dropRestOfLine() { input_.dropLine(); }
+
     Output& output() { return output_; }
     Session& session() const { return owner_; }
 
@@ -174,6 +178,7 @@ class Session::Implementation {
     Input& input_;
     Output& output_;
     std::unique_ptr<ScriptInput> script_;
+    std::wstring restOfLine_;
     std::vector<std::wstring> scriptChain_;  // the running script behind those that led to it
     bool scriptGroupIsOpen_ = false;
     std::unique_ptr<ScriptInput> ahead_;

@@ -220,6 +220,22 @@ TEST_F(AccountOf, gives_a_reason_for_each_entity_that_was_left) {
         << findLeft(run, "28")->detail;
 }
 
+TEST_F(AccountOf, a_sentence_tells_what_a_run_came_to) {
+    play(town(), alignAll);
+    const std::string sentence = sentenceOf(only());
+    EXPECT_EQ(sentence, outcomeOf(only()).textWithReasons() + ".");
+    EXPECT_EQ(sentence.find(std::to_string(only().turned.size()) + " turned"), 0U) << sentence;
+}
+
+TEST_F(AccountOf, a_sentence_names_the_classes_where_nothing_was_turned) {
+    play(town(),
+         L"ZEPTAlignEntities\n50,0.1\n(handent \"25\") (handent \"26\")\n"
+         L"(handent \"10\") (handent \"24\")\n\n\n");
+    EXPECT_EQ(sentenceOf(only()),
+              "Nothing was turned; 4 left: 1 locked layer, 1 attribute definition, 2 class not "
+              "turned (1 LWPOLYLINE, 1 MTEXT).");
+}
+
 TEST_F(AccountOf, tells_what_a_selection_left_out_on_locked_layers) {
     play(town(), alignAll);
     const CommandRun run = only();
@@ -381,6 +397,11 @@ TEST_F(AccountOf, other_commands_are_told_too) {
     EXPECT_EQ(all.runs[0].otherChanges, 0U);
     EXPECT_TRUE(all.runs[1].turned.empty());
     EXPECT_EQ(all.runs[1].otherChanges, 1U);
+}
+
+TEST_F(AccountOf, a_run_that_selected_nothing_has_no_sentence) {
+    play(town(), L"ZEPTAlignEntities\n-500,-500\n");
+    EXPECT_EQ(sentenceOf(only()), "");
 }
 
 TEST_F(AccountOf, commands_of_the_host_are_no_runs) {

@@ -1,7 +1,8 @@
 // The examples of README.md, docs/using.md and docs/report.md, run as they are printed there, the
 // table of angles in docs/command.md computed again, and the files that the documents name.
 //
-// A block that opens with ```scr NAME is the content of the file NAME. In a block that opens with
+// A block that opens with ```scr NAME or ```csv NAME is the content of the file NAME. In a block
+// that opens with
 // ```console a line "$ orlinth ..." is run, "$ cat NAME" shows a file, "$ echo $?" the exit code of
 // the run before; the lines behind are all that is printed, standard output first. An example
 // without "$ echo $?" ends with 0.
@@ -123,7 +124,7 @@ int playExamples(const std::string& name) {
     write(folder / "streets.dxf", read(exampleDrawing()));
     int runs = 0;
     for (const Block& block : blocksOf(read(document(name)))) {
-        if (startsWith(block.heading, "scr ")) {
+        if (startsWith(block.heading, "scr ") || startsWith(block.heading, "csv ")) {
             std::string content;
             for (const std::string& line : block.lines) content += line + "\n";
             write(folder / std::filesystem::u8path(block.heading.substr(4)), content);
@@ -137,6 +138,28 @@ int playExamples(const std::string& name) {
 TEST(Documentation, EveryExampleOfUsingPrintsWhatIsWritten) {
     EXPECT_GT(playExamples("docs/using.md"), 10);
 }
+
+#ifndef _WIN32
+// Natively only: the shell.
+TEST(Documentation, TheLoopOverAListOfLinesRuns) {
+    const Folder folder;
+    for (const char* name : {"streets.dxf", "numbers.dxf"})
+        write(folder / name, read(exampleDrawing()));
+    std::string loop = "PATH='" + orlinth().parent_path().string() + "':$PATH\n";
+    for (const Block& block : blocksOf(read(document("docs/using.md")))) {
+        std::string content;
+        for (const std::string& line : block.lines) content += line + "\n";
+        if (block.heading == "csv lines.csv") write(folder / "lines.csv", content);
+        if (block.heading == "sh") loop += content;
+    }
+    const Outcome outcome = run({"/bin/sh", {"-c", loop}, folder.path(), {}});
+    EXPECT_EQ(outcome.exit, 0) << outcome.error;
+    EXPECT_EQ(outcome.error, "");
+    EXPECT_FALSE(std::filesystem::exists(folder / "failed.txt"));
+    EXPECT_EQ(read(folder / "turned/streets.dxf"), read(folder / "turned/numbers.dxf"));
+    EXPECT_NE(read(folder / "turned/streets.dxf"), "");
+}
+#endif
 
 TEST(Documentation, EveryExampleOfTheReportPrintsWhatIsWritten) {
     EXPECT_GE(playExamples("docs/report.md"), 2);

@@ -216,8 +216,8 @@ TEST(Options, TheHelpNamesEveryOption) {
           "--readonly", "--log", "--module", "-h, --help", "--version", "/i", "/s", "/readonly"})
         EXPECT_TRUE(contains(help, option)) << option;
     const std::string align = std::get<Farewell>(parseOptions({"align", "--help"})).output;
-    for (const char* option : {"--line handle=", "--line x,y", "--select", "--flip",
-                               "layer=", "type=", "handle=", "window=", "crossing="})
+    for (const char* option : {"--line handle=", "--line x,y", "--line layer=", "--select",
+                               "--flip", "layer=", "type=", "handle=", "window=", "crossing="})
         EXPECT_TRUE(contains(align, option)) << option;
 }
 
@@ -236,6 +236,13 @@ TEST(AlignOptions, LineIsAHandleOrAPoint) {
     EXPECT_EQ(byPoint.lineHandle, "");
     EXPECT_EQ(byPoint.linePoint, "25496062.5,-6672008");
     EXPECT_EQ(accepted({"align", "in.dxf", "--line", "-5,+3e2"}).align->linePoint, "-5,+3e2");
+}
+
+TEST(AlignOptions, TheOnlyLineOfALayerMayBeMeant) {
+    const AlignRequest byLayer = *accepted({"align", "in.dxf", "--line", "layer=VANHA KATU"}).align;
+    EXPECT_EQ(byLayer.lineLayer, "VANHA KATU");
+    EXPECT_TRUE(byLayer.lineHandle.empty() && byLayer.linePoint.empty());
+    EXPECT_TRUE(contains(refusal({"align", "in.dxf", "--line", "layer="}), "none of them"));
 }
 
 TEST(AlignOptions, AnythingElseAsALineIsRefused) {

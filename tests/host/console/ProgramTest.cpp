@@ -117,6 +117,7 @@ TEST_F(Program, TheLogHoldsEverythingPrintedInItsOrder) {
         "1 found\n"
         "Select objects: \n"
         "Käännetäänkö symboleja 180 astetta k/<e> : k\n"
+        "1 turned, 0 left.\n"
         "Command: NOSUCHCOMMAND\n"
         "orlinth: run.scr, line 6: there is no command NOSUCHCOMMAND. HELP lists the commands\n"
         "orlinth: out.dxf was not written, because the session did not end well\n");
@@ -245,6 +246,31 @@ TEST_F(Program, DevicesThatNeverEndAreNotRead) {
     const Outcome script = call({"streets.dxf", "-s", "/dev/zero"});
     EXPECT_EQ(script.exit, 3);
     EXPECT_EQ(script.error, "orlinth: the script '/dev/zero' can't be read: it is a device\n");
+}
+
+// Natively only: Windows has no such pipes.
+TEST_F(Program, APipeThatNobodyWritesIntoIsNotWaitedForForEver) {
+    const std::string command = "mkfifo ff && exec '" + orlinth().string() + "' ff -o out.dxf";
+    const Outcome outcome = run({"/bin/sh", {"-c", command}, folder_.path(), {}});
+    EXPECT_EQ(outcome.exit, 3);
+    EXPECT_EQ(outcome.error,
+              "orlinth: ff: expected a DXF drawing, found a pipe that nobody writes into\n");
+}
+
+TEST_F(Program, ADrawingMayComeFromAPipe) {
+    const std::string command =
+        "mkfifo ff && { cat streets.dxf > ff & exec '" + orlinth().string() + "' ff -o out.dxf; }";
+    const Outcome outcome = run({"/bin/sh", {"-c", command}, folder_.path(), {}});
+    EXPECT_EQ(outcome.exit, 0) << outcome.error;
+    EXPECT_EQ(read(folder_ / "out.dxf"), drawing_);
+}
+
+// Natively only: the words are the system's.
+TEST_F(Program, WhatTheSystemRefusesToOpenIsToldInItsWords) {
+    const std::string name = std::string(300, 'a') + ".dxf";
+    const Outcome outcome = call({name});
+    EXPECT_EQ(outcome.exit, 3);
+    EXPECT_EQ(outcome.error, "orlinth: " + name + " can't be opened: File name too long\n");
 }
 
 // Natively only: the shell that closes the pipe.

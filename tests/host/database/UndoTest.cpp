@@ -145,23 +145,56 @@ TEST_F(Undo, RollbackReachesObjectsThatAreStillOpen) {
     EXPECT_EQ(bytes(), original);
 }
 
-TEST_F(Undo, EmptyGroupIsAStepToo) {
-    command({{0, 1.0}});
+TEST_F(Undo, AGroupThatChangedNothingIsNoStep) {
     command({});
-    EXPECT_EQ(undoLog(*database).undoSteps(), 2U);
-    EXPECT_TRUE(undo(*database));
-    EXPECT_NE(bytes(), original);
+    command({{0, 1.0}});
+    const std::string after = bytes();
+    beginGroup(*database, L"SCRIPT");
+    command({});
+    command({});
+    endGroup(*database);
+    const std::uint64_t empty = beginGroup(*database, L"LOOKS");
+    endGroup(*database);
+    EXPECT_EQ(undoLog(*database).undoSteps(), 1U);
     EXPECT_TRUE(undo(*database));
     EXPECT_EQ(bytes(), original);
+    EXPECT_FALSE(undo(*database));
+    EXPECT_TRUE(undoLog(*database).stands(empty)) << "nothing of it has been taken back";
+    command({});
+    EXPECT_TRUE(redo(*database)) << "what changes nothing leaves what can be done again";
+    EXPECT_EQ(bytes(), after);
 }
 
-TEST_F(Undo, StepsAreNamed) {
-    EXPECT_EQ(undoLog(*database).undoName(), L"");
+TEST_F(Undo, InsideAGroupWhatChangedNothingIsPassedOverToo) {
+    beginGroup(*database, L"SCRIPT");
     command({{0, 1.0}});
-    EXPECT_EQ(undoLog(*database).undoName(), L"TURN");
+    command({});
+    EXPECT_TRUE(undo(*database));
+    EXPECT_EQ(bytes(), original);
+    EXPECT_FALSE(undo(*database));
+    endGroup(*database);
+    EXPECT_EQ(undoLog(*database).undoSteps(), 0U);
+}
+
+TEST_F(Undo, StepsAreNamedAndTellHowManyEntitiesTheyChanged) {
+    EXPECT_FALSE(undoLog(*database).undoStep());
+    EXPECT_FALSE(undoLog(*database).redoStep());
+    command({{0, 1.0}, {1, 1.0}, {0, 2.0}});
+    EXPECT_EQ(undoLog(*database).undoStep().value().name, L"TURN");
+    EXPECT_EQ(undoLog(*database).undoStep().value().entities, 2U);
     undo(*database);
-    EXPECT_EQ(undoLog(*database).undoName(), L"");
-    EXPECT_EQ(undoLog(*database).redoName(), L"TURN");
+    EXPECT_FALSE(undoLog(*database).undoStep());
+    EXPECT_EQ(undoLog(*database).redoStep().value().name, L"TURN");
+    EXPECT_EQ(undoLog(*database).redoStep().value().entities, 2U);
+    turn(0, 1.0);
+    EXPECT_EQ(undoLog(*database).undoStep().value().name, L"");
+    EXPECT_EQ(undoLog(*database).undoStep().value().entities, 1U);
+    beginGroup(*database, L"SCRIPT");
+    command({{0, 3.0}});
+    command({{0, 4.0}, {5, 1.0}});
+    endGroup(*database);
+    EXPECT_EQ(undoLog(*database).undoStep().value().name, L"SCRIPT");
+    EXPECT_EQ(undoLog(*database).undoStep().value().entities, 2U);
 }
 
 TEST_F(Undo, ScriptAroundCommandsIsOneStepOnceItHasEnded) {

@@ -32,6 +32,13 @@ class Geos {
     bool meets(GEOSGeometry* a, GEOSGeometry* b) const {
         return GEOSIntersects_r(context_, a, b) == 1;
     }
+    double distance(const PlanPoint& point, GEOSGeometry* g) const {
+        GEOSGeometry* const dot = GEOSGeom_createPointFromXY_r(context_, point.x, point.y);
+        double value = -1.0;
+        GEOSDistance_r(context_, dot, g, &value);
+        free(dot);
+        return value;
+    }
     void free(GEOSGeometry* g) const { GEOSGeom_destroy_r(context_, g); }
 
   private:
@@ -155,4 +162,17 @@ TEST(PlanFigureLaws, APolygonThatIsRefusedIsNoneForGeosEither) {
         geos.free(polygon);
     }
     EXPECT_GT(refused, 1000);
+}
+
+TEST(PlanFigureLaws, DistancesAgreeWithGeos) {
+    const Geos geos;
+    Grid grid;
+    for (int i = 0; i < 20000; ++i) {
+        const Points drawn = grid.line(grid.upTo(5));
+        const PlanPoint point = grid.point();
+        GEOSGeometry* line = geos.line(drawn);
+        ASSERT_NEAR(figure(drawn).distanceTo(point), geos.distance(point, line), 1e-14) << i;
+        ASSERT_LE(figure(drawn).box().distanceTo(point), figure(drawn).distanceTo(point)) << i;
+        geos.free(line);
+    }
 }

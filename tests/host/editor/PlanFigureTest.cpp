@@ -134,3 +134,22 @@ TEST(PlanFigure, FarFromTheOriginTheSameHolds) {
     EXPECT_FALSE(figure({{x - 1, y + 0.5}, {x + 0.5, y - 1}}).crosses(far));
     EXPECT_TRUE(figure({{x, y}, {x + 10, y + 10}}).inside(far));
 }
+
+TEST(PlanFigure, DistancesAreToTheDrawnLinesAndTheirEnds) {
+    EXPECT_EQ(figure({{0, 0}, {10, 0}}).distanceTo({5, 3}), 3.0);
+    EXPECT_EQ(figure({{0, 0}, {10, 0}}).distanceTo({13, 4}), 5.0);
+    EXPECT_EQ(figure({{0, 0}, {10, 0}}).distanceTo({4, 0}), 0.0);
+    EXPECT_EQ(figure({{3, 4}}).distanceTo({0, 0}), 5.0) << "a dot";
+    EXPECT_EQ(figure(square, true).distanceTo({5, 4}), 4.0) << "the border counts";
+    EXPECT_GT(figure({}).distanceTo({0, 0}), 1e300);
+    // Where maps are.
+    EXPECT_EQ(figure({{25496000, 6672000}, {25496000, 6673000}}).distanceTo({25496002.5, 6672100}),
+              2.5);
+}
+
+TEST(PlanFigure, ABoxIsAsFarAsItsNearestPoint) {
+    EXPECT_EQ(box.distanceTo({5, 5}), 0.0);
+    EXPECT_EQ(box.distanceTo({10, 0}), 0.0);
+    EXPECT_EQ(box.distanceTo({5, 12}), 2.0);
+    EXPECT_EQ(box.distanceTo({-3, -4}), 5.0);
+}

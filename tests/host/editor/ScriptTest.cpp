@@ -170,3 +170,54 @@ TEST(Script, EncodingsAreToldApart) {
     // Not an escape of drawings: a folder may be called so.
     EXPECT_EQ(decodeScript("C:\\U+00E4"), L"C:\\U+00E4");
 }
+
+// What a script asks of the command line once `read` replies have been taken: the replies at the
+// prompt for commands, each in brackets.
+namespace {
+
+std::wstring commandsAfter(int read, const std::wstring& script,
+                           ScriptInput::Of of = ScriptInput::Of::file) {
+    ScriptInput input(script, L"RUN.scr", of);
+    for (int i = 0; i < read; ++i) input.next({});
+    std::wstring all;
+    while (true) {
+        input.commandComes();
+        const bool pending = input.pending();
+        const Reply reply = input.next({Request::Kind::command, {}, {}});
+        EXPECT_EQ(pending, reply.kind != Reply::Kind::end);
+        if (reply.kind == Reply::Kind::end) return all;
+        all += L"[" + reply.text + L"]";
+    }
+}
+
+}  // namespace
+
+TEST(Script, EmptyLinesAtItsEndAreNoCommands) {
+    EXPECT_EQ(commandsAfter(0, L"A\n\n"), L"[A]");
+    EXPECT_EQ(commandsAfter(0, L"A\r\n\r\n \t\n; done\n\n"), L"[A]");
+    EXPECT_EQ(commandsAfter(0, L"A\n\nB\n\n\n"), L"[A][][B]") << "only those at the end";
+    EXPECT_EQ(commandsAfter(0, L"A\n\n ;no comment\n"), L"[A][][][;no][comment]");
+    EXPECT_EQ(commandsAfter(0, L"A \n"), L"[A]") << "a blank before the last line's end as well";
+    EXPECT_EQ(commandsAfter(0, L"\n\n"), L"");
+    EXPECT_EQ(commandsAfter(0, L""), L"");
+}
+
+TEST(Script, EmptyLinesAtItsEndAreAnswersWhereSomethingIsAsked) {
+    EXPECT_EQ(replies(L"A\n\n\n"), L"[A][][]");
+    EXPECT_EQ(commandsAfter(2, L"A\n\n\nB\n"), L"[][B]");
+    EXPECT_EQ(commandsAfter(2, L"A\n\n\n"), L"");
+}
+
+TEST(Script, WhatIsSentToTheCommandLineIsMeantAsItStands) {
+    EXPECT_EQ(commandsAfter(0, L"A\n\n", ScriptInput::Of::sentText), L"[A][]");
+    EXPECT_EQ(commandsAfter(0, L"\n", ScriptInput::Of::sentText), L"[]");
+}
+
+TEST(Script, ARepliesRestIsWhatStandsBehindItInItsLine) {
+    ScriptInput input(L"OPEN a b.dxf\nNEXT\n(list 1) x\n", L"RUN.scr");
+    EXPECT_EQ(input.next({}).rest, L"a b.dxf");
+    EXPECT_EQ(input.next({}).rest, L"b.dxf");
+    EXPECT_EQ(input.next({}).rest, L"");
+    EXPECT_EQ(input.next({}).rest, L"");
+    EXPECT_EQ(input.next({}).rest, L"x");
+}
