@@ -6,30 +6,13 @@
 
 #include "GeomEnts/Arc.h"
 #include "GeomStructs/PolyLine.h"
+#include "tests/GeomEnts/AnyArc.h"
 
 namespace TamLib {
 namespace {
 
-double AnyNumber(double extent) {
-    return *rc::gen::inRange(-1000000, 1000001) / 1e6 * extent;
-}
-
-Arc AnyArc(bool onMap) {
-    Point3d start(AnyNumber(100), AnyNumber(100), AnyNumber(10));
-    if (onMap) start += Point3d(25e6, 7e6, 0);
-    const Line chord(start, start + Point3d(AnyNumber(100), AnyNumber(100), AnyNumber(10)));
-    RC_PRE(chord.Length2d() > 1.0);
-    const double height = AnyNumber(4) * chord.Length2d();
-    RC_PRE(std::fabs(height) > 0.01 * chord.Length2d());
-    return {height, chord};
-}
-
-double Slack(const Arc& arc) {
-    return 1e-9 * (1 + arc.Radius()) + 1e-14 * (std::fabs(arc.x1) + std::fabs(arc.y1));
-}
-
 RC_GTEST_PROP(ArcFlatteningLaws, KeepsTheEndsAndStaysWithinTheStep, (bool onMap, bool byAngle)) {
-    const Arc arc = AnyArc(onMap);
+    const Arc arc = AnyArc(onMap, 4);
     const double angle = *rc::gen::inRange(1, 100) / 100.0;
     const PolyLine line = arc.ToPolyLine(byAngle ? angle : angle * arc.Radius(), byAngle);
     const double slack = Slack(arc), radius = arc.Radius();
@@ -50,14 +33,14 @@ RC_GTEST_PROP(ArcFlatteningLaws, KeepsTheEndsAndStaysWithinTheStep, (bool onMap,
 }
 
 RC_GTEST_PROP(ArcFlatteningLaws, LengthsComeNearTheArc, ()) {
-    const Arc arc = AnyArc(false);
+    const Arc arc = AnyArc(false, 4);
     const double length = arc.ToPolyLine(0.01, true).Length2d();
     RC_ASSERT(length < arc.Length() * (1 + 1e-9));
     RC_ASSERT(length > arc.Length() * (1 - 1e-4));
 }
 
 RC_GTEST_PROP(ArcIntersectLaws, HitsLieOnTheLineAndOnTheArc, ()) {
-    const Arc arc = AnyArc(false);
+    const Arc arc = AnyArc(false, 4);
     const Line line({AnyNumber(300), AnyNumber(300), 0}, {AnyNumber(300), AnyNumber(300), 0});
     RC_PRE(line.Length2d() > 1.0);
     Point3dArrayBase<Point3d> points;
@@ -71,7 +54,7 @@ RC_GTEST_PROP(ArcIntersectLaws, HitsLieOnTheLineAndOnTheArc, ()) {
 }
 
 RC_GTEST_PROP(ArcIntersectLaws, ArcsMeetInTheSamePointsWhicheverIsAsked, ()) {
-    const Arc a = AnyArc(false), b = AnyArc(false);
+    const Arc a = AnyArc(false, 4), b = AnyArc(false, 4);
     Point3dArrayBase<Point3d> here, there;
     // Circles are compared by the distance of their centres in space.
     const Arc flatA(a.height, Line({a.x1, a.y1, 0}, {a.x2, a.y2, 0}));

@@ -6,13 +6,10 @@
 #include <cmath>
 
 #include "GeomStructs/PolyArc.h"
+#include "tests/GeomEnts/AnyArc.h"
 
 namespace TamLib {
 namespace {
-
-double AnyNumber(double extent) {
-    return *rc::gen::inRange(-1000000, 1000001) / 1e6 * extent;
-}
 
 // Segments of 1 to 60 units, every third straight, the others with bulges up to `most`.
 PolyArc AnyLine(double most) {
