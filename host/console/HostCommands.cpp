@@ -160,7 +160,7 @@ using StepNote = database::UndoLog::StepNote;
 
 // "ZEPTAlignEntities taken back: 68 entities."
 void tellStep(Session& session, const StepNote& step, const wchar_t* what) {
-    const std::wstring name = step.name.empty() ? L"What no command did" : step.name;
+    const std::wstring name = step.name.empty() ? L"A change outside of commands" : step.name;
     const std::wstring count = step.entities == 0
                                    ? L""
                                    : L": " + std::to_wstring(step.entities) +

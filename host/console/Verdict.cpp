@@ -64,8 +64,9 @@ std::wstring knownElsewhereAs(const std::wstring& typed) {
 }
 
 std::wstring unknownCommand(const Session& session, const std::wstring& typed) {
-    const std::wstring ours = knownElsewhereAs(typed);
-    const std::wstring hint = ours.empty() ? editor::didYouMean(typed, session.commandNames())
+    const std::wstring name = typed.substr(std::min(typed.find_first_not_of(L"_.'"), typed.size()));
+    const std::wstring ours = knownElsewhereAs(name);
+    const std::wstring hint = ours.empty() ? editor::didYouMean(name, session.commandNames())
                                            : L"; did you mean " + ours + L"?";
     return L"there is no command " + shown(typed) + (hint.empty() ? L"." : hint) +
            L" HELP lists the commands";
