@@ -106,7 +106,9 @@ std::vector<std::wstring> linesOf(const std::vector<std::wstring>& sentences, do
         std::wstring word;
         while (words >> word) {
             std::wstring& line = lines.back();
-            const std::wstring longer = line.empty() ? word : line + L" " + word;
+            std::wstring longer = line;
+            if (!line.empty()) longer += L' ';
+            longer += word;
             if (line.empty() || lines.size() == most || widthOf(longer) * size <= width)
                 line = longer;
             else

@@ -34,7 +34,7 @@ constexpr std::size_t mostStepsOfChange = 400'000;
 constexpr std::size_t leastOfTurned = 24;
 // So many turned entities are drawn before and after; further ones have their ground alone.
 constexpr std::size_t mostTurned = 20'000;
-constexpr std::size_t mostGrounds = 200'000;
+constexpr std::size_t mostGrounds = 50'000;
 // So many of those left have a cross or a title.
 constexpr std::size_t mostMarks = 20'000;
 

@@ -26,6 +26,7 @@ std::vector<SegmentWidth> widthsOf(const database::PolylineFields& polyline) {
     const auto isGiven = [](const auto& v) { return v.startWidth != 0.0 || v.endWidth != 0.0; };
     const auto& vertices = polyline.vertices;
     const bool given = std::any_of(vertices.begin(), vertices.end(), isGiven);
+    widths.reserve(vertices.size());
     for (const auto& v : vertices)
         widths.push_back(given ? SegmentWidth{width(v.startWidth), width(v.endWidth)}
                                : SegmentWidth{width(polyline.constantWidth),  //
