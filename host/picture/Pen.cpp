@@ -14,13 +14,14 @@ constexpr double thinnest = 0.13;      // a dot at 200 dots per inch
 constexpr double widest = 0.6;         // the picked line is wider
 constexpr double dotLength = 0.2;      // of a line type's dots
 constexpr double finestPattern = 0.6;  // below this a pattern is a smear
+constexpr double largest = 5000.0;     // renderers calculate with limited numbers
 
 constexpr double standardWeight = 25.0;
 
 std::vector<double> dashesOf(const Sheet& sheet, std::vector<double> lengths, double scale) {
     for (double& length : lengths) length *= scale;
     const double period = std::accumulate(lengths.begin(), lengths.end(), 0.0);
-    if (!(period >= sheet.units(finestPattern)) || !std::isfinite(period)) return {};
+    if (!(period >= sheet.units(finestPattern)) || !(period <= sheet.units(largest))) return {};
     const double dot = sheet.units(dotLength);
     for (std::size_t i = 0; i + 1 < lengths.size(); i += 2) {
         if (lengths[i] >= dot) continue;
@@ -45,8 +46,8 @@ Stroke strokeOf(const Sheet& sheet, int weight, double width, const std::vector<
                 double patternScale) {
     Stroke stroke;
     stroke.width = sheet.units(widthOfWeight(weight));
-    stroke.isWide = width > stroke.width && std::isfinite(width);
-    if (stroke.isWide) stroke.width = width;
+    stroke.isWide = width > stroke.width;
+    if (stroke.isWide) stroke.width = std::min(width, sheet.units(largest));
     stroke.dashes = dashesOf(sheet, pattern, patternScale);
     return stroke;
 }

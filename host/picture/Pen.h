@@ -39,7 +39,8 @@ struct Stroke {
 };
 
 // `pattern`: the lengths of a line type, dashes and gaps in turn, dots of length 0. Patterns too
-// fine to be seen are continuous; dots get a length that can be seen.
+// fine to be seen, or longer than five metres on paper, are continuous; dots get a length that can
+// be seen.
 Stroke strokeOf(const Sheet& sheet, int weight, double width, const std::vector<double>& pattern,
                 double patternScale);
 

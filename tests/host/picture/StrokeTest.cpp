@@ -93,6 +93,15 @@ TEST(LineType, TooFineUnknownAndContinuousOnesAreContinuous) {
         EXPECT_TRUE(dashesOf(std::string("6 ") + name).empty()) << name;
 }
 
+// Renderers calculate with limited numbers.
+TEST(LineType, AndWidthOutOfAllProportionAreBounded) {
+    EXPECT_TRUE(dashesOf("6 DASHED|48 1e6").empty());
+    EXPECT_TRUE(dashesOf("6 DASHED|48 1e308").empty());
+    const Pictured picture(
+        framed().entity("LWPOLYLINE|5 2F|8 0|90 2|70 0|43 1e90|10 10.0|20 10.0|10 30.0|20 10.0"));
+    EXPECT_NEAR(widthOf(picture, picture.svg.byId("h2F")), 5000, 1);
+}
+
 TEST(LineType, ComesFromTheLayerOrTheBlockReferenceAndGrowsWithIt) {
     DrawingText drawing = framed();
     drawing.block("B", {"LINE|5 A1|8 0|6 BYBLOCK|10 0.0|20 0.0|11 20.0|21 0.0",
