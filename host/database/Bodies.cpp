@@ -134,6 +134,10 @@ void writeSide(BodyWriter& out, const Circle& circle, double radius) {
 
 }  // namespace
 
+AcGePoint3d vertexOfCircle(const AcGePoint3d& center, const AcGeVector3d& normal, double radius) {
+    return center + normal.normal().perpVector() * radius;
+}
+
 // The side runs between two circles; each is shared with a plane. Edges run counter-clockwise about
 // the axis, and each face has its part of them so that the body lies on the left, seen from
 // outside.
@@ -164,8 +168,8 @@ void writeBody(const Cylinder& cylinder, BodyWriter& out) {
     /* 20 */ writeCircle(out, baseCircle);
     /* 21 */ writeVertex(out, 18, BodyWriter::kBoth, 24);
     /* 22 */ writeCircle(out, topCircle);
-    /* 23 */ writePoint(out, cylinder.base + major);
-    /* 24 */ writePoint(out, top + major);
+    /* 23 */ writePoint(out, vertexOfCircle(cylinder.base, cylinder.axis, cylinder.radius));
+    /* 24 */ writePoint(out, vertexOfCircle(top, cylinder.axis, cylinder.radius));
 }
 
 // The region's one face has both sides outside. Its edges run counter-clockwise about the normal.
@@ -178,7 +182,8 @@ void writeBody(const RegionLoop& loop, BodyWriter& out) {
     const AcGeVector3d up = loop.normal.normal();
     const AcGeVector3d major = up.perpVector() * loop.radius;
     const auto corner = [&](int i) {
-        return disc ? loop.center + major : loop.corners[static_cast<std::size_t>(i % edges)];
+        return disc ? vertexOfCircle(loop.center, loop.normal, loop.radius)
+                    : loop.corners[static_cast<std::size_t>(i % edges)];
     };
     const auto along = [&](int i) { return corner(i + 1) - corner(i); };
     writeHead(out);

@@ -13,6 +13,9 @@
 
 namespace host::database {
 
+// Where a circle's one vertex stands.
+AcGePoint3d vertexOfCircle(const AcGePoint3d& center, const AcGeVector3d& normal, double radius);
+
 // A cylinder from its base to base + axis.
 struct Cylinder {
     AcGePoint3d base;

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/database/Bodies.h"
 #include "host/database/DatabaseImp.h"
 #include "host/database/Fault.h"
 #include "host/database/ObjectFields.h"
@@ -27,10 +28,14 @@ ACRX_NO_CONS_DEFINE_MEMBERS(AcBrBrepFaceTraverser, AcBrTraverser)
 ACRX_NO_CONS_DEFINE_MEMBERS(AcBrFaceLoopTraverser, AcBrTraverser)
 ACRX_NO_CONS_DEFINE_MEMBERS(AcBrLoopEdgeTraverser, AcBrTraverser)
 
-// Faces with their loops with their edges, each of which runs in the direction of its loop.
+struct AcBrImpEdge {
+    std::array<AcGePoint3d, 2> ends;
+    bool forward = true;  // it runs as its loop does
+};
+
+// Faces with their loops with their edges.
 struct AcBrImpBody {
-    using Edge = std::array<AcGePoint3d, 2>;
-    using Loop = std::vector<Edge>;
+    using Loop = std::vector<AcBrImpEdge>;
     using Face = std::vector<Loop>;
     std::vector<Face> faces;
 };
@@ -42,24 +47,38 @@ using Body = std::shared_ptr<const AcBrImpBody>;
 // By this class modules see that the reader is there.
 const AcRxClass& registered = *AcBrEntity::desc();
 
-// In the place in which bodies have their vertex (Bodies.cpp).
-AcBrImpBody::Loop circle(const AcGePoint3d& center, const AcGeVector3d& normal, double radius) {
-    const AcGePoint3d end = center + normal.normal().perpVector() * radius;
-    return {{end, end}};
+AcBrImpBody::Loop circle(const AcGePoint3d& center, const AcGeVector3d& normal, double radius,
+                         bool forward) {
+    const AcGePoint3d end = vertexOfCircle(center, normal, radius);
+    return {{{end, end}, forward}};
 }
 
+bool isBefore(const AcGePoint3d& a, const AcGePoint3d& b) {
+    return std::tie(a.x, a.y, a.z) < std::tie(b.x, b.y, b.z);
+}
+
+// An edge belongs to no loop more than to another: it runs from the lesser of its corners.
 AcBrImpBody bodyOf(const RegionLoop& loop) {
-    if (loop.corners.empty()) return {{{circle(loop.center, loop.normal, loop.radius)}}};
+    if (loop.corners.empty()) return {{{circle(loop.center, loop.normal, loop.radius, true)}}};
     AcBrImpBody::Loop edges;
-    for (std::size_t i = 0; i < loop.corners.size(); ++i)
-        edges.push_back({loop.corners[i], loop.corners[(i + 1) % loop.corners.size()]});
+    for (std::size_t i = 0; i < loop.corners.size(); ++i) {
+        const AcGePoint3d& from = loop.corners[i];
+        const AcGePoint3d& to = loop.corners[(i + 1) % loop.corners.size()];
+        const bool forward = isBefore(from, to);
+        edges.push_back({{forward ? from : to, forward ? to : from}, forward});
+    }
     return {{{edges}}};
 }
 
+// Both ends are seen from outside, the side's loops run against theirs.
 AcBrImpBody bodyOf(const SolidFields& solid) {
-    const auto base = circle(solid.base, solid.axis, solid.radius);
-    const auto top = circle(solid.base + solid.axis, solid.axis, solid.radius);
-    return {{{base, top}, {base}, {top}}};
+    const auto base = [&](bool forward) {
+        return circle(solid.base, solid.axis, solid.radius, forward);
+    };
+    const auto top = [&](bool forward) {
+        return circle(solid.base + solid.axis, solid.axis, solid.radius, forward);
+    };
+    return {{{base(true), top(false)}, {base(false)}, {top(true)}}};
 }
 
 AcBr::ErrorStatus read(const AcDbObject& object, Body& body) {
@@ -82,22 +101,24 @@ AcBr::ErrorStatus read(const AcDbObject& object, Body& body) {
 // What the reader's objects know of each other.
 struct AcBrImpAccess {
     static const Body& bodyOf(const AcBrEntity& entity) { return entity.m_body; }
-    static void setBody(AcBrEntity& entity, Body body) { entity.m_body = std::move(body); }
+    static void setBody(AcBrEntity& entity, Body body) {
+        entity.m_body = std::move(body);
+        entity.m_edge = nullptr;
+    }
 
     static AcBr::ErrorStatus vertexOf(const AcBrEdge& edge, std::size_t end, AcBrEntity& vertex) {
-        if (edge.m_body == nullptr) return AcBr::eNullObjectPointer;
+        if (edge.m_edge == nullptr) return AcBr::eNullObjectPointer;
         vertex.m_body = edge.m_body;
-        vertex.m_face = edge.m_face;
-        vertex.m_loop = edge.m_loop;
         vertex.m_edge = edge.m_edge;
         vertex.m_end = end;
         return AcBr::eOk;
     }
+    static const AcBrImpEdge& edgeAt(const AcBrTraverser& edges) {
+        return edges.m_body->faces[edges.m_face][edges.m_loop][edges.m_at];
+    }
     static void setEdge(const AcBrTraverser& edges, AcBrEntity& edge) {
         edge.m_body = edges.m_body;
-        edge.m_face = edges.m_face;
-        edge.m_loop = edges.m_loop;
-        edge.m_edge = edges.m_at;
+        edge.m_edge = &edgeAt(edges);
     }
     static std::size_t faceAt(const AcBrTraverser& faces) { return faces.m_at; }
     static std::pair<std::size_t, std::size_t> loopAt(const AcBrTraverser& loops) {
@@ -115,7 +136,10 @@ AcBr::ErrorStatus AcBrEntity::setSubentPath(AcDbFullSubentPath& path) {
     if (database == nullptr) return AcBr::eInvalidObjectId;
     const AcDbObject* const object = database->object(AcDbImpDatabase::numberOf(id));
     if (object == nullptr || object->isErased()) return AcBr::eInvalidObjectId;
-    return read(*object, m_body);
+    Body body;
+    const AcBr::ErrorStatus status = read(*object, body);
+    if (status == AcBr::eOk) AcBrImpAccess::setBody(*this, std::move(body));
+    return status;
 }
 
 AcBr::ErrorStatus AcBrEntity::setValidationLevel(const AcBr::ValidationLevel& /*level*/) {
@@ -142,8 +166,8 @@ AcBr::ErrorStatus AcBrEdge::getVertex2(AcBrVertex& vertex) const {
 
 AcBr::ErrorStatus AcBrVertex::getPoint(AcGePoint3d& point) const {
     HOST_CALL("AcBrVertex::getPoint");
-    if (m_body == nullptr) return AcBr::eNullObjectPointer;
-    point = m_body->faces[m_face][m_loop][m_edge][m_end];
+    if (m_edge == nullptr) return AcBr::eNullObjectPointer;
+    point = m_edge->ends[m_end];
     return AcBr::eOk;
 }
 
@@ -194,6 +218,6 @@ AcBr::ErrorStatus AcBrLoopEdgeTraverser::getEdge(AcBrEdge& edge) const {
 AcBr::ErrorStatus AcBrLoopEdgeTraverser::getEdgeOrientToLoop(Adesk::Boolean& isForward) const {
     HOST_CALL("AcBrLoopEdgeTraverser::getEdgeOrientToLoop");
     if (done()) return AcBr::eNotApplicable;
-    isForward = true;
+    isForward = AcBrImpAccess::edgeAt(*this).forward;
     return AcBr::eOk;
 }

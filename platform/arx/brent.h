@@ -9,7 +9,8 @@
 #include <memory>
 
 class AcBrBrep;
-struct AcBrImpBody;  // the host's
+struct AcBrImpBody;  // the host's, as the next one
+struct AcBrImpEdge;
 
 class AcBrEntity : public AcRxObject {
   public:
@@ -18,7 +19,8 @@ class AcBrEntity : public AcRxObject {
     // The whole body of the entity that `path` leads to. The host reads the bodies that it made
     // itself. eNullObjectId without an entity, eInvalidObjectId for one that is gone,
     // eWrongObjectType for one without a body, eNotImplementedYet for the body of a drawing's
-    // entity, which is kept as it stands. The object is unchanged then.
+    // entity, which is kept as it stands. The object is unchanged then. An edge or vertex that is
+    // given a path is no longer the one that it was, and none of its new body.
     AcBr::ErrorStatus setSubentPath(AcDbFullSubentPath& path);
     AcBr::ErrorStatus setValidationLevel(const AcBr::ValidationLevel& level);
     // The body that this is part of. eNullObjectPointer before a path was set.
@@ -27,5 +29,6 @@ class AcBrEntity : public AcRxObject {
   protected:
     friend struct AcBrImpAccess;
     std::shared_ptr<const AcBrImpBody> m_body;
-    std::size_t m_face = 0, m_loop = 0, m_edge = 0, m_end = 0;
+    const AcBrImpEdge* m_edge = nullptr;  // of the body; null for the whole of it
+    std::size_t m_end = 0;
 };

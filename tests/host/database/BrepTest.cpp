@@ -55,6 +55,7 @@ class BrepOfATriangle : public testing::Test {
 
 TEST_F(BrepOfATriangle, HasAFaceOfALoopOfThreeEdges) {
     std::vector<AcGePoint3d> starts, ends;
+    std::vector<bool> directions;
     while (!edges.done()) {
         AcBrEdge edge;
         AcBrVertex first, second;
@@ -62,7 +63,7 @@ TEST_F(BrepOfATriangle, HasAFaceOfALoopOfThreeEdges) {
         Adesk::Boolean forward = Adesk::kFalse;
         EXPECT_EQ(AcBr::eOk, edges.getEdge(edge));
         EXPECT_EQ(AcBr::eOk, edges.getEdgeOrientToLoop(forward));
-        EXPECT_TRUE(forward);
+        directions.push_back(forward);
         EXPECT_EQ(AcBr::eOk, edge.getVertex1(first));
         EXPECT_EQ(AcBr::eOk, edge.getVertex2(second));
         EXPECT_EQ(AcBr::eOk, first.getPoint(start));
@@ -74,9 +75,12 @@ TEST_F(BrepOfATriangle, HasAFaceOfALoopOfThreeEdges) {
     const AcGePoint3d corners[] = {{0, 0, 0}, {4, 0, 0}, {0, 3, 0}};
     ASSERT_EQ(3u, starts.size());
     for (std::size_t i = 0; i < 3; ++i) {
-        EXPECT_EQ(0.0, starts[i].distanceTo(corners[i]));
-        EXPECT_EQ(0.0, ends[i].distanceTo(corners[(i + 1) % 3]));
+        const bool forward = directions[i];
+        EXPECT_EQ(0.0, starts[i].distanceTo(corners[(forward ? i : i + 1) % 3]));
+        EXPECT_EQ(0.0, ends[i].distanceTo(corners[(forward ? i + 1 : i) % 3]));
     }
+    // An edge runs from its lesser corner.
+    EXPECT_EQ((std::vector<bool>{true, false, false}), directions);
     EXPECT_EQ(AcBr::eOk, loops.next());
     EXPECT_TRUE(loops.done());
     EXPECT_EQ(AcBr::eOk, faces.next());
@@ -95,6 +99,34 @@ TEST_F(BrepOfATriangle, RefusesWhatLiesBehindTheEnd) {
     EXPECT_EQ(AcBr::eNullObjectPointer, edges.setLoop(loops));
     EXPECT_EQ(AcBr::eOk, faces.next());
     EXPECT_EQ(AcBr::eNullObjectPointer, loops.setFace(faces));
+}
+
+TEST_F(BrepOfATriangle, HasNoEdgeOrVertexByPath) {
+    AcDbCircle circle({1, 2, 0}, AcGeVector3d::kZAxis, 5);
+    AcDbObjectId disc;
+    ASSERT_EQ(Acad::eOk, test::append(*database, regionOf(circle), &disc));
+    for (int i = 0; i < 2; ++i) EXPECT_EQ(AcBr::eOk, edges.next());
+    AcBrEdge edge;
+    AcBrVertex vertex;
+    AcGePoint3d point(7, 8, 9);
+    for (const AcDbObjectId body : {disc, id}) {
+        AcDbFullSubentPath path(body, AcDb::kNullSubentType, 0);
+        EXPECT_EQ(AcBr::eOk, edges.getEdge(edge));
+        EXPECT_EQ(AcBr::eOk, edge.getVertex2(vertex));
+        EXPECT_EQ(AcBr::eOk, vertex.getPoint(point));
+        EXPECT_EQ(AcBr::eOk, vertex.setSubentPath(path));
+        EXPECT_EQ(AcBr::eNullObjectPointer, vertex.getPoint(point));
+        EXPECT_EQ(AcBr::eOk, edge.setSubentPath(path));
+        EXPECT_EQ(AcBr::eNullObjectPointer, edge.getVertex1(vertex));
+        EXPECT_EQ(AcBr::eNullObjectPointer, edge.getVertex2(vertex));
+    }
+    // A refused path leaves the edge what it was.
+    AcDbFullSubentPath nowhere;
+    EXPECT_EQ(AcBr::eOk, edges.getEdge(edge));
+    EXPECT_EQ(AcBr::eNullObjectId, edge.setSubentPath(nowhere));
+    EXPECT_EQ(AcBr::eOk, edge.getVertex2(vertex));
+    EXPECT_EQ(AcBr::eOk, vertex.getPoint(point));
+    EXPECT_EQ(0.0, point.distanceTo({0, 3, 0}));
 }
 
 TEST_F(BrepOfATriangle, KnowsItsBodyWhenTheRegionIsGone) {
