@@ -147,8 +147,9 @@ class PolyArray : public Array<PolyLine*> {
     // Adds to the model space the regions that the host makes of the polylines as curves. With
     // `merge` regions are united as far as the host can: each in order takes in those behind it,
     // the last one first, and one left empty falls out. The polylines' own entities are removed
-    // again. Returns the status of making the regions, and nothing is left behind when it is not 0;
-    // otherwise the first status of adding that is not 0.
+    // again, which the host can refuse. Returns the status of making the regions, and no region is
+    // added when it is not 0; otherwise the first status that is not 0, of adding them, then of
+    // opening and removing the polylines.
     int MakeRegions(int colour, const wchar_t* layer, bool merge, Array<AcDbObjectId>* ids,
                     AcDbDatabase* database) const;
 

@@ -14,30 +14,56 @@ namespace {
 
 constexpr int kAs3dPolyline = 3;  // regions keep the height of their polyline
 
-// Entities that stand in the drawing for a while: open for write, erased in the end.
+// Entities that stand in the drawing for a while: opened for write, erased in the end.
 class TemporaryCurves {
   public:
-    explicit TemporaryCurves(const Array<AcDbObjectId>& ids) {
-        for (const AcDbObjectId id : ids) {
-            AcDbEntity* entity = nullptr;
-            if (acdbOpenAcDbEntity(entity, id, AcDb::kForWrite) != Acad::eOk) continue;
-            entities_.push_back(entity);
-            curves_.append(AcDbCurve::cast(entity));
-        }
-    }
-    ~TemporaryCurves() {
-        for (AcDbEntity* const entity : entities_) {
-            entity->erase();
-            entity->close();
-        }
-    }
+    TemporaryCurves() = default;
+    ~TemporaryCurves() { Remove(); }
     TemporaryCurves(const TemporaryCurves&) = delete;
     TemporaryCurves& operator=(const TemporaryCurves&) = delete;
-    const AcDbVoidPtrArray& Curves() const { return curves_; }
+
+    // Those that were drawn.
+    Array<AcDbObjectId>& Ids() { return ids_; }
+
+    // The ones that can be opened.
+    const AcDbVoidPtrArray& Open() {
+        for (const AcDbObjectId id : ids_) {
+            AcDbEntity* const entity = OpenForWrite(id);
+            entities_.push_back(entity);
+            if (entity != nullptr) curves_.append(AcDbCurve::cast(entity));
+        }
+        return curves_;
+    }
+
+    // Those that could not be opened are given another chance. The first status of opening or
+    // erasing that is not 0.
+    Acad::ErrorStatus Remove() {
+        entities_.resize(ids_.count);
+        for (std::uint32_t i = 0; i < ids_.count; ++i) {
+            AcDbEntity* const entity =
+                entities_[i] != nullptr ? entities_[i] : OpenForWrite(ids_[i]);
+            if (entity == nullptr) continue;
+            Note(entity->erase());
+            entity->close();
+        }
+        ids_.Clear();
+        return status_;
+    }
 
   private:
-    std::vector<AcDbEntity*> entities_;
+    AcDbEntity* OpenForWrite(AcDbObjectId id) {
+        AcDbEntity* entity = nullptr;
+        Note(acdbOpenAcDbEntity(entity, id, AcDb::kForWrite));
+        return entity;
+    }
+    void Note(Acad::ErrorStatus status) {
+        if (status_ == Acad::eOk) status_ = status;
+    }
+
+    Array<AcDbObjectId> ids_;
+    std::vector<AcDbEntity*> entities_;  // as the ids; null when not open
     AcDbVoidPtrArray curves_;
+    Acad::ErrorStatus status_ = Acad::eOk;
 };
 
 using Regions = std::vector<std::unique_ptr<AcDbEntity>>;
@@ -58,11 +84,10 @@ void Unite(Regions& regions) {
 
 int PolyArray::MakeRegions(int colour, const wchar_t* layer, bool merge, Array<AcDbObjectId>* ids,
                            AcDbDatabase* database) const {
-    Array<AcDbObjectId> drawn;
-    Draw(colour, layer, &drawn, database, kAs3dPolyline);
-    const TemporaryCurves curves(drawn);
+    TemporaryCurves curves;
+    Draw(colour, layer, &curves.Ids(), database, kAs3dPolyline);
     AcDbVoidPtrArray made;
-    const int status = AcDbRegion::createFromCurves(curves.Curves(), made);
+    const int status = AcDbRegion::createFromCurves(curves.Open(), made);
     Regions regions;
     for (int i = 0; i < made.length(); ++i) regions.emplace_back(static_cast<AcDbEntity*>(made[i]));
     if (status != Acad::eOk) return status;
@@ -75,7 +100,8 @@ int PolyArray::MakeRegions(int colour, const wchar_t* layer, bool merge, Array<A
         if (result == Acad::eOk) result = added;
         if (ids != nullptr && added == Acad::eOk) ids->Append(id);
     }
-    return result;
+    const int removed = curves.Remove();
+    return result != Acad::eOk ? result : removed;
 }
 
 }  // namespace TamLib

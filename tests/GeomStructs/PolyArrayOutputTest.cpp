@@ -4,6 +4,9 @@
 #include <dbpl.h>
 #include <dbregion.h>
 
+#include <set>
+#include <string>
+
 #include "tam/TamExceptions.h"
 #include "tests/GeomEnts/DrawnEntities.h"
 #include "tests/GeomStructs/PolyArrayShapes.h"
@@ -148,22 +151,54 @@ TEST(PolyArrayRegions, WithoutACurveTheStatusIsToldAndNothingStays) {
     EXPECT_TRUE(Entities(drawing).empty());
 }
 
-TEST(PolyArrayRegions, AnyCallRefusedLeavesNeitherPolylinesNorAnythingOpen) {
-    std::size_t tried = 0;
-    for (const FailedWrite& outcome : WriteWithEachCallFailing([](const TestDrawing&) {
-             try {
-                 return MakeArray({kSquare, kOverlapping})
-                     .MakeRegions(4, L"areas", true, nullptr, nullptr);
-             } catch (const TamExpAcad&) {
-                 return static_cast<int>(Acad::eOutOfDisk);
-             } catch (const TamExpNoMem&) {
-                 return static_cast<int>(Acad::eOutOfDisk);
-             }
-         })) {
+// The regions in model space, while no call is refused.
+std::size_t RegionsIn(const TestDrawing& drawing) {
+    const host::fault::Quiet quiet;
+    std::size_t regions = 0;
+    for (const AcDbObjectId id : Entities(drawing))
+        regions += host::database::className(id) == L"AcDbRegion" ? 1 : 0;
+    return regions;
+}
+
+TEST(PolyArrayRegions, AnyCallRefusedLeavesNoPolylineUnlessItIsClosingOrErasingOne) {
+    std::vector<std::size_t> regions;
+    const std::vector<FailedWrite> outcomes = WriteWithEachCallFailing([&regions](const TestDrawing&
+                                                                                      drawing) {
+        int status = Acad::eOutOfDisk;
+        try {
+            status = MakeArray({kSquare, kApart}).MakeRegions(4, L"areas", true, nullptr, nullptr);
+        } catch (const TamExpAcad&) {
+        } catch (const TamExpNoMem&) {
+        }
+        regions.push_back(RegionsIn(drawing));
+        return status;
+    });
+    std::set<std::string> leaving;
+    for (std::size_t i = 0; i < outcomes.size(); ++i) {
+        const FailedWrite& outcome = outcomes[i];
         EXPECT_TRUE(outcome.leaks.empty()) << outcome.call << ": " << outcome.leaks.front();
-        ++tried;
+        if (outcome.entities == regions[i]) continue;
+        leaving.insert(outcome.call);
+        EXPECT_EQ(regions[i] + 1, outcome.entities) << outcome.call;
+        EXPECT_NE(Acad::eOk, outcome.status) << outcome.call;
     }
-    EXPECT_GT(tried, 20u);
+    EXPECT_EQ((std::set<std::string>{"AcDbObject::close", "AcDbObject::erase"}), leaving);
+    EXPECT_GT(outcomes.size(), 20u);
+}
+
+TEST(PolyArrayRegions, APolylineThatOpensLateIsRemovedAndItsStatusTold) {
+    for (const Points& other : {Points{}, kApart}) {
+        const TestDrawing drawing{};
+        Array<AcDbObjectId> ids;
+        host::fault::arm("acdbOpenAcDbEntity", 1, Acad::eOutOfDisk);
+        const int status =
+            MakeArray({kSquare, other}).MakeRegions(4, L"areas", true, &ids, nullptr);
+        host::fault::disarm();
+        // Without any other curve the host finds nothing to make.
+        EXPECT_EQ(other.empty() ? Acad::eInvalidInput : Acad::eOutOfDisk, status);
+        EXPECT_EQ(other.empty() ? 0u : 1u, ids.count);
+        EXPECT_EQ(Handles(Entities(drawing)), Handles(ids));
+    }
 }
 
 // --- What the host makes of curves.
