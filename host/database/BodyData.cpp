@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cstdio>
 #include <iterator>
+#include <limits>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "host/database/Names.h"
@@ -87,6 +89,8 @@ class BodySection {
     }
 
   private:
+    using Limits = std::numeric_limits<std::int32_t>;
+
     RecordWriter writer() const {
         return RecordWriter(manner_, [] { return std::uint64_t{0}; });
     }
@@ -107,17 +111,28 @@ class BodySection {
             const dxf::GroupRange groups = document_.groups(record);
             const auto number = groups.find(90), name = groups.find(1);
             const auto value = number ? number->integer() : std::nullopt;
-            if (!value || !name) continue;
+            // Numbers that no group 90 takes are none.
+            if (!value || *value < Limits::min() || *value > Limits::max() || !name) continue;
             numbers_.emplace(document_.decode(name->bytes()), *value);
-            next_ = std::max(next_, *value + 1);
+            taken_.insert(*value);
         }
     }
 
-    // The number of a schema; that of one that the section lacks is taken.
+    // The number of a schema; one that the section lacks gets a number.
     std::int64_t numberOf(const wchar_t* schema) {
-        const auto [found, made] = numbers_.emplace(schema, next_);
-        if (made) ++next_;
-        return found->second;
+        const auto known = numbers_.find(schema);
+        if (known != numbers_.end()) return known->second;
+        const std::int64_t number = freeNumber();
+        taken_.insert(number);
+        return numbers_[schema] = number;
+    }
+    // The one behind the highest, as long as there is one; then the lowest.
+    std::int64_t freeNumber() const {
+        const std::int64_t last = taken_.empty() ? -1 : *taken_.rbegin();
+        if (last < Limits::max()) return std::max<std::int64_t>(last + 1, 0);
+        std::int64_t lowest = 0;
+        while (taken_.count(lowest) != 0) ++lowest;
+        return lowest;
     }
     bool has(const wchar_t* schema) const { return numbers_.count(schema) != 0; }
 
@@ -181,7 +196,7 @@ class BodySection {
     const Manner& manner_;
     RecordIndex behindSchemas_ = 0;
     std::map<std::wstring, std::int64_t> numbers_;
-    std::int64_t next_ = 0;
+    std::set<std::int64_t> taken_;
 };
 
 }  // namespace

@@ -58,6 +58,7 @@ Acad::ErrorStatus AcDbRegion::booleanOper(AcDb::BoolOperType operation, AcDbRegi
     here->corners.clear();
     for (const PlanePoint& p : united[0].outer())
         here->corners.push_back(toWorld * AcGePoint3d(p.x(), p.y(), height));
+    dropShortEdges(here->corners);
     there.reset();
     return Acad::eOk;
 }

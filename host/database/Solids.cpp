@@ -114,8 +114,10 @@ Acad::ErrorStatus AcDbRegion::createFromCurves(const AcDbVoidPtrArray& curves,
     const int before = regions.length();
     std::vector<const AcDbCurve*> known;
     known.reserve(static_cast<std::size_t>(curves.length()));
-    for (int i = 0; i < curves.length(); ++i)
+    for (int i = 0; i < curves.length(); ++i) {
+        if (curves[i] == nullptr) return Acad::eNullObjectPointer;
         known.push_back(static_cast<const AcDbCurve*>(curves[i]));
+    }
     for (RegionLoop& loop : regionLoops(known)) {
         auto* const region = new AcDbRegion;
         if (region == nullptr) return Acad::eOutOfMemory;
@@ -144,7 +146,8 @@ Acad::ErrorStatus AcDb3dSolid::extrudeAlongPath(const AcDbRegion* region, const 
     const auto* const line = AcDbLine::cast(path);
     if (line == nullptr) return Acad::eNotImplementedYet;
     const AcGeVector3d along = line->endPoint() - line->startPoint();
-    if (along.isZeroLength() || !along.isParallelTo(disc.normal)) return Acad::eInvalidInput;
+    if (along.length() < kShortestEdge || !along.isParallelTo(disc.normal))
+        return Acad::eInvalidInput;
     auto& fields = fieldsOf<SolidFields>(*this);
     fields.base = disc.center;
     fields.axis = along;

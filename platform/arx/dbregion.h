@@ -18,7 +18,9 @@ class AcDbRegion : public AcDbEntity {
 
     // New regions, the caller's, bounded by curves, appended to `regions`: each loop that circles,
     // closed polylines of straight segments, and lines and open polylines joined by their ends make
-    // in a plane. All other curves are passed over. eInvalidInput when none was made; eOutOfMemory.
+    // in a plane. All other curves are passed over, and what is shorter than 1e-6 is nothing.
+    // eInvalidInput when none was made; eNullObjectPointer for a null among the curves;
+    // eOutOfMemory.
     static Acad::ErrorStatus createFromCurves(const AcDbVoidPtrArray& curves,
                                               AcDbVoidPtrArray& regions);
 

@@ -4,12 +4,14 @@
 #include <dbpl.h>
 #include <dbregion.h>
 
+#include <cmath>
 #include <set>
 #include <string>
 
 #include "tam/TamExceptions.h"
 #include "tests/GeomEnts/DrawnEntities.h"
 #include "tests/GeomStructs/PolyArrayShapes.h"
+#include "tests/GeomStructs/RegionEntities.h"
 
 namespace TamLib {
 namespace {
@@ -218,6 +220,37 @@ TEST(HostRegions, OnlyClosedFiguresBoundOne) {
     EXPECT_EQ(nullptr, RegionOf(kOpen));
     EXPECT_EQ(nullptr, RegionOf({{0, 0, 0}, {4, 0, 0}, {0, 0, 0}}));
     EXPECT_EQ(nullptr, RegionOf({}));
+}
+
+TEST(HostRegions, AreUnitedWithinAMillionthOfAPlane) {
+    for (const double height : {0.99e-6, 1.01e-6, -0.99e-6, -1.01e-6}) {
+        const auto at = [](double x, double z) {
+            const AcGePoint3d corners[] = {
+                {x, x, z}, {x + 4, x, z}, {x + 4, x + 4, z}, {x, x + 4, z}};
+            AcGePoint3dArray vertices;
+            for (const AcGePoint3d& corner : corners) vertices.append(corner);
+            AcDb3dPolyline ring(AcDb::k3dSimplePoly, vertices, true);
+            return MakeRegion(ring);
+        };
+        const auto into = at(0, 0), taken = at(2, height);
+        EXPECT_EQ(std::fabs(height) < 1e-6 ? Acad::eOk : Acad::eNonCoplanarGeometry,
+                  into->booleanOper(AcDb::kBoolUnite, taken.get()))
+            << height;
+    }
+}
+
+// Of two squares side by side, one of them wider by next to nothing.
+TEST(HostRegions, UnitedHaveNoEdgeTooShortForTheModeller) {
+    auto a = RegionOf({{0, 0, 0}, {4, 0, 0}, {4, 4, 0}, {0, 4, 0}, {0, 0, 0}});
+    const auto b = RegionOf({{2, 0, 0}, {8, 0, 0}, {8, 4 + 4e-7, 0}, {2, 4 + 4e-7, 0}, {2, 0, 0}});
+    ASSERT_EQ(Acad::eOk, a->booleanOper(AcDb::kBoolUnite, b.get()));
+    const TestDrawing drawing{};
+    AcDbObjectId id;
+    ASSERT_EQ(Acad::eOk, ARXAddToModelSpace(a.release(), &id, true));
+    const PolyLine outline(id);
+    ASSERT_LT(3u, outline.count);
+    for (std::uint32_t i = 0; i + 1 < outline.count; ++i)
+        EXPECT_LE(1e-6, Distance(outline.data[i], outline.data[i + 1])) << i;
 }
 
 TEST(HostRegions, UnitingLeavesTheOtherOneEmpty) {

@@ -12,6 +12,7 @@
 
 #include "host/database/Bodies.h"
 #include "tests/host/database/NewEntities.h"
+#include "tests/host/database/NewRegions.h"
 #include "tests/host/support/LedgerListener.h"
 
 namespace host::database {
@@ -143,6 +144,30 @@ TEST(BodyData, SchemaWithoutNumberOrNameIsPassedOver) {
                       .rfind(odd + bodySchema("0", {"1", "2", "3", "4"}), 0));
 }
 
+TEST(BodyData, BehindTheHighestNumberThereIsTheLowestFreeOnes) {
+    const auto other = [](const std::string& number) {
+        return lines("0 ACDSSCHEMA|90 " + number + "|1 Other" + number);
+    };
+    const auto added = [](const std::string& own, const std::vector<std::string>& others) {
+        return bodySchema(own, others) + attributeSchemas(others) +
+               record(own, "2F", "94 1|310 41") + kEnd;
+    };
+    const auto saved = [](const std::string& section) {
+        return withBodies(section + kEnd, {{0x2F, "A"}});
+    };
+    const std::string last = kHead + other("2147483646");
+    EXPECT_EQ(last + added("2147483647", {"0", "1", "2", "3"}), saved(last));
+    const std::string highest = kHead + other("1") + other("2147483647");
+    EXPECT_EQ(highest + added("0", {"2", "3", "4", "5"}), saved(highest));
+    // What no number of a schema can be counts for nothing, a negative one is one.
+    const std::string none = kHead + other("9223372036854775807") + other("2147483648");
+    EXPECT_EQ(none + added("0", {"1", "2", "3", "4"}), saved(none));
+    const std::string negative = kHead + other("-5");
+    EXPECT_EQ(negative + added("0", {"1", "2", "3", "4"}), saved(negative));
+    const std::string own = kHead + bodySchema("-5", {"1", "2", "3", "4"});
+    EXPECT_EQ(own + record("-5", "2F", "94 1|310 41") + kEnd, saved(own));
+}
+
 TEST(BodyData, AChunkHolds127Bytes) {
     const auto chunks = [](std::size_t size) {
         std::vector<std::size_t> sizes;
@@ -230,18 +255,6 @@ TEST(BinaryBody, ValuesStandBehindTheirTypesAndReferencesAreOneHigher) {
 
 // --- solids of drawings
 
-AcDb3dSolid* cylinder() {
-    AcDbCircle circle({1, 2, 3}, AcGeVector3d::kZAxis, 2);
-    AcDbVoidPtrArray curves, regions;
-    curves.append(&circle);
-    EXPECT_EQ(Acad::eOk, AcDbRegion::createFromCurves(curves, regions));
-    const std::unique_ptr<AcDbRegion> disc(static_cast<AcDbRegion*>(regions[0]));
-    const AcDbLine path({1, 2, 3}, {1, 2, 8});
-    auto* const solid = new AcDb3dSolid;
-    EXPECT_EQ(Acad::eOk, solid->extrudeAlongPath(disc.get(), &path));
-    return solid;
-}
-
 class BodiesOfRelease : public testing::TestWithParam<const char*> {
   protected:
     std::unique_ptr<AcDbDatabase> database =
@@ -251,8 +264,8 @@ class BodiesOfRelease : public testing::TestWithParam<const char*> {
 };
 
 TEST_P(BodiesOfRelease, SavingAddsWhatSolidsTakeAndNothingElse) {
-    ASSERT_EQ(Acad::eOk, test::append(*database, cylinder()));
-    ASSERT_EQ(Acad::eOk, test::append(*database, cylinder()));
+    ASSERT_EQ(Acad::eOk, test::append(*database, test::cylinder().release()));
+    ASSERT_EQ(Acad::eOk, test::append(*database, test::cylinder().release()));
     const dxf::Changes changes = pendingChanges(*database);
     const dxf::Document& before = document(*database);
     const auto after = dxf::Document::fromBytes(test::savedBytes(*database), "saved");
@@ -277,15 +290,15 @@ TEST_P(BodiesOfRelease, SavingAddsWhatSolidsTakeAndNothingElse) {
 }
 
 TEST_P(BodiesOfRelease, SavingTwiceWritesTheSame) {
-    ASSERT_EQ(Acad::eOk, test::append(*database, cylinder()));
+    ASSERT_EQ(Acad::eOk, test::append(*database, test::cylinder().release()));
     EXPECT_EQ(test::savedBytes(*database), test::savedBytes(*database));
 }
 
 TEST_P(BodiesOfRelease, SavedDrawingTakesAnotherSolid) {
-    ASSERT_EQ(Acad::eOk, test::append(*database, cylinder()));
+    ASSERT_EQ(Acad::eOk, test::append(*database, test::cylinder().release()));
     const auto again = drawingOf(dxf::Document::fromBytes(test::savedBytes(*database), "saved"));
     const test::Working other(*again);
-    ASSERT_EQ(Acad::eOk, test::append(*again, cylinder()));
+    ASSERT_EQ(Acad::eOk, test::append(*again, test::cylinder().release()));
     const auto saved = dxf::Document::fromBytes(test::savedBytes(*again), "again");
     std::map<std::string, int> counts;
     for (dxf::RecordIndex record = 0; record < saved->size(); ++record)
@@ -298,7 +311,7 @@ TEST_P(BodiesOfRelease, SavedDrawingTakesAnotherSolid) {
 
 TEST_P(BodiesOfRelease, UndoneSolidLeavesNothing) {
     beginGroup(*database, L"solid");
-    ASSERT_EQ(Acad::eOk, test::append(*database, cylinder()));
+    ASSERT_EQ(Acad::eOk, test::append(*database, test::cylinder().release()));
     endGroup(*database);
     EXPECT_NE(document(*database).bytes(), test::savedBytes(*database));
     EXPECT_TRUE(undo(*database));
@@ -314,7 +327,7 @@ INSTANTIATE_TEST_SUITE_P(Releases, BodiesOfRelease,
 TEST(Solids, FromR2013OnHoldTheNameOfTheirBody) {
     for (const char* const release : {"AC1027", "AC1032"}) {
         const auto database = test::DrawingText(release).layer("0").database();
-        ASSERT_EQ(Acad::eOk, test::append(*database, cylinder()));
+        ASSERT_EQ(Acad::eOk, test::append(*database, test::cylinder().release()));
         const auto saved = dxf::Document::fromBytes(test::savedBytes(*database), "saved");
         std::vector<std::string> solid, record;
         std::uint64_t handle = 0;
@@ -343,7 +356,7 @@ TEST(Solids, FromR2013OnHoldTheNameOfTheirBody) {
 
 TEST(Solids, OfABlockHaveTheirBodiesInTheSectionToo) {
     const auto database = test::DrawingText("AC1032").layer("0").block("ring", {}).database();
-    ASSERT_EQ(Acad::eOk, test::append(*database, cylinder(), nullptr, L"ring"));
+    ASSERT_EQ(Acad::eOk, test::append(*database, test::cylinder().release(), nullptr, L"ring"));
     const auto saved = dxf::Document::fromBytes(test::savedBytes(*database), "saved");
     std::vector<std::string> types;
     for (dxf::RecordIndex record = 0; record < saved->size(); ++record) {

@@ -13,31 +13,16 @@
 
 #include "host/database/Geometry.h"
 #include "tests/host/database/NewEntities.h"
+#include "tests/host/database/NewRegions.h"
 #include "tests/host/support/LedgerListener.h"
 
 namespace host::database {
 namespace {
 
-AcDbRegion* regionOf(AcDbCurve& curve) {
-    AcDbVoidPtrArray curves, regions;
-    curves.append(&curve);
-    EXPECT_EQ(Acad::eOk, AcDbRegion::createFromCurves(curves, regions));
-    return static_cast<AcDbRegion*>(regions[0]);
-}
-
-AcDbRegion* triangle() {
-    AcDbPolyline ring;
-    ring.addVertexAt(0, {0, 0});
-    ring.addVertexAt(1, {4, 0});
-    ring.addVertexAt(2, {0, 3});
-    ring.setClosed(true);
-    return regionOf(ring);
-}
-
 class BrepOfATriangle : public testing::Test {
   protected:
     void SetUp() override {
-        ASSERT_EQ(Acad::eOk, test::append(*database, triangle(), &id));
+        ASSERT_EQ(Acad::eOk, test::append(*database, test::triangle().release(), &id));
         AcDbFullSubentPath path(id, AcDb::kNullSubentType, 0);
         ASSERT_EQ(AcBr::eOk, brep.setSubentPath(path));
         ASSERT_EQ(AcBr::eOk, faces.setBrep(brep));
@@ -104,7 +89,7 @@ TEST_F(BrepOfATriangle, RefusesWhatLiesBehindTheEnd) {
 TEST_F(BrepOfATriangle, HasNoEdgeOrVertexByPath) {
     AcDbCircle circle({1, 2, 0}, AcGeVector3d::kZAxis, 5);
     AcDbObjectId disc;
-    ASSERT_EQ(Acad::eOk, test::append(*database, regionOf(circle), &disc));
+    ASSERT_EQ(Acad::eOk, test::append(*database, test::regionOf(circle).release(), &disc));
     for (int i = 0; i < 2; ++i) EXPECT_EQ(AcBr::eOk, edges.next());
     AcBrEdge edge;
     AcBrVertex vertex;
@@ -173,9 +158,9 @@ TEST(Brep, ClassIsThereFromTheBeginning) {
 TEST(Regions, OfTheSessionAreDrawnAsTheirOutlines) {
     const auto database = test::DrawingText().layer("0").database();
     AcDbObjectId polygon, disc;
-    ASSERT_EQ(Acad::eOk, test::append(*database, triangle(), &polygon));
+    ASSERT_EQ(Acad::eOk, test::append(*database, test::triangle().release(), &polygon));
     AcDbCircle circle({1, 2, 0}, AcGeVector3d::kZAxis, 5);
-    ASSERT_EQ(Acad::eOk, test::append(*database, regionOf(circle), &disc));
+    ASSERT_EQ(Acad::eOk, test::append(*database, test::regionOf(circle).release(), &disc));
     const std::vector<Chain> chains = drawnChains(polygon, 0.01);
     ASSERT_EQ(1u, chains.size());
     ASSERT_EQ(4u, chains[0].size());

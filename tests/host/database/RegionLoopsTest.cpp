@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -82,6 +83,140 @@ TEST(RegionLoops, ArcsInAPolylineArePassedOver) {
     EXPECT_TRUE(regionLoops({&polyline}).empty());
     polyline.setBulgeAt(0, 0.0);
     EXPECT_EQ(1u, regionLoops({&polyline}).size());
+}
+
+// --- Tolerances, near the origin and far from it.
+
+// Where a figure's corner (0,0) stands.
+const AcGeVector3d kPlaces[] = {{0, 0, 0}, {25496000, 6672000, 12}};
+
+std::size_t countOf(const std::vector<std::vector<AcGePoint3d>>& chains, bool closed,
+                    const AcGeVector3d& place) {
+    std::vector<std::unique_ptr<AcDb3dPolyline>> owned;
+    std::vector<const AcDbCurve*> curves;
+    for (std::vector<AcGePoint3d> points : chains) {
+        for (AcGePoint3d& point : points) point = point + place;
+        owned.push_back(chain(points, closed));
+        curves.push_back(owned.back().get());
+    }
+    return regionLoops(curves).size();
+}
+
+TEST(RegionLoops, EndsMeetWithinAMillionthOfTheSize) {
+    for (const AcGeVector3d& place : kPlaces)
+        for (const double size : {1000.0, 10000.0}) {
+            const auto found = [&](double gap) {
+                // Two chains, as large as the half of a square's diagonal and its side.
+                return countOf({{{0, 0, 0}, {size, 0, 0}, {size, size, 0}},
+                                {{size, size + gap * size, 0}, {0, size, 0}, {0, 0, 0}}},
+                               false, place);
+            };
+            const double diagonal = 1.4142135623730951;
+            EXPECT_EQ(1u, found(0.99e-6 * diagonal)) << size;
+            EXPECT_EQ(0u, found(1.01e-6 * diagonal)) << size;
+        }
+}
+
+TEST(RegionLoops, ARingWhoseEndsMeetLikewiseIsWhole) {
+    for (const AcGeVector3d& place : kPlaces) {
+        const auto found = [&](double gap) {
+            return countOf({{{0, 0, 0}, {1000, 0, 0}, {0, 1000, 0}, {0, gap, 0}}}, false, place);
+        };
+        EXPECT_EQ(1u, found(0.99e-3));
+        EXPECT_EQ(0u, found(1.01e-3));
+    }
+}
+
+TEST(RegionLoops, TheAreaIsToBeAboveAMillionthOfTheSizeSquared) {
+    for (const AcGeVector3d& place : kPlaces) {
+        const auto found = [&](double height) {
+            return countOf({{{0, 0, 0}, {1000, 0, 0}, {500, height, 0}}}, true, place);
+        };
+        EXPECT_EQ(0u, found(0.99e-3));
+        EXPECT_EQ(1u, found(1.01e-3));
+    }
+}
+
+TEST(RegionLoops, CornersLieWithinAMillionthOfTheSizeOfThePlane) {
+    for (const AcGeVector3d& place : kPlaces) {
+        const auto found = [&](double height) {
+            // The plane halves the height of the corner; the size is the diagonal.
+            return countOf({{{0, 0, 0}, {1000, 0, 0}, {1000, 1000, height}, {0, 1000, 0}}}, true,
+                           place);
+        };
+        EXPECT_EQ(1u, found(2.0 * 1.40e-3));
+        EXPECT_EQ(0u, found(2.0 * 1.43e-3));
+    }
+}
+
+TEST(RegionLoops, CornersOffThePlaneAreMovedIntoItAndAllOthersKeepEveryDigit) {
+    for (const AcGeVector3d& place : kPlaces) {
+        const std::vector<AcGePoint3d> corners{
+            {0.1, 0.2, 0.3}, {1000.1, 0.7, 0.3}, {1000.3, 1000.9, 0.3009}, {0.5, 1000.1, 0.3}};
+        for (const double part : {1.0, 1e-3}) {
+            std::vector<AcGePoint3d> ring = corners;
+            ring[2].z = 0.3 + 0.0009 * part;
+            for (AcGePoint3d& corner : ring) corner = corner + place;
+            const auto polyline = chain(ring, true);
+            const auto loops = regionLoops({polyline.get()});
+            ASSERT_EQ(1u, loops.size());
+            ASSERT_EQ(4u, loops[0].corners.size());
+            bool moved = false;
+            for (std::size_t i = 0; i < 4; ++i) {
+                const AcGePoint3d& corner = loops[0].corners[i];
+                EXPECT_LT(std::fabs((corner - ring[0]).dotProduct(loops[0].normal)), 1.001e-6);
+                EXPECT_LT(corner.distanceTo(ring[i]), 0.0009);
+                moved = moved || corner.distanceTo(ring[i]) > 0.0;
+            }
+            EXPECT_EQ(part == 1.0, moved);  // half of 9e-7 is near enough
+        }
+    }
+}
+
+TEST(RegionLoops, CornersNearerThanTheModellerTellsApartAreDropped) {
+    for (const double off : {0.99e-6, 1.01e-6}) {
+        const std::size_t more = off > 1e-6 ? 1 : 0;
+        const auto corners = [](const std::vector<AcGePoint3d>& points) {
+            const auto polyline = chain(points, true);
+            const auto loops = regionLoops({polyline.get()});
+            return loops.empty() ? 0 : loops[0].corners.size();
+        };
+        EXPECT_EQ(3 + more, corners({{0, 0, 0}, {off, 0, 0}, {4, 0, 0}, {0, 3, 0}}));
+        EXPECT_EQ(3 + more, corners({{0, 0, 0}, {4, 0, 0}, {0, 3, 0}, {0, off, 0}}));
+        EXPECT_EQ(3 + more, corners({{0, 0, 0}, {4, 0, 0}, {0, 3, 0}, {off, 3, 0}}));
+        EXPECT_EQ(0 + 3 * more, corners({{0, 0, 0}, {off, 0, 0}, {0, 3e-4, 0}}));
+    }
+    // Each to the one that is kept before it, not to the one dropped.
+    const auto polyline =
+        chain({{0, 0, 0}, {0.6e-6, 0, 0}, {1.2e-6, 0, 0}, {4, 0, 0}, {0, 3, 0}}, true);
+    EXPECT_EQ("0 0 0, 1.2e-06 0 0, 4 0 0, 0 3 0, ; ", text(regionLoops({polyline.get()})));
+}
+
+// A step straight up is nothing in the plane.
+TEST(RegionLoops, CornersThatFallTogetherInThePlaneAreOne) {
+    const auto polyline =
+        chain({{0, 0, 0}, {1000, 0, 0}, {1000, 0, 0.0005}, {1000, 1000, 0}, {0, 1000, 0}}, true);
+    const auto loops = regionLoops({polyline.get()});
+    ASSERT_EQ(1u, loops.size());
+    EXPECT_EQ(4u, loops[0].corners.size());
+}
+
+// --- Where more than two ends meet.
+
+TEST(RegionLoops, ARingWithATailOrADoubledSideIsFoundInSomeOrdersOnly) {
+    const auto a = line(0, 0, 4, 0), b = line(4, 0, 0, 3), c = line(0, 3, 0, 0);
+    const auto tail = line(4, 0, 9, 0), again = line(4, 0, 0, 0);
+    const auto foundWith = [&](const AcDbLine& more) {
+        std::vector<const AcDbCurve*> lines{a.get(), b.get(), c.get(), &more};
+        std::sort(lines.begin(), lines.end());
+        std::size_t found = 0;
+        do found += regionLoops(lines).size();
+        while (std::next_permutation(lines.begin(), lines.end()));
+        return found;
+    };
+    // Of the 24 orders.
+    EXPECT_EQ(8u, foundWith(*tail));
+    EXPECT_EQ(12u, foundWith(*again));
 }
 
 TEST(RegionText, OfATriangle) {

@@ -10,6 +10,7 @@
 #include <filesystem>
 
 #include "tests/host/database/NewEntities.h"
+#include "tests/host/database/NewRegions.h"
 #include "tests/host/database/PythonCheck.h"
 #include "tests/host/support/LedgerListener.h"
 #include "tests/host/support/Releases.h"
@@ -19,7 +20,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// The last three entities of the drawing that is told first are ours. ezdxf has no cylinders: their
+// The last three entities of the first drawing are ours. ezdxf has no cylinders: their
 // numbers are taken from the records as it cuts them.
 constexpr char kScript[] = R"(
 import math
@@ -105,27 +106,15 @@ near([len(mesh.faces)], [1])
 
 class SolidsInEzdxf : public testing::TestWithParam<const char*> {};
 
-std::unique_ptr<AcDbRegion> regionOf(AcDbCurve& curve) {
-    AcDbVoidPtrArray curves, regions;
-    curves.append(&curve);
-    EXPECT_EQ(Acad::eOk, AcDbRegion::createFromCurves(curves, regions));
-    return std::unique_ptr<AcDbRegion>(static_cast<AcDbRegion*>(regions[0]));
-}
-
 void drawAll(AcDbDatabase& database) {
     AcDbCircle end({25496000, 6672000, 3}, AcGeVector3d::kZAxis, 2);
     const AcDbLine path({25496000, 6672000, 3}, {25496000, 6672000, 8});
     auto* pipe = new AcDb3dSolid;
-    ASSERT_EQ(pipe->extrudeAlongPath(regionOf(end).get(), &path), Acad::eOk);
+    ASSERT_EQ(pipe->extrudeAlongPath(test::regionOf(end).get(), &path), Acad::eOk);
     ASSERT_EQ(test::append(database, pipe), Acad::eOk);
     AcDbCircle circle({1, 2, 0}, AcGeVector3d::kZAxis, 7);
-    ASSERT_EQ(test::append(database, regionOf(circle).release()), Acad::eOk);
-    AcDbPolyline polyline;
-    polyline.addVertexAt(0, {0, 0});
-    polyline.addVertexAt(1, {4, 0});
-    polyline.addVertexAt(2, {0, 3});
-    polyline.setClosed(true);
-    ASSERT_EQ(test::append(database, regionOf(polyline).release()), Acad::eOk);
+    ASSERT_EQ(test::append(database, test::regionOf(circle).release()), Acad::eOk);
+    ASSERT_EQ(test::append(database, test::triangle().release()), Acad::eOk);
 }
 
 }  // namespace

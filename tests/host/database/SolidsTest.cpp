@@ -2,7 +2,6 @@
 #include <dbents.h>
 #include <dbregion.h>
 #include <dbsol3d.h>
-#include <dbsymtb.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -14,7 +13,10 @@
 
 #include "host/database/Bodies.h"
 #include "host/database/Drawing.h"
-#include "tests/host/support/DrawingText.h"
+#include "host/database/ObjectFields.h"
+#include "host/database/ObjectImp.h"
+#include "tests/host/database/NewEntities.h"
+#include "tests/host/database/NewRegions.h"
 #include "tests/host/support/LedgerListener.h"
 
 namespace host::database {
@@ -22,30 +24,7 @@ namespace {
 
 std::unique_ptr<AcDbRegion> discOf(const AcGeVector3d& normal, double radius) {
     AcDbCircle circle(AcGePoint3d(1, 2, 3), normal, radius);
-    AcDbVoidPtrArray curves, regions;
-    curves.append(&circle);
-    EXPECT_EQ(Acad::eOk, AcDbRegion::createFromCurves(curves, regions));
-    EXPECT_EQ(1, regions.length());
-    return std::unique_ptr<AcDbRegion>(static_cast<AcDbRegion*>(regions[0]));
-}
-
-Acad::ErrorStatus append(AcDbDatabase& database, std::unique_ptr<AcDbEntity> entity) {
-    AcDbBlockTable* table = nullptr;
-    EXPECT_EQ(Acad::eOk, database.getSymbolTable(table, AcDb::kForRead));
-    AcDbBlockTableRecord* space = nullptr;
-    EXPECT_EQ(Acad::eOk, table->getAt(ACDB_MODEL_SPACE, space, AcDb::kForWrite));
-    table->close();
-    const Acad::ErrorStatus status = space->appendAcDbEntity(entity.get());
-    space->close();
-    if (status == Acad::eOk) entity.release()->close();
-    return status;
-}
-
-std::unique_ptr<AcDb3dSolid> cylinder() {
-    auto solid = std::make_unique<AcDb3dSolid>();
-    const AcDbLine path(AcGePoint3d(1, 2, 3), AcGePoint3d(1, 2, 8));
-    EXPECT_EQ(Acad::eOk, solid->extrudeAlongPath(discOf({0, 0, 1}, 2).get(), &path));
-    return solid;
+    return test::regionOf(circle);
 }
 
 TEST(Regions, AreMadeOfCirclesAndOtherCurvesPassedOver) {
@@ -90,6 +69,40 @@ TEST(Solids, TakeADiscAlongALineAcrossIt) {
     EXPECT_FALSE(solid.isNull());
 }
 
+TEST(Regions, OfCirclesHaveARadiusThatTheModellerKnows) {
+    for (const double radius : {0.99e-6, 1e-6}) {
+        AcDbCircle circle({1, 2, 3}, AcGeVector3d::kZAxis, radius);
+        AcDbVoidPtrArray curves, regions;
+        curves.append(&circle);
+        const Acad::ErrorStatus status = AcDbRegion::createFromCurves(curves, regions);
+        EXPECT_EQ(radius < 1e-6 ? Acad::eInvalidInput : Acad::eOk, status);
+        for (int i = 0; i < regions.length(); ++i) delete static_cast<AcDbRegion*>(regions[i]);
+    }
+}
+
+TEST(Regions, ANullAmongTheCurvesIsRefused) {
+    AcDbCircle circle({1, 2, 3}, AcGeVector3d::kZAxis, 2);
+    AcDbVoidPtrArray curves, regions;
+    curves.append(&circle);
+    curves.append(static_cast<AcDbCurve*>(nullptr));
+    EXPECT_EQ(Acad::eNullObjectPointer, AcDbRegion::createFromCurves(curves, regions));
+    EXPECT_EQ(0, regions.length());
+}
+
+TEST(Solids, HaveAHeightThatTheModellerKnowsAndStandOnTheDiscWhereverThePathIs) {
+    const auto disc = discOf({0, 0, 1}, 2);
+    AcDb3dSolid solid;
+    const AcDbLine low({1, 2, 3}, {1, 2, 3 + 0.99e-6}), high({1, 2, 0}, {1, 2, 1.01e-6});
+    EXPECT_EQ(Acad::eInvalidInput, solid.extrudeAlongPath(disc.get(), &low));
+    EXPECT_EQ(Acad::eOk, solid.extrudeAlongPath(disc.get(), &high));
+    EXPECT_EQ(Acad::eInvalidInput, solid.extrudeAlongPath(test::triangle().get(), &high));
+    const AcDbLine away({100, 200, 300}, {100, 200, 305});
+    EXPECT_EQ(Acad::eOk, solid.extrudeAlongPath(disc.get(), &away));
+    const SolidFields& fields = fieldsOf<SolidFields>(solid);
+    EXPECT_EQ(0.0, fields.base.distanceTo({1, 2, 3}));
+    EXPECT_EQ(5.0, fields.axis.z);
+}
+
 TEST(Solids, AreRefusedInReleasesThatHaveNone) {
     for (const auto& [release, fits] :
          std::vector<std::pair<const char*, bool>>{{"AC1004", false},
@@ -104,18 +117,19 @@ TEST(Solids, AreRefusedInReleasesThatHaveNone) {
                                                    {"AC1027", true},
                                                    {"AC1032", true}}) {
         const auto database = test::DrawingText(release).layer("0").database();
-        EXPECT_EQ(fits ? Acad::eOk : Acad::eInvalidDwgVersion, append(*database, cylinder()))
+        EXPECT_EQ(fits ? Acad::eOk : Acad::eInvalidDwgVersion,
+                  test::append(*database, test::cylinder().release()))
             << release;
         EXPECT_EQ(fits ? 1u : 0u, modelSpaceIds(*database).size()) << release;
     }
     const auto database = test::DrawingText("AC1015").layer("0").database();
-    EXPECT_EQ(Acad::eInvalidInput, append(*database, std::make_unique<AcDb3dSolid>()));
+    EXPECT_EQ(Acad::eInvalidInput, test::append(*database, new AcDb3dSolid));
 }
 
 TEST(Solids, StandInTheFileAsEncodedLines) {
     for (const char* const release : {"AC1012", "AC1014", "AC1015", "AC1021"}) {
         const auto database = test::DrawingText(release).layer("0").database();
-        ASSERT_EQ(Acad::eOk, append(*database, cylinder()));
+        ASSERT_EQ(Acad::eOk, test::append(*database, test::cylinder().release()));
         const auto document = dxf::Document::fromBytes(test::savedBytes(*database), "saved");
         std::vector<std::string> solid;
         for (dxf::RecordIndex record = 0; record < document->size(); ++record) {
