@@ -21,8 +21,8 @@ using namespace host::database;
 
 namespace {
 
-constexpr int deepestBlock = 64;
-constexpr std::uint64_t mostParts = 2000000;
+constexpr int kDeepestBlock = 64;
+constexpr std::uint64_t kMostParts = 2000000;
 
 using Part = std::unique_ptr<AcDbEntity>;
 
@@ -113,9 +113,9 @@ std::uint64_t cellsOf(const InsertFields& reference) {
 class Explosion {
   public:
     Acad::ErrorStatus run(const AcDbBlockReference& reference, AcDbVoidPtrArray& entities) {
-        const Content& content = contentOf(reference.blockTableRecord(), deepestBlock);
+        const Content& content = contentOf(reference.blockTableRecord(), kDeepestBlock);
         const std::uint64_t cells = cellsOf(fieldsOf<InsertFields>(reference));
-        if (times(cells, content.count) > mostParts) return Acad::eOutOfMemory;
+        if (times(cells, content.count) > kMostParts) return Acad::eOutOfMemory;
         if (!take(reference, content, AcGeMatrix3d::kIdentity)) return Acad::eOutOfMemory;
         entities.setPhysicalLength(entities.length() + static_cast<int>(parts_.size()));
         for (Part& part : parts_) entities.append(part.release());
@@ -130,7 +130,7 @@ class Explosion {
         AcDbObjectId block;
     };
     // What a block gives, through so many blocks: the items that give something, and how many known
-    // entities that is, or some number above `mostParts`.
+    // entities that is, or some number above `kMostParts`.
     struct Content {
         struct Part {
             AcDbObjectId id;
@@ -141,7 +141,7 @@ class Explosion {
     };
 
     static std::uint64_t times(std::uint64_t cells, std::uint64_t count) {
-        return count > mostParts ? count : std::min(cells, mostParts + 1) * count;
+        return count > kMostParts ? count : std::min(cells, kMostParts + 1) * count;
     }
 
     const std::vector<Item>& itemsOf(AcDbObjectId block) {
@@ -172,7 +172,7 @@ class Explosion {
             const std::uint64_t count = inside == nullptr ? 1 : times(item.cells, inside->count);
             if (count != 0) content.parts.push_back({item.id, inside});
             content.count += count;
-            if (content.count > mostParts) break;
+            if (content.count > kMostParts) break;
         }
         return content;
     }

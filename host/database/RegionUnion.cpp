@@ -19,7 +19,7 @@ using namespace host::database;
 
 namespace {
 
-constexpr double flat = 1e-6;  // how far from a plane is in it
+constexpr double kFlat = 1e-6;  // how far from a plane is in it
 
 namespace bg = boost::geometry;
 using PlanePoint = bg::model::d2::point_xy<double>;
@@ -50,7 +50,7 @@ Acad::ErrorStatus AcDbRegion::booleanOper(AcDb::BoolOperType operation, AcDbRegi
     const AcGeMatrix3d toPlane = AcGeMatrix3d::worldToPlane(here->normal);
     const double height = (toPlane * here->corners[0]).z;
     for (const AcGePoint3d& corner : there->corners)
-        if (std::fabs((toPlane * corner).z - height) > flat) return Acad::eNonCoplanarGeometry;
+        if (std::fabs((toPlane * corner).z - height) > kFlat) return Acad::eNonCoplanarGeometry;
     Polygons united;
     bg::union_(inPlane(*here, toPlane), inPlane(*there, toPlane), united);
     if (united.size() != 1 || !united[0].inners().empty()) return Acad::eNotImplementedYet;
