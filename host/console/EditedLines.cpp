@@ -67,6 +67,16 @@ int screenWidth() {
     return known ? size.ws_col : 80;
 }
 
+// Most terminals break the lines that they show anew when their width changes. Xterm itself, screen
+// and the console of the system leave them as they were.
+bool breaksLinesAnew() {
+    const auto isSet = [](const char* name) { return std::getenv(name) != nullptr; };
+    const char* const kind = std::getenv("TERM");
+    if (isSet("TMUX")) return true;
+    return !isSet("XTERM_VERSION") && !isSet("STY") &&
+           (kind == nullptr || std::string_view(kind).substr(0, 5) != "linux");
+}
+
 // The choices in columns, as wide as the screen.
 std::string inColumns(const std::vector<std::wstring>& choices) {
     int widest = 0;
@@ -120,6 +130,8 @@ class EditedLines : public LineReader {
         vocabulary_ = &vocabulary;
         cancelled_ = false;
         ahead_.clear();
+        signals_.takeResize();
+        takeWidth();
         // Before the prompt is there: what is typed behind it has to be shown once.
         el_wset(edit_, EL_PREP_TERM, 1);
         int count = 0;
@@ -176,9 +188,10 @@ class EditedLines : public LineReader {
 
     bool readKey() {
         for (;;) {
+            // Before any key: what it does is drawn in the width that the window has.
+            if (signals_.takeResize()) redrawAfterResize();
             if (!waitForByte(-1)) {
                 if (signals_.takeCancel()) return cancel();
-                if (signals_.takeResize()) redrawAfterResize();
                 continue;
             }
             std::string bytes(1, '\0');
@@ -213,15 +226,22 @@ class EditedLines : public LineReader {
         }
     }
 
-    // The terminal has broken the line anew: the cursor goes up to where the prompt began.
+    // The width that lines are drawn in from here on.
+    void takeWidth() {
+        el_resize(edit_);
+        width_ = screenWidth();
+    }
+
+    // The cursor goes up to where the prompt began, by the width that the lines now have.
     void redrawAfterResize() {
         const LineInfoW* const line = el_wline(edit_);
         const std::wstring before(line->buffer, line->cursor);
-        const int rows = (columnsOf(prompt_) + columnsOf(before)) / screenWidth();
+        const int broken = breaksLinesAnew_ ? screenWidth() : width_;
+        const int rows = (columnsOf(prompt_) + columnsOf(before)) / broken;
         if (rows > 0) std::fprintf(stdout, "\x1B[%dA", rows);
         std::fputs("\r\x1B[J", stdout);
         std::fflush(stdout);
-        el_resize(edit_);
+        takeWidth();
         el_wset(edit_, EL_REFRESH);
     }
 
@@ -260,6 +280,8 @@ class EditedLines : public LineReader {
     LineHistory lines_;
     HistoryW* history_ = nullptr;
     EditLine* edit_ = nullptr;
+    const bool breaksLinesAnew_ = breaksLinesAnew();
+    int width_ = 80;  // that the line is drawn in
     std::wstring prompt_;
     const Vocabulary* vocabulary_ = nullptr;
     std::deque<wchar_t> ahead_;  // keys that libedit has not asked for yet

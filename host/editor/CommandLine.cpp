@@ -102,7 +102,10 @@ Answer State::askOnce(const Request& request, bool& quoted) {
     output_.reply(reply);
     quoted = reply.quoted;
     restOfLine_ = reply.rest;
-    if (reply.kind == Reply::Kind::cancel) return {Answer::Kind::cancel, {}, {}, {}, stops};
+    if (reply.kind == Reply::Kind::cancel) {
+        cancelShown_ = true;
+        return {Answer::Kind::cancel, {}, {}, {}, stops};
+    }
     if (request.kind != Request::Kind::text &&
         (reply.kind == Reply::Kind::lisp || isSymbolReply(reply))) {
         return evaluated(reply, stops);

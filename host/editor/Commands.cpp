@@ -245,6 +245,7 @@ void State::run() {
         if (script_ != nullptr) script_->commandComes();
         if (script_ != nullptr && !script_->pending()) endScript();
         input_.commandComes();
+        settleCancel();
         const Answer answer = ask({Request::Kind::command, L"\nCommand: ", owner_.commandNames()});
         switch (answer.kind) {
             case Answer::Kind::end:
@@ -261,6 +262,21 @@ void State::run() {
         }
     }
     endScript();
+}
+
+bool State::hearsStop() {
+    stopHeard_ = stopHeard_ || interrupted;
+    return interrupted;
+}
+
+// A wish to cancel that came while a command worked was for that command: the prompt for the next
+// one is not cancelled by it. A script is, where it takes its next answer.
+void State::settleCancel() {
+    if (&source() == &input_) {
+        input_.takeCancel();
+        if (stopHeard_ && !cancelShown_) print(L"\n*Cancel*");
+    }
+    stopHeard_ = cancelShown_ = false;
 }
 
 void State::repeatOrRun(const Answer& answer) {

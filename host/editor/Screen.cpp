@@ -101,8 +101,8 @@ int acedAlert(const ACHAR* text) {
 
 int acedUsrBrk() {
     if (Scripted* scripted = Scripted::current()) return scripted->userBreak() ? 1 : 0;
-    const Session::Implementation* state = currentState();
-    return state != nullptr && state->interrupted ? 1 : 0;
+    Session::Implementation* state = currentState();
+    return state != nullptr && state->hearsStop() ? 1 : 0;
 }
 
 int acedGrDraw(const ads_point from, const ads_point to, int colour, int highlight) {

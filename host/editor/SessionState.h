@@ -133,6 +133,9 @@ class Session::Implementation {
     std::wstring keywords;
     std::wstring keywordInput;
     std::atomic<bool> interrupted{false};
+    // Whether the running command is asked to stop; from then on it knows, and its end is told as a
+    // cancel unless one of its prompts has been.
+    bool hearsStop();
     std::optional<Meter> meter;
 
     std::vector<HostCommand> hostCommands;
@@ -152,6 +155,7 @@ class Session::Implementation {
     void stopInputs();
     void sayWhatHappened(const CommandResult& result);
     void repeatOrRun(const Answer& answer);
+    void settleCancel();
     void evaluateAtCommandPrompt(const Answer& answer);
     void endScript();
     Input& source();
@@ -190,6 +194,8 @@ class Session::Implementation {
     Given* given_ = nullptr;    // while (command ...) runs commands
     bool transparent_ = false;  // a command runs inside a prompt of another
     CommandResult* running_ = nullptr;
+    bool stopHeard_ = false;         // by a command since the last prompt for one
+    bool cancelShown_ = false;       // at a prompt, since then
     bool expressionFailed_ = false;  // since the innermost evaluation began, in an input that stops
     std::vector<AcAp::DocLockMode> documentLocks_;
     std::wstring commandName_;

@@ -1,6 +1,7 @@
 #include "tests/host/console/Screen.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace console_test {
 
@@ -31,17 +32,18 @@ std::u32string withoutBlanksAtTheEnd(std::u32string_view text) {
 
 }  // namespace
 
-std::u32string& Screen::line() {
-    if (row_ >= lines_.size()) lines_.resize(row_ + 1);
-    return lines_[row_];
+Screen::Row& Screen::atCursor() {
+    if (row_ >= rows_.size()) rows_.resize(row_ + 1);
+    return rows_[row_];
 }
 
 void Screen::put(char32_t c) {
     if (column_ >= width_) {
+        atCursor().goesOn = true;
         ++row_;
         column_ = 0;
     }
-    std::u32string& at = line();
+    std::u32string& at = atCursor().text;
     if (at.size() <= column_) at.resize(column_ + 1, U' ');
     at[column_++] = c;
 }
@@ -50,17 +52,44 @@ void Screen::control(char32_t c) {
     if (c == U'\r') column_ = 0;
     if (c == U'\n') ++row_;
     if (c == U'\b' && column_ > 0) --column_;
-    line();
+    atCursor();
 }
 
 void Screen::eraseBelow() {
-    line().resize(std::min(line().size(), column_));
-    lines_.resize(row_ + 1);
+    Row& at = atCursor();
+    at.text.resize(std::min(at.text.size(), column_));
+    at.goesOn = false;
+    rows_.resize(row_ + 1);
+}
+
+void Screen::resize(std::size_t width) {
+    const std::size_t before = std::exchange(width_, width);
+    if (onResize_ == OnResize::leave) return;
+    const std::vector<Row> old = std::exchange(rows_, {});
+    const std::size_t cursorRow = std::exchange(row_, 0);
+    const std::size_t cursorColumn = std::exchange(column_, 0);
+    for (std::size_t i = 0; i < old.size(); ++i) {
+        std::u32string whole;
+        std::size_t cursor = std::u32string::npos;
+        for (;; ++i) {
+            if (i == cursorRow) cursor = whole.size() + cursorColumn;
+            whole += old[i].text;
+            if (!old[i].goesOn || i + 1 == old.size()) break;
+            whole.resize((whole.size() + before - 1) / before * before, U' ');
+        }
+        const std::size_t first = rows_.size();
+        for (std::size_t at = 0; at < whole.size() || at == 0; at += width)
+            rows_.push_back({whole.substr(at, width), at + width < whole.size()});
+        if (cursor == std::u32string::npos) continue;
+        row_ = first + cursor / width;
+        column_ = cursor % width;
+    }
+    atCursor();
 }
 
 void Screen::sequence(char kind, std::size_t count) {
     const std::size_t steps = std::max<std::size_t>(1, count);
-    std::u32string& at = line();
+    std::u32string& at = atCursor().text;
     switch (kind) {
         case 'A':
             row_ -= std::min(row_, steps);
@@ -82,12 +111,14 @@ void Screen::sequence(char kind, std::size_t count) {
             break;
         case 'K':
             at.resize(std::min(at.size(), column_));
+            atCursor().goesOn = false;
             break;
         case 'P':
             if (column_ < at.size()) at.erase(column_, steps);
             break;
         case '@':
             if (column_ < at.size()) at.insert(column_, steps, U' ');
+            at.resize(std::min(at.size(), width_));
             break;
         case 'h':
         case 'l':
@@ -131,18 +162,18 @@ void Screen::write(std::string_view bytes) {
 
 std::vector<std::string> Screen::lines() const {
     std::vector<std::string> all;
-    for (const std::u32string& text : lines_) all.push_back(utf8(withoutBlanksAtTheEnd(text)));
+    for (const Row& row : rows_) all.push_back(utf8(withoutBlanksAtTheEnd(row.text)));
     return all;
 }
 
 std::string Screen::beforeCursor() const {
-    std::u32string text = row_ < lines_.size() ? lines_[row_] : std::u32string();
+    std::u32string text = row_ < rows_.size() ? rows_[row_].text : std::u32string();
     text.resize(column_, U' ');
     return utf8(text);
 }
 
 std::string Screen::behindCursor() const {
-    const std::u32string text = row_ < lines_.size() ? lines_[row_] : std::u32string();
+    const std::u32string text = row_ < rows_.size() ? rows_[row_].text : std::u32string();
     return utf8(withoutBlanksAtTheEnd(text.substr(std::min(column_, text.size()))));
 }
 

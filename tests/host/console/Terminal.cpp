@@ -32,6 +32,8 @@ constexpr unsigned limitSeconds = 60;
     setenv("TERM", start.kind, 1);
     setenv("HOME", start.folder.c_str(), 1);
     unsetenv("XDG_STATE_HOME");
+    for (const char* const name : {"TMUX", "STY", "XTERM_VERSION"}) unsetenv(name);
+    if (start.onResize == Screen::OnResize::leave) setenv("XTERM_VERSION", "XTerm(379)", 1);
     alarm(limitSeconds);  // survives the exec and ends a program that hangs
     if (chdir(start.folder.c_str()) != 0) _exit(126);
     if (start.outputToFile && std::freopen("out", "wb", stdout) == nullptr) _exit(126);
@@ -48,7 +50,7 @@ winsize sizeOf(unsigned short columns) {
 
 }  // namespace
 
-Terminal::Terminal(const Start& start) : screen_(start.columns) {
+Terminal::Terminal(const Start& start) : screen_(start.columns, start.onResize) {
     winsize size = sizeOf(start.columns);
     child_ = forkpty(&master_, nullptr, nullptr, &size);
     if (child_ < 0) throw std::runtime_error("no pseudo-terminal");
@@ -93,6 +95,15 @@ bool Terminal::showsPrompt(const std::string& text) {
         if (!readMore()) return false;
     lastRow_ = screen_.row();
     lastText_ = text;
+    return true;
+}
+
+bool Terminal::showsLines(const std::vector<std::string>& lines) {
+    while (screen_.lines() != lines) {
+        if (readMore()) continue;
+        ADD_FAILURE() << "the terminal shows " << testing::PrintToString(screen_.lines());
+        return false;
+    }
     return true;
 }
 

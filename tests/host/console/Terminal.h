@@ -12,7 +12,7 @@
 //                  for a prompt that stands there for a moment before, such as those of a script
 //     < ...        keys are typed: {Enter} {Escape} {Ctrl-A}... {Tab} {Up} {Down} {Left} {Right}
 //                  {Backspace}
-//     size N       the window gets N columns
+//     size N       the window gets N columns; lines that were broken are broken anew
 //     > ...        all lines that the terminal shows in the end, or {*} and {...} for some of them
 //     = N          the exit code
 //     same A B     the files are equal, byte for byte; differ A B: they are not
@@ -40,6 +40,8 @@ class Terminal {
         std::filesystem::path folder;        // the working folder, and the home of the user
         const char* kind = "xterm";          // $TERM
         unsigned short columns = 100;
+        // Whether broken lines are broken anew when the width changes.
+        Screen::OnResize onResize = Screen::OnResize::breakAnew;
         bool outputToFile = false;  // standard output goes to the file "out" of the folder
     };
     explicit Terminal(const Start& start);
@@ -53,6 +55,9 @@ class Terminal {
     // Waits until the line with the cursor reads so, in another state than the last one; false when
     // the program ends before.
     bool showsPrompt(const std::string& text);
+    // Waits until the terminal shows these lines and nothing else; false when the program ends
+    // before.
+    bool showsLines(const std::vector<std::string>& lines);
     // Waits until these bytes have come since the last call; false when the program ends before.
     bool shows(const std::string& bytes);
     // Waits for the end; -1 for a program that was killed.

@@ -144,19 +144,160 @@ TEST_F(LinuxTerminalSession, AnInterruptFromOutsideCancelsToo) {
     EXPECT_EQ(terminal.exitCode(), 1);
 }
 
-TEST_F(LinuxTerminalSession, CtrlCStopsACommandThatWorks) {
+TEST_F(LinuxTerminalSession, CtrlCStopsACommandThatWorksAndIsToldOnce) {
     Terminal terminal(start({"streets.dxf", "--module", probe()}));
     ASSERT_TRUE(terminal.showsPrompt("Command: "));
     terminal.type("PROBEWORK\r");
     ASSERT_TRUE(terminal.shows("working"));
     terminal.type("\x03");
     ASSERT_TRUE(terminal.shows("stopped"));
-    ASSERT_TRUE(terminal.shows("*Cancel*"));
     ASSERT_TRUE(terminal.showsPrompt("Command: "));
     terminal.type("REDO\r");
     ASSERT_TRUE(terminal.shows("Nothing to redo."));
     ASSERT_TRUE(terminal.showsPrompt("Command: "));
     terminal.type("QUIT\r");
+    EXPECT_EQ(terminal.exitCode(), 0);
+    EXPECT_EQ(
+        terminal.screen().lines(),
+        (std::vector<std::string>{"Command: PROBEWORK", "working", "^C", "stopped", "*Cancel*",
+                                  "Command: REDO", "Nothing to redo.", "Command: QUIT", ""}));
+}
+
+TEST_F(LinuxTerminalSession, CtrlCWhileACommandWorksCancelsItsNextPrompt) {
+    Terminal terminal(start({"streets.dxf", "--module", probe()}));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("PROBEWORKASK\r");
+    ASSERT_TRUE(terminal.shows("working"));
+    terminal.type("\x03");
+    ASSERT_TRUE(terminal.shows("stopped"));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("QUIT\r");
+    terminal.exitCode();
+    EXPECT_EQ(terminal.screen().lines(),
+              (std::vector<std::string>{"Command: PROBEWORKASK", "working", "^C", "stopped",
+                                        "Entity: *Cancel*", "Command: QUIT", ""}));
+}
+
+TEST_F(LinuxTerminalSession, CtrlCThatACommandDoesNotHeedCancelsNothingElse) {
+    Terminal terminal(start({"streets.dxf", "--module", probe()}));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("PROBEMETER\r");
+    ASSERT_TRUE(terminal.shows("Measuring 50 %"));
+    terminal.type("\x03");
+    ASSERT_TRUE(terminal.shows("measured"));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("QUIT\r");
+    EXPECT_EQ(terminal.exitCode(), 0);
+    EXPECT_EQ(terminal.bytes().find("*Cancel*"), std::string::npos);
+}
+
+using Widths = std::vector<unsigned short>;
+
+// A line as a window of that width shows it, with room for the cursor behind it.
+std::vector<std::string> brokenAt(std::size_t width, const std::string& line) {
+    std::vector<std::string> rows;
+    for (std::size_t at = 0; at <= line.size(); at += width) rows.push_back(line.substr(at, width));
+    return rows;
+}
+
+std::string longText() {
+    std::string text;
+    for (int i = 1; text.size() < 230; ++i) text += "word" + std::to_string(i) + "-";
+    return text;
+}
+
+TEST_F(LinuxTerminalSession, ALineLongerThanTheWindowSurvivesEachOfItsWidths) {
+    Terminal terminal(start());
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    const std::string text = longText();
+    std::string line = "Command: (setq long \"" + text + "\")";
+    terminal.type(line.substr(9));
+    ASSERT_TRUE(terminal.showsLines(brokenAt(100, line)));
+    for (const unsigned short columns : Widths{37, 100, 13, 61, 200, 29, 11, 300, 80}) {
+        terminal.resize(columns);
+        ASSERT_TRUE(terminal.shows("\x1B[J"));
+        ASSERT_TRUE(terminal.showsLines(brokenAt(columns, line))) << columns;
+    }
+    // The cursor in the middle of the line, which goes on being edited there.
+    const auto typeInTheMiddle = [&] {
+        terminal.type("X");
+        line.insert(line.size() - 120, "X");
+    };
+    for (int i = 0; i < 120; ++i) terminal.type("\x1B[D");
+    typeInTheMiddle();
+    ASSERT_TRUE(terminal.showsLines(brokenAt(80, line)));
+    for (const unsigned short columns : Widths{23, 90, 40}) {
+        terminal.resize(columns);
+        ASSERT_TRUE(terminal.shows("\x1B[J"));
+        typeInTheMiddle();
+        ASSERT_TRUE(terminal.showsLines(brokenAt(columns, line))) << columns;
+    }
+    terminal.type("\r");
+    const std::size_t quote = line.find('"');
+    const std::string value = line.substr(quote, line.rfind('"') + 1 - quote);
+    ASSERT_TRUE(terminal.shows("\r\n" + value + "\r\n"));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("\x04");
+    EXPECT_EQ(terminal.exitCode(), 0);
+}
+
+// Such a terminal can't show the line well, but it keeps what stands above it.
+TEST_F(LinuxTerminalSession, WhereLinesAreNotBrokenAnewNothingAboveIsLost) {
+    Terminal::Start how = start();
+    how.onResize = Screen::OnResize::leave;
+    Terminal terminal(how);
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("REDO\r");
+    ASSERT_TRUE(terminal.shows("Nothing to redo."));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    const std::string line = "Command: (setq long \"" + longText() + "\")";
+    terminal.type(line.substr(9));
+    const auto screenAt = [&](std::size_t columns) {
+        std::vector<std::string> all = brokenAt(columns, line);
+        all.insert(all.begin(), {"Command: REDO", "Nothing to redo."});
+        return all;
+    };
+    ASSERT_TRUE(terminal.showsLines(screenAt(100)));
+    for (const unsigned short columns : Widths{50, 31, 120, 47, 100}) {
+        terminal.resize(columns);
+        ASSERT_TRUE(terminal.shows("\x1B[J"));
+        ASSERT_TRUE(terminal.showsLines(screenAt(columns))) << columns;
+    }
+    terminal.type("\r");
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("\x04");
+    EXPECT_EQ(terminal.exitCode(), 0);
+}
+
+TEST_F(LinuxTerminalSession, AResizeWhileACommandWorksCountsForTheNextPrompt) {
+    Terminal terminal(start({"streets.dxf", "--module", probe()}));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("PROBEWORK\r");
+    ASSERT_TRUE(terminal.shows("working"));
+    for (const unsigned short columns : Widths{60, 20, 30}) terminal.resize(columns);
+    terminal.type("\x03");
+    ASSERT_TRUE(terminal.shows("stopped"));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("(setq t30 \"abcdefghijklmnopqrst\")");
+    ASSERT_TRUE(terminal.showsPrompt("klmnopqrst\")"));
+    terminal.type("\r");
+    ASSERT_TRUE(terminal.shows("\r\n\"abcdefghijklmnopqrst\"\r\n"));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("\x04");
+    EXPECT_EQ(terminal.exitCode(), 0);
+}
+
+TEST_F(LinuxTerminalSession, AResizeDoesNotDisturbTheSystemsOwnLines) {
+    Terminal::Start how = start();
+    how.kind = "dumb";
+    Terminal terminal(how);
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("RE");
+    ASSERT_TRUE(terminal.shows("RE"));
+    for (const unsigned short columns : Widths{60, 5, 100}) terminal.resize(columns);
+    terminal.type("DO\n");
+    ASSERT_TRUE(terminal.shows("Nothing to redo."));
+    terminal.type("QUIT\n");
     EXPECT_EQ(terminal.exitCode(), 0);
 }
 

@@ -11,6 +11,7 @@
 // Two ask for nothing:
 //   PROBEMETER    shows a meter at its half for as long as it takes one to appear
 //   PROBEWORK     works until somebody asks it to stop, but at most a minute
+// One works like that and then asks for an entity all the same: PROBEWORKASK.
 #include <accmd.h>
 #include <acdbads.h>
 #include <aced.h>
@@ -109,6 +110,11 @@ void work() {
     acutPrintf(L"\n%s", acedUsrBrk() == 0 ? L"done" : L"stopped");
 }
 
+void workAndAsk() {
+    work();
+    close(askEntity());
+}
+
 void make() {
     turn();
     const TamLib::Line line(TamLib::Point3d(0, 0, 0), TamLib::Point3d(10, 5, 0));
@@ -131,6 +137,7 @@ void addCommands(void* packet) {
     add(L"PROBEMETER", showMeter);
     add(L"PROBEMAKE", make);
     add(L"PROBEWORK", work);
+    add(L"PROBEWORKASK", workAndAsk);
 }
 
 }  // namespace
