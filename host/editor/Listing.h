@@ -5,9 +5,9 @@
 
 namespace host::editor {
 
-// Asks for entities and tells of each its class and handle, layer, and what makes its geometry:
-// lengths with LUPREC decimals, angles in degrees with AUPREC. Throws CommandFailure without a
-// drawing and when nothing was selected; Session::Cancelled.
+// Asks for entities and tells of each its class and handle, layer, and what makes its geometry, as
+// EntityDetails.h has it. Stops between two lines when it is asked to. Throws CommandFailure
+// without a drawing and when nothing was selected; Session::Cancelled.
 void listEntities(Session& session);
 
 // Tells the current layer and asks for an option until Enter; "?" asks for a pattern and lists the

@@ -2,6 +2,7 @@
 // text as a console would show it.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -14,12 +15,16 @@ namespace host::test {
 // "! ".
 class RecordingOutput : public editor::Output {
   public:
-    void print(std::wstring_view text) override { shown += text; }
+    void print(std::wstring_view text) override {
+        shown += text;
+        if (onPrint) onPrint(text);
+    }
     void prompt(std::wstring_view text) override { shown += text; }
     void reply(const editor::Reply& reply) override;
     void error(std::wstring_view sentence) override;
     void meter(const editor::Meter* meter) override;
 
+    std::function<void(std::wstring_view)> onPrint;  // may be empty
     std::wstring shown;
     std::vector<std::wstring> errors;
     std::vector<std::wstring> meters;  // "label from..to at", "gone"
