@@ -53,7 +53,7 @@ Input& State::source() {
 
 // A person answers what stands on the screen. For other inputs the prompt is shown together with
 // the reply, so that none is left hanging where a script ends.
-Reply State::fetch(const Request& request, bool& stops) {
+Reply State::fetch(const Request& request, bool& stops, bool& hidden) {
     bool shown = false;
     while (true) {
         Input& from = source();
@@ -72,7 +72,8 @@ Reply State::fetch(const Request& request, bool& stops) {
         const bool ended = reply.kind == Reply::Kind::end;
         if (ended && &from != &input_) continue;
         const bool commandsAreOver = ended && request.kind == Request::Kind::command;
-        if (!shown && !commandsAreOver) {
+        hidden = &from == ahead_.get() && !aheadIsShown_;
+        if (!shown && !commandsAreOver && !hidden) {
             showPrompt(request.prompt);
             shown = true;
         }
@@ -93,13 +94,14 @@ Answer State::askOnce(const Request& request, bool& quoted) {
     }
     if (inputEnded_) return {};
     bool stops = false;
-    const Reply reply = fetch(request, stops);
-    freshLine_ = true;
+    bool hidden = false;
+    const Reply reply = fetch(request, stops, hidden);
+    freshLine_ = freshLine_ || !hidden;
     if (reply.kind == Reply::Kind::end) {
         inputEnded_ = true;
         return {};
     }
-    output_.reply(reply);
+    if (!hidden) output_.reply(reply);
     quoted = reply.quoted;
     restOfLine_ = reply.rest;
     if (reply.kind == Reply::Kind::cancel) {
@@ -198,8 +200,8 @@ int State::refusePrompt(PromptRecord::Kind kind) {
     return RTERROR;
 }
 
-void State::sendString(std::wstring text) {
-    sent_.push_back(std::move(text));
+void State::sendString(std::wstring text, bool echo) {
+    sent_.push_back({std::move(text), echo});
 }
 
 bool State::inputPending() const {

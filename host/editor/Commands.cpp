@@ -212,6 +212,7 @@ void State::conclude(CommandResult& result, const Answer& given) {
     else
         sayWhatHappened(result);
     if (result.stopInput) stopInputs();
+    if (!given.stops && (result.end != End::done || result.stopInput)) input_.dropLine();
 }
 
 // The input that gave a command and those that have led to it.
@@ -237,7 +238,8 @@ void State::sayWhatHappened(const CommandResult& result) {
 void State::run() {
     while (!quitting) {
         if ((ahead_ == nullptr || !ahead_->pending()) && !sent_.empty()) {
-            ahead_ = std::make_unique<ScriptInput>(std::move(sent_.front()),
+            aheadIsShown_ = sent_.front().echo;
+            ahead_ = std::make_unique<ScriptInput>(std::move(sent_.front().text),
                                                    L"text sent to the command line",
                                                    ScriptInput::Of::sentText);
             sent_.pop_front();
@@ -273,7 +275,7 @@ bool State::hearsStop() {
 // one is not cancelled by it. A script is, where it takes its next answer.
 void State::settleCancel() {
     if (&source() == &input_) {
-        input_.takeCancel();
+        if (input_.takeCancel()) input_.dropLine();
         if (stopHeard_ && !cancelShown_) print(L"\n*Cancel*");
     }
     stopHeard_ = cancelShown_ = false;

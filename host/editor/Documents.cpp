@@ -83,7 +83,7 @@ class DocumentManager : public AcApDocManager {
             return Acad::eInvalidInput;
         if (Scripted* scripted = Scripted::current())
             scripted->recordSent({text, activate, wrapUp, echo});
-        currentState()->sendString(text);
+        currentState()->sendString(text, echo);
         return Acad::eOk;
     }
     int inputPending(AcApDocument* document) const override {

@@ -109,6 +109,10 @@ SelectionPrompt::Step SelectionPrompt::take(const Answer& answer) {
 }
 
 SelectionPrompt::Step SelectionPrompt::takeOption(std::wstring_view word) {
+    if (word == L"?") {
+        state_.print(expected);
+        return Step::goOn;
+    }
     const std::wstring option = matchKeyword(word, optionNames).value_or(L"");
     if (option == L"ALL") return selectAll();
     if (option == L"Window") return rectangle(false, false);

@@ -84,7 +84,9 @@ class Session::Implementation {
     void run();
     bool commandIsRunning() const { return depth_ > 0; }
     const std::wstring& commandName() const { return commandName_; }
-    void sendString(std::wstring text);
+    // Text that is taken as if it was typed, once the running command has ended; without `echo` it
+    // and the prompts that it answers are not shown.
+    void sendString(std::wstring text, bool echo);
     bool inputPending() const;
 
     void startScript(std::wstring text, std::wstring name);
@@ -159,7 +161,7 @@ class Session::Implementation {
     void evaluateAtCommandPrompt(const Answer& answer);
     void endScript();
     Input& source();
-    Reply fetch(const Request& request, bool& stops);
+    Reply fetch(const Request& request, bool& stops, bool& hidden);
     Answer evaluated(const Reply& reply, bool stops);
     lisp::Value evaluate(const Reply& reply);
     void tellLisp(const lisp::Error& failure, const Reply& reply);
@@ -186,7 +188,12 @@ class Session::Implementation {
     std::vector<std::wstring> scriptChain_;  // the running script behind those that led to it
     bool scriptGroupIsOpen_ = false;
     std::unique_ptr<ScriptInput> ahead_;
-    std::deque<std::wstring> sent_;
+    struct Sent {
+        std::wstring text;
+        bool echo = true;
+    };
+    std::deque<Sent> sent_;
+    bool aheadIsShown_ = true;
     bool freshLine_ =
         true;  // nothing stands on the line: it is the first, or a reply has ended the last
     bool inputEnded_ = false;

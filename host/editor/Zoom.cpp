@@ -1,6 +1,7 @@
 #include "host/editor/Zoom.h"
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
 
 #include "host/database/Drawing.h"
@@ -147,6 +148,12 @@ std::optional<View> viewFor(State& state, const Answer& answer) {
     return std::nullopt;
 }
 
+// Factors and corners may be numbers whose product or difference is none, or nothing.
+bool canBeShown(const View& view) {
+    return std::isfinite(view.height) && view.height > 0.0 && std::isfinite(1.0 / view.height) &&
+           std::isfinite(view.center.x) && std::isfinite(view.center.y);
+}
+
 void show(State& state, const View& view) {
     state.setView(view);
     state.print(L"\nThe view is " + numberText(view.height) + L" high around " +
@@ -169,7 +176,10 @@ void zoom(Session& session) {
         if (matchKeyword(trimmed(answer.text), optionNames) == L"Previous")
             return show(state, previous(state));
         const View before = state.view();
-        if (const auto view = viewFor(state, answer)) {
+        const auto view = viewFor(state, answer);
+        if (view && !canBeShown(*view)) {
+            state.print(L"\nThere is no view of that size.");
+        } else if (view) {
             state.earlierViews.push_back(before);
             if (state.earlierViews.size() > mostEarlierViews) state.earlierViews.pop_front();
             return show(state, *view);

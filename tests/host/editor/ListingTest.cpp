@@ -103,11 +103,10 @@ TEST(Listing, ASplinedPolylineTellsItsControlPointsApart) {
     drawing.entity("VERTEX|5 C|8 0|10 1.0|20 9.0|30 0.0|70 16");
     drawing.entity("VERTEX|5 D|8 0|10 2.0|20 0.0|30 0.0|70 8");
     drawing.entity("SEQEND|5 E|8 0");
-    EXPECT_EQ(listed(drawing),
-              (Lines{"quadratic B-spline", "open", "length 2.0000",
-                     "spline point, X=0.0000  Y=0.0000  Z=0.0000",
-                     "control point, X=1.0000  Y=9.0000  Z=0.0000",
-                     "spline point, X=2.0000  Y=0.0000  Z=0.0000"}));
+    EXPECT_EQ(listed(drawing), (Lines{"quadratic B-spline", "open", "length 2.0000",
+                                      "spline point, X=0.0000  Y=0.0000  Z=0.0000",
+                                      "control point, X=1.0000  Y=9.0000  Z=0.0000",
+                                      "spline point, X=2.0000  Y=0.0000  Z=0.0000"}));
 }
 
 TEST(Listing, AClosedPolylineInSpaceHasAnAreaWhenItIsPlane) {
@@ -121,12 +120,11 @@ TEST(Listing, AClosedPolylineInSpaceHasAnAreaWhenItIsPlane) {
         drawing.entity("SEQEND|5 E|8 0");
         return listed(drawing);
     };
-    EXPECT_EQ(ring("10 0.0|20 0.0|30 4.0"),
-              (Lines{"closed", "length 14.0000", "area 12.0000",
-                     "at point, X=0.0000  Y=0.0000  Z=0.0000",
-                     "at point, X=3.0000  Y=0.0000  Z=0.0000",
-                     "at point, X=3.0000  Y=0.0000  Z=4.0000",
-                     "at point, X=0.0000  Y=0.0000  Z=4.0000"}));
+    EXPECT_EQ(
+        ring("10 0.0|20 0.0|30 4.0"),
+        (Lines{"closed", "length 14.0000", "area 12.0000", "at point, X=0.0000  Y=0.0000  Z=0.0000",
+               "at point, X=3.0000  Y=0.0000  Z=0.0000", "at point, X=3.0000  Y=0.0000  Z=4.0000",
+               "at point, X=0.0000  Y=0.0000  Z=4.0000"}));
     EXPECT_EQ(ring("10 0.0|20 1.0|30 4.0")[2], "at point, X=0.0000  Y=0.0000  Z=0.0000");
 }
 
@@ -138,12 +136,11 @@ TEST(Listing, MeshesListVerticesAndFaces) {
     mesh.entity("VERTEX|5 D|8 0|10 0.0|20 1.0|30 0.0|70 64");
     mesh.entity("VERTEX|5 F|8 0|10 1.0|20 1.0|30 2.0|70 64");
     mesh.entity("SEQEND|5 E|8 0");
-    EXPECT_EQ(listed(mesh),
-              (Lines{"2 x 2 mesh", "closed in M, open in N", "cubic B-spline surface",
-                     "at point, X=0.0000  Y=0.0000  Z=0.0000",
-                     "at point, X=1.0000  Y=0.0000  Z=0.0000",
-                     "at point, X=0.0000  Y=1.0000  Z=0.0000",
-                     "at point, X=1.0000  Y=1.0000  Z=2.0000"}));
+    EXPECT_EQ(listed(mesh), (Lines{"2 x 2 mesh", "closed in M, open in N", "cubic B-spline surface",
+                                   "at point, X=0.0000  Y=0.0000  Z=0.0000",
+                                   "at point, X=1.0000  Y=0.0000  Z=0.0000",
+                                   "at point, X=0.0000  Y=1.0000  Z=0.0000",
+                                   "at point, X=1.0000  Y=1.0000  Z=2.0000"}));
     DrawingText faces;
     faces.entity("POLYLINE|5 A|8 0|66 1|70 64|71 3|72 1");
     faces.entity("VERTEX|5 B|8 0|10 0.0|20 0.0|30 0.0|70 192");
@@ -151,10 +148,10 @@ TEST(Listing, MeshesListVerticesAndFaces) {
     faces.entity("VERTEX|5 D|8 0|10 0.0|20 1.0|30 0.0|70 192");
     faces.entity("VERTEX|5 F|8 0|10 0.0|20 0.0|30 0.0|70 128|71 1|72 -2|73 3");
     faces.entity("SEQEND|5 E|8 0");
-    EXPECT_EQ(listed(faces), (Lines{"vertices 3", "faces 1",
-                                    "at point, X=0.0000  Y=0.0000  Z=0.0000",
-                                    "at point, X=1.0000  Y=0.0000  Z=0.0000",
-                                    "at point, X=0.0000  Y=1.0000  Z=0.0000", "face 1 -2 3"}));
+    EXPECT_EQ(listed(faces),
+              (Lines{"vertices 3", "faces 1", "at point, X=0.0000  Y=0.0000  Z=0.0000",
+                     "at point, X=1.0000  Y=0.0000  Z=0.0000",
+                     "at point, X=0.0000  Y=1.0000  Z=0.0000", "face 1 -2 3"}));
 }
 
 TEST(Listing, ASplineHasControlPointsWeightsAndKnots) {
@@ -164,12 +161,12 @@ TEST(Listing, ASplineHasControlPointsWeightsAndKnots) {
                      "control points 2", "control point, X=0.0000  Y=0.0000  Z=0.0000",
                      "    weight 1.0000", "control point, X=3.0000  Y=4.0000  Z=0.0000",
                      "    weight 2.0000", "knots 0.0000 0.0000 1.0000 1.0000"}));
-    EXPECT_EQ(listed("SPLINE|5 A|8 0|70 0|71 3|72 0|73 0|74 2|12 1.0|22 0.0|32 0.0|11 0.0|21 0.0|"
-                     "31 0.0|11 2.0|21 0.0|31 0.0"),
-              (Lines{"degree 3", "non-rational, non-periodic", "open", "length 2.0000",
-                     "fit points 2", "fit point, X=0.0000  Y=0.0000  Z=0.0000",
-                     "fit point, X=2.0000  Y=0.0000  Z=0.0000",
-                     "start tangent, X=1.0000  Y=0.0000  Z=0.0000"}));
+    EXPECT_EQ(
+        listed("SPLINE|5 A|8 0|70 0|71 3|72 0|73 0|74 2|12 1.0|22 0.0|32 0.0|11 0.0|21 0.0|"
+               "31 0.0|11 2.0|21 0.0|31 0.0"),
+        (Lines{"degree 3", "non-rational, non-periodic", "open", "length 2.0000", "fit points 2",
+               "fit point, X=0.0000  Y=0.0000  Z=0.0000", "fit point, X=2.0000  Y=0.0000  Z=0.0000",
+               "start tangent, X=1.0000  Y=0.0000  Z=0.0000"}));
 }
 
 TEST(Listing, LinesWithoutEndsAndLeaders) {
@@ -218,24 +215,24 @@ TEST(Listing, ABodyOfADrawingKeepsToItself) {
 }
 
 TEST(Listing, DimensionsTellTheirDefiningPoints) {
-    EXPECT_EQ(listed("DIMENSION|5 A|8 0|2 *D1|3 SMALL|1 <> m|70 32|10 0.0|20 5.0|30 0.0|11 2.0|"
-                     "21 5.0|31 0.0|13 0.0|23 0.0|33 0.0|14 4.0|24 0.0|34 0.0|42 4.0|50 0.0"),
-              (Lines{"linear dimension", "first extension line origin, X=0.0000  Y=0.0000  Z=0.0000",
-                     "second extension line origin, X=4.0000  Y=0.0000  Z=0.0000",
-                     "dimension line point, X=0.0000  Y=5.0000  Z=0.0000",
-                     "dimension line angle 0.0000",
-                     "text position, X=2.0000  Y=5.0000  Z=0.0000", "text \"<> m\"",
-                     "measurement 4.0000", "dimension style \"SMALL\"",
-                     "drawn by block \"*D1\""}));
-    EXPECT_EQ(listed("DIMENSION|5 A|8 0|70 2|10 0.0|20 5.0|30 0.0|13 0.0|23 0.0|33 0.0|14 4.0|"
-                     "24 0.0|34 0.0|15 0.0|25 1.0|35 0.0|16 1.0|26 1.0|36 0.0|42 1.5707963267948966|"
-                     "210 0.0|220 0.0|230 -1.0"),
-              (Lines{"angular dimension", "first line from, X=0.0000  Y=0.0000  Z=0.0000",
-                     "first line to, X=4.0000  Y=0.0000  Z=0.0000",
-                     "second line from, X=0.0000  Y=1.0000  Z=0.0000",
-                     "second line to, X=0.0000  Y=5.0000  Z=0.0000",
-                     "arc point, X=-1.0000  Y=1.0000  Z=0.0000", "measurement 90.0000",
-                     "dimension style \"STANDARD\""}));
+    EXPECT_EQ(
+        listed("DIMENSION|5 A|8 0|2 *D1|3 SMALL|1 <> m|70 32|10 0.0|20 5.0|30 0.0|11 2.0|"
+               "21 5.0|31 0.0|13 0.0|23 0.0|33 0.0|14 4.0|24 0.0|34 0.0|42 4.0|50 0.0"),
+        (Lines{"linear dimension", "first extension line origin, X=0.0000  Y=0.0000  Z=0.0000",
+               "second extension line origin, X=4.0000  Y=0.0000  Z=0.0000",
+               "dimension line point, X=0.0000  Y=5.0000  Z=0.0000", "dimension line angle 0.0000",
+               "text position, X=2.0000  Y=5.0000  Z=0.0000", "text \"<> m\"", "measurement 4.0000",
+               "dimension style \"SMALL\"", "drawn by block \"*D1\""}));
+    EXPECT_EQ(
+        listed("DIMENSION|5 A|8 0|70 2|10 0.0|20 5.0|30 0.0|13 0.0|23 0.0|33 0.0|14 4.0|"
+               "24 0.0|34 0.0|15 0.0|25 1.0|35 0.0|16 1.0|26 1.0|36 0.0|42 1.5707963267948966|"
+               "210 0.0|220 0.0|230 -1.0"),
+        (Lines{"angular dimension", "first line from, X=0.0000  Y=0.0000  Z=0.0000",
+               "first line to, X=4.0000  Y=0.0000  Z=0.0000",
+               "second line from, X=0.0000  Y=1.0000  Z=0.0000",
+               "second line to, X=0.0000  Y=5.0000  Z=0.0000",
+               "arc point, X=-1.0000  Y=1.0000  Z=0.0000", "measurement 90.0000",
+               "dimension style \"STANDARD\""}));
     EXPECT_EQ(listed("DIMENSION|5 A|8 0|70 70|10 0.0|20 0.0|30 0.0")[0], "ordinate X dimension");
     EXPECT_EQ(listed("DIMENSION|5 A|8 0|70 6|10 0.0|20 0.0|30 0.0")[0], "ordinate Y dimension");
 }
@@ -243,14 +240,16 @@ TEST(Listing, DimensionsTellTheirDefiningPoints) {
 TEST(Listing, AHatchHasItsPattern) {
     const std::string boundary =
         "91 1|92 7|72 0|73 1|93 3|10 0.0|20 0.0|10 1.0|20 0.0|10 1.0|20 1.0|97 0|75 1|76 1|";
-    EXPECT_EQ(listed("HATCH|5 A|8 0|10 0.0|20 0.0|30 2.0|210 0.0|220 0.0|230 1.0|2 ANSI31|70 0|71 1|" +
-                     boundary + "52 45.0|41 3.0|77 1|78 0|98 0"),
-              (Lines{"pattern \"ANSI31\"", "associative", "style outer", "scale 3.0000",
-                     "angle 45.0000", "double", "boundaries 1", "elevation 2.0000"}));
-    EXPECT_EQ(listed("HATCH|5 A|8 0|10 0.0|20 0.0|30 0.0|210 0.0|220 0.0|230 1.0|2 SOLID|70 1|71 0|" +
-                     boundary + "98 0"),
-              (Lines{"pattern \"SOLID\"", "solid fill", "not associative", "style outer",
-                     "boundaries 1", "elevation 0.0000"}));
+    EXPECT_EQ(
+        listed("HATCH|5 A|8 0|10 0.0|20 0.0|30 2.0|210 0.0|220 0.0|230 1.0|2 ANSI31|70 0|71 1|" +
+               boundary + "52 45.0|41 3.0|77 1|78 0|98 0"),
+        (Lines{"pattern \"ANSI31\"", "associative", "style outer", "scale 3.0000", "angle 45.0000",
+               "double", "boundaries 1", "elevation 2.0000"}));
+    EXPECT_EQ(
+        listed("HATCH|5 A|8 0|10 0.0|20 0.0|30 0.0|210 0.0|220 0.0|230 1.0|2 SOLID|70 1|71 0|" +
+               boundary + "98 0"),
+        (Lines{"pattern \"SOLID\"", "solid fill", "not associative", "style outer", "boundaries 1",
+               "elevation 0.0000"}));
 }
 
 TEST(Listing, SmallNotes) {
@@ -275,18 +274,19 @@ TEST(Listing, SmallNotes) {
 }
 
 TEST(Listing, TextsAndReferencesTellWhatIsUnusual) {
-    EXPECT_EQ(listed("TEXT|5 A|8 0|10 1.0|20 2.0|30 0.0|40 2.5|1 a|51 15.0|71 6|39 1.0"),
-              (Lines{"text \"a\"", "style \"STANDARD\"", "start point, X=1.0000  Y=2.0000  Z=0.0000",
-                     "height 2.5000", "rotation angle 0.0000", "width factor 1.0000",
-                     "obliquing angle 15.0000", "backward", "upside down", "thickness 1.0000"}));
+    EXPECT_EQ(
+        listed("TEXT|5 A|8 0|10 1.0|20 2.0|30 0.0|40 2.5|1 a|51 15.0|71 6|39 1.0"),
+        (Lines{"text \"a\"", "style \"STANDARD\"", "start point, X=1.0000  Y=2.0000  Z=0.0000",
+               "height 2.5000", "rotation angle 0.0000", "width factor 1.0000",
+               "obliquing angle 15.0000", "backward", "upside down", "thickness 1.0000"}));
     EXPECT_EQ(listed("ATTDEF|5 A|8 0|10 1.0|20 2.0|30 0.0|40 2.5|1 a|2 NR|3 Number?|70 3"),
               (Lines{"tag \"NR\"", "invisible", "constant", "prompt \"Number?\"", "text \"a\"",
-                     "style \"STANDARD\"", "start point, X=1.0000  Y=2.0000  Z=0.0000", "height 2.5000",
-                     "rotation angle 0.0000", "width factor 1.0000"}));
+                     "style \"STANDARD\"", "start point, X=1.0000  Y=2.0000  Z=0.0000",
+                     "height 2.5000", "rotation angle 0.0000", "width factor 1.0000"}));
     EXPECT_EQ(listed("MTEXT|5 A|8 0|10 1.0|20 2.0|30 0.0|40 2.5|41 20.0|71 5|1 a\\Pb"),
-              (Lines{"text \"a\\Pb\"", "style \"STANDARD\"", "location, X=1.0000  Y=2.0000  Z=0.0000",
-                     "height 2.5000", "width 20.0000", "rotation angle 0.0000",
-                     "attachment middle center"}));
+              (Lines{"text \"a\\Pb\"", "style \"STANDARD\"",
+                     "location, X=1.0000  Y=2.0000  Z=0.0000", "height 2.5000", "width 20.0000",
+                     "rotation angle 0.0000", "attachment middle center"}));
     DrawingText house;
     house.block("HOUSE", {});
     house.entity("INSERT|5 A|8 0|2 HOUSE|66 1|10 1.0|20 2.0|30 0.0|70 3|71 2|44 5.0|45 6.0");
@@ -322,8 +322,7 @@ TEST(Listing, StopsBetweenTwoLines) {
         if (text.find(L"POINT A") != std::wstring_view::npos) harness.session().interrupt();
     };
     const std::wstring shown = harness.run();
-    EXPECT_NE(shown.find(L"POINT A, layer \"0\"\n*Cancel*"), std::wstring::npos)
-        << toUtf8(shown);
+    EXPECT_NE(shown.find(L"POINT A, layer \"0\"\n*Cancel*"), std::wstring::npos) << toUtf8(shown);
     EXPECT_EQ(shown.find(L"at point"), std::wstring::npos);
 }
 

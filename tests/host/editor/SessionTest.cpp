@@ -389,6 +389,19 @@ TEST(Session, InterruptingAsksTheRunningCommandToStop) {
     harness.run();
 }
 
+TEST(Session, WhatAStoppedCommandWasToldIsToldOnce) {
+    Harness harness(smallTown(), {L"LOOP", L"LOOP"});
+    Session::HostCommand command;
+    command.name = L"LOOP";
+    command.run = [](Session& session) {
+        session.interrupt();
+        EXPECT_EQ(acedUsrBrk(), 1);
+        EXPECT_EQ(acedUsrBrk(), 1);
+    };
+    harness.session().addHostCommand(command);
+    EXPECT_EQ(harness.run(), L"Command: LOOP\n*Cancel*\nCommand: LOOP\n*Cancel*");
+}
+
 TEST(Session, AnotherDrawingForgetsNamesOfTheOld) {
     Harness harness(smallTown(), {L"(setq e (handent \"10\"))", L"SELECT", L"ALL", L"", L"OPEN",
                                   L"PICK", L"!e", L""});
@@ -721,6 +734,26 @@ TEST(Documents, EachFunctionFailsOnOrderAndDoesNothing) {
     EXPECT_EQ(acDocManager->sendStringToExecute(document, L"NOTHING "), Acad::eOutOfMemory);
     fault::disarm();
     EXPECT_EQ(acDocManager->inputPending(document), 0);
+}
+
+TEST(Documents, AStringThatIsSentWithoutEchoIsNotShown) {
+    for (const bool echo : {true, false}) {
+        Harness harness(smallTown(), {L"SEND", L"NOTHING"});
+        Session::HostCommand command;
+        command.name = L"SEND";
+        command.run = [echo](Session& session) {
+            session.print(L"\nsent");
+            acDocManager->sendStringToExecute(acDocManager->curDocument(), L"TELL ", true, false,
+                                              echo);
+        };
+        harness.session().addHostCommand(command);
+        command.name = L"TELL";
+        command.run = [](Session& session) { session.print(L"\ntold"); };
+        harness.session().addHostCommand(command);
+        EXPECT_EQ(harness.run(), echo
+                                     ? L"Command: SEND\nsent\nCommand: TELL\ntold\nCommand: NOTHING"
+                                     : L"Command: SEND\nsent\ntold\nCommand: NOTHING");
+    }
 }
 
 TEST(Documents, ASentStringIsReadWhenTheCommandHasEnded) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "host/editor/SessionState.h"
+#include "host/editor/Words.h"
 #include "tests/host/editor/Harness.h"
 
 using namespace host;
@@ -112,6 +113,20 @@ TEST(Zoom, CancellingLeavesTheView) {
                   gaveUp ? CommandResult::End::cancelled : CommandResult::End::done);
         EXPECT_EQ(zooming.harness.session().implementation().earlierViews.size(), 0u);
     }
+}
+
+TEST(Zoom, AViewWithoutANumberForItsSizeIsRefused) {
+    Zooming zooming(
+        points({"POINT|5 1|8 0|10 0.0|20 0.0|30 0.0"}),
+        {L"ZOOM 1e-308x", L"", L"ZOOM 1e300x", L"ZOOM 1e300x", L"", L"ZOOM C 0,0 1e-309", L""});
+    EXPECT_EQ(zooming.view().height, 30.0 / 1e300);
+    std::size_t refused = 0;
+    std::size_t at = 0;
+    while ((at = zooming.shown.find(L"There is no view of that size.", at)) != std::wstring::npos) {
+        ++refused;
+        ++at;
+    }
+    EXPECT_EQ(refused, 3u) << toUtf8(zooming.shown);
 }
 
 TEST(Zoom, WithoutADrawingItRefuses) {
