@@ -146,7 +146,10 @@ Words filesLike(std::wstring_view typed, const Words& types) {
 Completion files(std::wstring_view typed, const Words& types, bool quoted) {
     Completion completion = among(filesLike(typed, types), typed.size() + (quoted ? 1 : 0));
     if (completion.text.empty()) return {};
-    const bool needsQuotes = quoted || completion.text.find(L' ') != std::wstring::npos;
+    // Without quotes these would be something else, or end the reply.
+    const bool needsQuotes =
+        quoted || completion.text.find_first_of(L" \t") != std::wstring::npos ||
+        std::wstring_view(L"(!;'\"").find(completion.text.front()) != std::wstring_view::npos;
     const bool whole = completion.choices.empty() && completion.text.back() != L'/';
     if (needsQuotes) completion.text = L'"' + completion.text + (whole ? L"\"" : L"");
     return completion;

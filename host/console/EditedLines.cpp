@@ -15,6 +15,8 @@
 #include <cstdlib>
 #include <cwchar>
 #include <deque>
+#include <iterator>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -34,6 +36,22 @@ constexpr wchar_t cancelKey = L'\x03';  // Ctrl-C, which the terminal hands over
 // Keys like the arrows are an escape with more behind it, which comes at once. A person who presses
 // Escape presses nothing else within this time (in milliseconds).
 constexpr int escapeAlone = 50;
+
+// What follows the Escape of the keys that mean something: arrows, Home, End, Delete, and a word to
+// the left and to the right.
+constexpr std::string_view sequences[] = {"[A",  "[B",  "[C",  "[D",    "[H",   "[F",  "OA",
+                                          "OB",  "OC",  "OD",  "OH",    "OF",   "[1~", "[3~",
+                                          "[4~", "[7~", "[8~", "[1;5C", "[1;5D"};
+constexpr std::size_t longestSequence = 32;
+
+// The editor's names of what those do that it does not know by itself.
+constexpr const wchar_t* moves[][2] = {
+    {L"\\e[1~", L"ed-move-to-beg"},      {L"\\e[7~", L"ed-move-to-beg"},
+    {L"\\e[H", L"ed-move-to-beg"},       {L"\\eOH", L"ed-move-to-beg"},
+    {L"\\e[4~", L"ed-move-to-end"},      {L"\\e[8~", L"ed-move-to-end"},
+    {L"\\e[F", L"ed-move-to-end"},       {L"\\eOF", L"ed-move-to-end"},
+    {L"\\e[3~", L"ed-delete-next-char"}, {L"\\e[1;5C", L"em-next-word"},
+    {L"\\e[1;5D", L"ed-prev-word"}};
 
 // libedit asks the locale how characters are written. Ours are UTF-8 whatever the user's locale is,
 // and only while a line is edited: nothing else of the program depends on a locale.
@@ -113,6 +131,8 @@ class EditedLines : public LineReader {
         bind(L"orlinth-complete", L"completes the word", L"^I", &EditedLines::completeWord);
         bind(L"orlinth-cancel", L"cancels the command", L"^C", &EditedLines::cancelLine);
         bind(L"orlinth-suspend", L"suspends the program", L"^Z", &EditedLines::suspend);
+        for (const auto& [key, move] : moves)
+            el_wset(edit_, EL_BIND, key, move, static_cast<wchar_t*>(nullptr));
         // Ctrl-C and Ctrl-Z come as keys, so that none is lost between two of them.
         el_wset(edit_, EL_SETTY, L"-d", L"-isig", static_cast<wchar_t*>(nullptr));
     }
@@ -173,7 +193,8 @@ class EditedLines : public LineReader {
     // 1 with a key, 0 at the end of input.
     int nextKey(wchar_t& key) {
         if (ahead_.empty() && cancelled_) ahead_.push_back(cancelKey);
-        if (ahead_.empty() && !readKey()) return 0;
+        while (ahead_.empty())
+            if (!readKey()) return 0;
         key = ahead_.front();
         ahead_.pop_front();
         return 1;
@@ -186,44 +207,98 @@ class EditedLines : public LineReader {
         return true;
     }
 
+    // Puts what a key stands for into `ahead_`; false at the end of input.
     bool readKey() {
         for (;;) {
-            // Before any key: what it does is drawn in the width that the window has.
-            if (signals_.takeResize()) redrawAfterResize();
+            heedSignals();
             if (!waitForByte(-1)) {
                 if (signals_.takeCancel()) return cancel();
                 continue;
             }
-            std::string bytes(1, '\0');
-            const ssize_t count = ::read(STDIN_FILENO, bytes.data(), 1);
+            char byte = 0;
+            const ssize_t count = readByte(byte);
             if (count < 0 && (errno == EINTR || errno == EAGAIN)) continue;
             if (count <= 0) return false;
-            if (bytes[0] == escape && !waitForByte(escapeAlone)) return cancel();
-            if (bytes[0] == cancelKey) return cancel();
-            readRestOfCharacter(bytes);
-            const std::wstring text = editor::fromUtf8(bytes);
-            ahead_.insert(ahead_.end(), text.begin(), text.end());
-            return true;
+            if (byte == cancelKey) return cancel();
+            return byte == escape ? readSequence() : readRestOfCharacter(byte);
         }
+    }
+
+    // Before any key: what it does is drawn in the width that the window has.
+    void heedSignals() {
+        if (signals_.takeContinue()) {
+            // Whoever had the terminal meanwhile has left it in another mode.
+            el_wset(edit_, EL_PREP_TERM, 0);
+            el_wset(edit_, EL_PREP_TERM, 1);
+            el_wset(edit_, EL_REFRESH);
+        }
+        if (signals_.takeResize()) redrawAfterResize();
     }
 
     // False when the time (in milliseconds; -1: none) has run out or a signal has come before.
     bool waitForByte(int time) {
+        if (!bytesAhead_.empty()) return true;
         pollfd watched[2] = {{STDIN_FILENO, POLLIN, 0}, {signals_.descriptor(), POLLIN, 0}};
         const int ready = poll(watched, time < 0 ? 2 : 1, time);
         if (ready > 0 && watched[0].revents != 0) return true;
-        signals_.drain();
+        if (time < 0) signals_.drain();
         return false;
     }
 
-    static void readRestOfCharacter(std::string& bytes) {
-        const auto first = static_cast<unsigned char>(bytes[0]);
-        const int more = first >= 0xF0 ? 3 : first >= 0xE0 ? 2 : first >= 0xC0 ? 1 : 0;
-        for (int i = 0; i < more; ++i) {
-            char byte = 0;
-            if (::read(STDIN_FILENO, &byte, 1) != 1) return;
-            bytes += byte;
+    ssize_t readByte(char& byte) {
+        if (bytesAhead_.empty()) return ::read(STDIN_FILENO, &byte, 1);
+        byte = bytesAhead_.front();
+        bytesAhead_.pop_front();
+        return 1;
+    }
+
+    // What belongs to the byte before comes at once; none when nothing does.
+    std::optional<char> nextAtOnce() {
+        char byte = 0;
+        if (!waitForByte(escapeAlone) || readByte(byte) != 1) return std::nullopt;
+        return byte;
+    }
+
+    // Behind an Escape: a key that sends a sequence, or a person's wish to cancel, who types on.
+    bool readSequence() {
+        const std::optional<char> kind = nextAtOnce();
+        if (kind != '[' && kind != 'O') {
+            if (kind) bytesAhead_.push_front(*kind);
+            return cancel();
         }
+        std::string sequence(1, *kind);
+        std::optional<char> byte;
+        do {
+            byte = nextAtOnce();
+            if (byte) sequence += *byte;
+        } while (byte && (*byte < '@' || *byte > '~') && sequence.size() < longestSequence);
+        if (std::find(std::begin(sequences), std::end(sequences), sequence) == std::end(sequences))
+            return true;  // a key without a meaning
+        ahead_.push_back(escape);
+        ahead_.insert(ahead_.end(), sequence.begin(), sequence.end());
+        return true;
+    }
+
+    // A character in UTF-8; a byte that begins none counts as Windows-1252.
+    bool readRestOfCharacter(char first) {
+        std::string bytes(1, first);
+        const auto lead = static_cast<unsigned char>(first);
+        const int more = lead >= 0xF5   ? 0
+                         : lead >= 0xF0 ? 3
+                         : lead >= 0xE0 ? 2
+                         : lead >= 0xC2 ? 1
+                                        : 0;
+        for (int i = 0; i < more; ++i) {
+            const std::optional<char> byte = nextAtOnce();
+            if (byte && (static_cast<unsigned char>(*byte) & 0xC0U) != 0x80U) {
+                bytesAhead_.push_front(*byte);
+                break;
+            }
+            if (byte) bytes += *byte;
+        }
+        const std::wstring text = editor::decodeScript(bytes);
+        ahead_.insert(ahead_.end(), text.begin(), text.end());
+        return true;
     }
 
     // The width that lines are drawn in from here on.
@@ -255,6 +330,7 @@ class EditedLines : public LineReader {
     static unsigned char suspend(EditLine* edit, wint_t) {
         el_wset(edit, EL_PREP_TERM, 0);
         kill(0, SIGTSTP);  // all of the job, as the terminal would
+        self(edit).signals_.takeContinue();
         el_wset(edit, EL_PREP_TERM, 1);
         return CC_REDISPLAY;
     }
@@ -272,7 +348,7 @@ class EditedLines : public LineReader {
             return CC_REFRESH;
         }
         if (completion.choices.empty()) return CC_REFRESH_BEEP;
-        std::fprintf(stdout, "\n%s", inColumns(completion.choices).c_str());
+        std::fprintf(stdout, "\n%s", visible(inColumns(completion.choices)).c_str());
         return CC_REDISPLAY;
     }
 
@@ -284,7 +360,8 @@ class EditedLines : public LineReader {
     int width_ = 80;  // that the line is drawn in
     std::wstring prompt_;
     const Vocabulary* vocabulary_ = nullptr;
-    std::deque<wchar_t> ahead_;  // keys that libedit has not asked for yet
+    std::deque<wchar_t> ahead_;    // keys that libedit has not asked for yet
+    std::deque<char> bytesAhead_;  // read, and left for the next key
     bool cancelled_ = false;
 };
 

@@ -29,8 +29,8 @@ struct Workplace {
 // a person interrupts; all is as it was then.
 void openDrawing(editor::Session& session, Workplace& workplace, const std::filesystem::path& path);
 
-// OPEN, SAVE, SAVEAS, QSAVE, QUIT, U, UNDO, REDO, SCRIPT and HELP. What each asks and says stands
-// in docs/using.md. `workplace` outlives the session.
+// The commands that docs/using.md tells, with what each asks and says. `workplace` outlives the
+// session.
 void addHostCommands(editor::Session& session, Workplace& workplace);
 
 }  // namespace host::console

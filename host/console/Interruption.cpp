@@ -20,8 +20,8 @@ using Handler = void (*)(int);
 volatile std::sig_atomic_t interrupted = 0;
 std::array<Handler, watched.size()> earlier{};
 
-void note(int) {
-    interrupted = 1;
+void note(int signal) {
+    interrupted = signal;
 }
 
 }  // namespace
@@ -35,8 +35,14 @@ Interruption::Interruption() {
 }
 
 Interruption::~Interruption() {
-    for (std::size_t i = 0; i < watched.size(); ++i)
+    bool passOn = false;
+    for (std::size_t i = 0; i < watched.size(); ++i) {
         if (earlier[i] != SIG_ERR) std::signal(watched[i], earlier[i]);
+        const bool listened =
+            earlier[i] != SIG_ERR && earlier[i] != SIG_DFL && earlier[i] != SIG_IGN;
+        passOn = passOn || (listened && watched[i] == interrupted);
+    }
+    if (passOn && interrupted != SIGINT) std::raise(interrupted);
 }
 
 dxf::Progress Interruption::watching(dxf::Progress meter) const {

@@ -17,6 +17,8 @@ class Interruption {
     // noted. One that the caller of the program has told to be ignored stays ignored. One object at
     // a time.
     Interruption();
+    // A request to end goes on to whoever listened to it before: a person's session gives up the
+    // file and ends. Where nobody did, giving up is all.
     ~Interruption();
     Interruption(const Interruption&) = delete;
     Interruption& operator=(const Interruption&) = delete;

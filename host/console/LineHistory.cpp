@@ -22,6 +22,8 @@ fs::path folderOf(const char* variable) {
 }  // namespace
 
 LineHistory::LineHistory(fs::path file) : file_(std::move(file)) {
+    std::error_code error;
+    if (fs::exists(file_, error) && !fs::is_regular_file(file_, error)) file_.clear();
     if (file_.empty()) return;
     std::ifstream stream(file_, std::ios::binary);
     std::size_t count = 0;

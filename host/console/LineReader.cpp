@@ -25,13 +25,54 @@ Line textLine(std::string bytes) {
     return {Line::Kind::text, editor::decodeScript(bytes)};
 }
 
+// Lines of bytes, or of pairs of bytes behind the mark of UTF-16.
 class StreamLines : public LineReader {
   public:
     Line read(const std::wstring&, const Vocabulary&) override {
-        std::string line;
-        if (!std::getline(std::cin, line)) return {};
-        return textLine(std::move(line));
+        if (std::exchange(isFirst_, false)) takeMark();
+        if (!mark_.empty()) return readPairs();
+        std::string line = std::exchange(begun_, {});
+        const bool whole = !line.empty() && line.back() == '\n';
+        if (whole) line.pop_back();
+        std::string rest;
+        if (!whole && !std::getline(std::cin, rest) && line.empty()) return {};
+        return textLine(line + rest);
     }
+
+  private:
+    static bool takePair(std::string& pair) {
+        pair.resize(2);
+        return static_cast<bool>(std::cin.read(pair.data(), 2));
+    }
+
+    void takeMark() {
+        const int first = std::cin.peek();
+        if (first != 0xFE && first != 0xFF) return;
+        std::string pair(1, static_cast<char>(std::cin.get()));
+        if (std::cin.peek() != std::char_traits<char>::eof())
+            pair += static_cast<char>(std::cin.get());
+        (pair == "\xFF\xFE" || pair == "\xFE\xFF" ? mark_ : begun_) = pair;
+    }
+
+    Line readPairs() {
+        const std::string lineEnd =
+            mark_[0] == '\xFF' ? std::string("\n\0", 2) : std::string("\0\n", 2);
+        std::string line = mark_;
+        std::string pair;
+        bool ended = false;
+        while (!ended && takePair(pair)) {
+            ended = pair == lineEnd;
+            if (!ended) line += pair;
+        }
+        if (!ended && line.size() == mark_.size()) return {};
+        std::wstring text = editor::decodeScript(line);
+        if (!text.empty() && text.back() == L'\r') text.pop_back();
+        return {Line::Kind::text, std::move(text)};
+    }
+
+    bool isFirst_ = true;
+    std::string mark_;   // of UTF-16
+    std::string begun_;  // of the first line, looked at for the mark
 };
 
 #ifdef _WIN32

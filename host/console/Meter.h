@@ -3,13 +3,15 @@
 
 #include <chrono>
 #include <string>
+#include <string_view>
 
 #include "host/dxf/Document.h"
 
 namespace host::console {
 
 // A line on standard error with a label and a percentage; nothing when that is no terminal. Work
-// that is over within a quarter of a second shows nothing.
+// that is over within a quarter of a second shows nothing. A label that the window is too narrow
+// for is shown by its beginning and its end.
 class StatusLine {
   public:
     StatusLine();
@@ -29,8 +31,14 @@ class StatusLine {
     const bool terminal_;
     bool running_ = false;
     Clock::time_point start_;
+    std::size_t columns_ = 0;  // that are shown
     std::string shown_;
 };
+
+// A text within so many columns, its middle left out when it is wider; letters of East Asia take
+// two. As UTF-8.
+std::string fitted(const std::string& text, std::size_t columns);
+std::size_t columnsOf(std::wstring_view text);
 
 // A progress function that shows `label` while the work goes on, and takes the line away when it is
 // done. Empty when standard error is no terminal.

@@ -41,7 +41,26 @@ void write(std::FILE* stream, std::string_view text) {
 
 }  // namespace
 
-Printer::Printer(const std::filesystem::path& log) : logging_(!log.empty()) {
+std::string visible(std::string_view text) {
+    std::string shown;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto c = static_cast<unsigned char>(text[i]);
+        const auto next = static_cast<unsigned char>(i + 1 < text.size() ? text[i + 1] : 0);
+        if ((c < 0x20 && c != '\n' && c != '\t') || c == 0x7F) {
+            shown += {'^', static_cast<char>(c ^ 0x40)};
+        } else if (c == 0xC2 && next >= 0x80 && next < 0xA0) {
+            constexpr const char* digits = "0123456789ABCDEF";
+            shown += std::string("\\x") + digits[next >> 4U] + digits[next & 15U];
+            ++i;
+        } else {
+            shown += text[i];
+        }
+    }
+    return shown;
+}
+
+Printer::Printer(const std::filesystem::path& log)
+    : logging_(!log.empty()), outputIsShown_(outputIsTerminal()), errorIsShown_(errorIsTerminal()) {
     carryBytesUnchanged();
     if (!logging_) return;
     log_.open(log, std::ios::binary | std::ios::trunc);
@@ -52,7 +71,7 @@ Printer::Printer(const std::filesystem::path& log) : logging_(!log.empty()) {
 
 void Printer::print(std::string_view text) {
     if (text.empty()) return;
-    write(stdout, text);
+    write(stdout, outputIsShown_ ? visible(text) : std::string(text));
     log(text);
     atLineStart_ = text.back() == '\n';
 }
@@ -62,7 +81,7 @@ void Printer::error(std::string_view sentence) {
     const bool told = sentence.substr(0, subject_.size()) == subject_;
     const std::string line =
         "orlinth: " + (told ? "" : subject_ + ": ") + std::string(sentence) + "\n";
-    write(stderr, line);
+    write(stderr, errorIsShown_ ? visible(line) : line);
     log(line);
 }
 
@@ -97,12 +116,18 @@ bool isConsole(DWORD stream) {
 bool inputIsTerminal() {
     return isConsole(STD_INPUT_HANDLE);
 }
+bool outputIsTerminal() {
+    return isConsole(STD_OUTPUT_HANDLE);
+}
 bool errorIsTerminal() {
     return isConsole(STD_ERROR_HANDLE);
 }
 #else
 bool inputIsTerminal() {
     return isatty(STDIN_FILENO) != 0;
+}
+bool outputIsTerminal() {
+    return isatty(STDOUT_FILENO) != 0;
 }
 bool errorIsTerminal() {
     return isatty(STDERR_FILENO) != 0;

@@ -19,13 +19,17 @@ class LogError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+// A text as a terminal may show it: characters that would steer the terminal, but for the line end
+// and the tab, are written as "^[" and "\\x9B". Drawings and folders may hold any.
+std::string visible(std::string_view text);
+
 class Printer {
   public:
     // Makes the standard streams carry UTF-8 bytes unchanged. `log` empty: no log is kept. An
     // existing log is written anew. Throws LogError.
     explicit Printer(const std::filesystem::path& log);
 
-    // Prompts, answers and what commands say; shown at once.
+    // Prompts, answers and what commands say; shown at once, on a terminal as `visible` has it.
     void print(std::string_view text);
 
     // An error, a whole sentence or several lines; standard error gets it with "orlinth: " before
@@ -54,12 +58,15 @@ class Printer {
     std::ofstream log_;
     std::string subject_;
     bool logging_ = false;
+    const bool outputIsShown_;  // on a terminal
+    const bool errorIsShown_;
     bool logComplete_ = true;
     bool atLineStart_ = true;
 };
 
 // True when the stream is a terminal, where a person types or reads.
 bool inputIsTerminal();
+bool outputIsTerminal();
 bool errorIsTerminal();
 
 }  // namespace host::console

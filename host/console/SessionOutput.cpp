@@ -30,9 +30,17 @@ void SessionOutput::print(std::wstring_view text) {
 
 void SessionOutput::prompt(std::wstring_view text) {
     showHeldPrompt();
-    const std::size_t lastLine = holds_ ? text.rfind(L'\n') + 1 : text.size();
+    const std::size_t lastLine = text.rfind(L'\n') + 1;
     printer_.print(editor::toUtf8(text.substr(0, lastLine)));
-    held_ = text.substr(lastLine);
+    lastPrompt_ = text.substr(lastLine);
+    promptAgain();
+}
+
+void SessionOutput::promptAgain() {
+    if (holds_)
+        held_ = lastPrompt_;
+    else
+        printer_.print(editor::toUtf8(lastPrompt_));
 }
 
 void SessionOutput::reply(const editor::Reply& reply) {

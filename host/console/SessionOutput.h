@@ -24,6 +24,9 @@ class SessionOutput : public editor::Output {
     // The line that waits, for whoever shows it; empty when there is none.
     std::wstring takePrompt();
 
+    // Shows the last line of the last prompt once more.
+    void promptAgain();
+
     void print(std::wstring_view text) override;
     void prompt(std::wstring_view text) override;
     void reply(const editor::Reply& reply) override;
@@ -38,6 +41,7 @@ class SessionOutput : public editor::Output {
     bool shown_ = false;
     bool holds_ = false;
     std::wstring held_;
+    std::wstring lastPrompt_;
 };
 
 }  // namespace host::console

@@ -53,6 +53,7 @@ StandardInput::~StandardInput() {
 
 Reply StandardInput::next(const Request& request) {
     lineIsNew_ = false;
+    asked_ = false;
     Reply reply = reader_.next(request);
     // The first reply of a line stands where it was typed; what follows in the line does not.
     const bool typed = reply.kind == Reply::Kind::text || reply.kind == Reply::Kind::lisp;
@@ -72,6 +73,9 @@ bool StandardInput::takeCancel() {
 
 ReplyReader::Line StandardInput::readLine(const Request* request, bool continuing) {
     if (ended_) return {};
+    // Behind a comment the prompt stands there once more.
+    if (terminal_ && asked_ && !continuing) output_.promptAgain();
+    asked_ = true;
     const std::wstring prompt = continuing ? openExpression : output_.takePrompt();
     ReplyReader::Line line = lines_->read(prompt, vocabularyOf(request));
     ended_ = line.kind == ReplyReader::Line::Kind::end;

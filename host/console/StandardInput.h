@@ -34,6 +34,7 @@ class StandardInput : public editor::Input {
     const bool terminal_;
     bool ended_ = false;
     bool lineIsNew_ = false;
+    bool asked_ = false;                        // for this reply
     std::unique_ptr<TerminalSignals> signals_;  // of a terminal
     std::unique_ptr<LineReader> lines_;
     editor::ReplyReader reader_;

@@ -9,6 +9,7 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #endif
 
@@ -18,6 +19,7 @@ namespace {
 
 volatile std::sig_atomic_t cancelled = 0;
 volatile std::sig_atomic_t resized = 0;
+volatile std::sig_atomic_t continued = 0;
 
 bool taken(volatile std::sig_atomic_t& noted) {
     const bool was = noted != 0;
@@ -31,7 +33,6 @@ void askToStop() {
 }
 
 using Handler = void (*)(int);
-Handler interruptBefore = SIG_DFL;
 
 }  // namespace
 
@@ -43,9 +44,15 @@ bool TerminalSignals::takeResize() {
     return taken(resized);
 }
 
+bool TerminalSignals::takeContinue() {
+    return taken(continued);
+}
+
 #ifdef _WIN32
 
 namespace {
+
+Handler interruptBefore = SIG_DFL;
 
 void onInterrupt(int) {
     std::signal(SIGINT, onInterrupt);  // each one takes its handler away
@@ -78,8 +85,6 @@ namespace {
 int ends[2] = {-1, -1};
 termios found{};
 bool isTerminal = false;
-Handler resizeBefore = SIG_DFL;
-Handler terminateBefore = SIG_DFL;
 
 void wake() {
     const int before = errno;
@@ -99,30 +104,45 @@ void onResize(int) {
     wake();
 }
 
+void onContinue(int) {
+    continued = 1;
+    wake();
+}
+
 void onTerminate(int signal) {
     if (isTerminal) tcsetattr(STDIN_FILENO, TCSANOW, &found);
     std::signal(signal, SIG_DFL);
     std::raise(signal);
 }
 
+struct Watched {
+    int signal;
+    Handler handler;
+    Handler before;
+};
+std::array<Watched, 7> watched{{{SIGINT, onInterrupt, SIG_DFL},
+                                {SIGWINCH, onResize, SIG_DFL},
+                                {SIGCONT, onContinue, SIG_DFL},
+                                {SIGTERM, onTerminate, SIG_DFL},
+                                {SIGHUP, onTerminate, SIG_DFL},
+                                {SIGQUIT, onTerminate, SIG_DFL},
+                                {SIGABRT, onTerminate, SIG_DFL}}};
+
 }  // namespace
 
 TerminalSignals::TerminalSignals() {
-    cancelled = 0;
-    resized = 0;
+    cancelled = resized = continued = 0;
     if (pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0) ends[0] = ends[1] = -1;
     isTerminal = tcgetattr(STDIN_FILENO, &found) == 0;
-    interruptBefore = std::signal(SIGINT, onInterrupt);
-    if (interruptBefore == SIG_IGN) std::signal(SIGINT, SIG_IGN);
-    resizeBefore = std::signal(SIGWINCH, onResize);
-    terminateBefore = std::signal(SIGTERM, onTerminate);
-    if (terminateBefore == SIG_IGN) std::signal(SIGTERM, SIG_IGN);
+    for (Watched& each : watched) {
+        each.before = std::signal(each.signal, each.handler);
+        if (each.before == SIG_IGN) std::signal(each.signal, SIG_IGN);
+    }
 }
 
 TerminalSignals::~TerminalSignals() {
-    if (interruptBefore != SIG_ERR) std::signal(SIGINT, interruptBefore);
-    if (resizeBefore != SIG_ERR) std::signal(SIGWINCH, resizeBefore);
-    if (terminateBefore != SIG_ERR) std::signal(SIGTERM, terminateBefore);
+    for (const Watched& each : watched)
+        if (each.before != SIG_ERR) std::signal(each.signal, each.before);
     for (int& end : ends) {
         if (end >= 0) close(end);
         end = -1;

@@ -38,6 +38,18 @@ TEST(Interruption, IsForgottenByTheNextOne) {
 }
 
 TEST(Interruption, GivesTheSignalsBackToWhomeverHadThem) {
+    for (const int signal : {SIGINT, SIGTERM}) {
+        const auto before = std::signal(signal, hear);
+        heard = 0;
+        { const Interruption interruption; }
+        EXPECT_EQ(heard, 0);
+        std::raise(signal);
+        EXPECT_EQ(heard, 1);
+        std::signal(signal, before);
+    }
+}
+
+TEST(Interruption, ARequestToEndGoesOnToWhomeverListened) {
     const auto before = std::signal(SIGTERM, hear);
     heard = 0;
     {
@@ -45,9 +57,19 @@ TEST(Interruption, GivesTheSignalsBackToWhomeverHadThem) {
         std::raise(SIGTERM);
         EXPECT_EQ(heard, 0);
     }
-    std::raise(SIGTERM);
     EXPECT_EQ(heard, 1);
     std::signal(SIGTERM, before);
+}
+
+TEST(Interruption, CtrlCWasForTheFileAlone) {
+    const auto before = std::signal(SIGINT, hear);
+    heard = 0;
+    {
+        const Interruption interruption;
+        std::raise(SIGINT);
+    }
+    EXPECT_EQ(heard, 0);
+    std::signal(SIGINT, before);
 }
 
 TEST(Interruption, WhatIsIgnoredStaysIgnored) {

@@ -36,6 +36,13 @@ TEST(LineHistory, RemembersTheLastThousandAndCutsALongFile) {
     EXPECT_EQ(console_test::read(file).substr(0, 5), "1001\n");
 }
 
+TEST(LineHistory, WhatIsNoFileIsLeftAlone) {
+    const console_test::Folder folder;
+    LineHistory history(folder.path());
+    EXPECT_TRUE(history.add(L"REDO"));
+    EXPECT_EQ(history.lines(), Lines{L"REDO"});
+}
+
 TEST(LineHistory, WhatCannotBeWrittenIsKeptForTheSession) {
     const console_test::Folder folder;
     console_test::write(folder / "file", "x");

@@ -6,6 +6,7 @@
 #include <pty.h>
 #include <sys/ioctl.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -76,6 +77,24 @@ void Terminal::signal(int number) const {
     ASSERT_EQ(kill(child_, number), 0);
 }
 
+void Terminal::stopAndGoOn() {
+    signal(SIGSTOP);
+    int status = 0;
+    ASSERT_EQ(waitpid(child_, &status, WUNTRACED), child_);
+    ASSERT_TRUE(WIFSTOPPED(status));
+    termios modes{};
+    ASSERT_EQ(tcgetattr(master_, &modes), 0);
+    modes.c_lflag |= ICANON | ECHO | ISIG;
+    ASSERT_EQ(tcsetattr(master_, TCSANOW, &modes), 0);
+    signal(SIGCONT);
+}
+
+bool Terminal::isAsFound() const {
+    constexpr tcflag_t all = ICANON | ECHO | ISIG;
+    termios now{};
+    return tcgetattr(master_, &now) == 0 && (now.c_lflag & all) == all;
+}
+
 bool Terminal::readMore() {
     char bytes[4096];
     const ssize_t count = ::read(master_, bytes, sizeof bytes);
@@ -127,8 +146,11 @@ int Terminal::exitCode() {
 
 std::string keys(const std::string& text) {
     static const std::map<std::string, std::string> names{
-        {"Enter", "\r"},    {"Escape", "\x1B"},  {"Tab", "\t"},      {"Up", "\x1B[A"},
-        {"Down", "\x1B[B"}, {"Right", "\x1B[C"}, {"Left", "\x1B[D"}, {"Backspace", "\x7F"}};
+        {"Enter", "\r"},           {"Escape", "\x1B"},        {"Tab", "\t"},
+        {"Up", "\x1B[A"},          {"Down", "\x1B[B"},        {"Right", "\x1B[C"},
+        {"Left", "\x1B[D"},        {"Backspace", "\x7F"},     {"Delete", "\x1B[3~"},
+        {"Home", "\x1B[H"},        {"End", "\x1BOF"},         {"PageUp", "\x1B[5~"},
+        {"CtrlLeft", "\x1B[1;5D"}, {"CtrlRight", "\x1B[1;5C"}};
     std::string bytes;
     for (std::size_t i = 0; i < text.size(); ++i) {
         const std::size_t end = text[i] == '{' ? text.find('}', i) : std::string::npos;

@@ -12,6 +12,7 @@
 //                  for a prompt that stands there for a moment before, such as those of a script
 //     < ...        keys are typed: {Enter} {Escape} {Ctrl-A}... {Tab} {Up} {Down} {Left} {Right}
 //                  {Backspace}
+//                  {Delete} {Home} {End} {PageUp} {CtrlLeft} {CtrlRight}
 //     size N       the window gets N columns; lines that were broken are broken anew
 //     > ...        all lines that the terminal shows in the end, or {*} and {...} for some of them
 //     = N          the exit code
@@ -52,6 +53,8 @@ class Terminal {
     void type(const std::string& bytes);
     void resize(unsigned short columns);
     void signal(int number) const;
+    // Stops the program, gives the terminal other modes as a shell would, and lets it go on.
+    void stopAndGoOn();
     // Waits until the line with the cursor reads so, in another state than the last one; false when
     // the program ends before.
     bool showsPrompt(const std::string& text);
@@ -64,6 +67,9 @@ class Terminal {
     int exitCode();
     // The signal that has ended the program; 0 for none.
     int endedBy() const { return endedBy_; }
+
+    // Whether the terminal edits lines, echoes and knows Ctrl-C by itself, as it was found.
+    bool isAsFound() const;
 
     const Screen& screen() const { return screen_; }
     const std::string& bytes() const { return bytes_; }

@@ -18,6 +18,10 @@ using namespace console_test;
 // What a person is told of the drawing that the program was started with.
 const std::string introduction = "streets.dxf, R2010, 99 entities. HELP lists the commands.\n";
 
+std::string introductionLine() {
+    return introduction.substr(0, introduction.size() - 1);
+}
+
 std::filesystem::path sessionFolder() {
     return std::filesystem::path(ORLINTH_TEST_DATA).parent_path() / "host" / "console" / "terminal";
 }
@@ -157,10 +161,10 @@ TEST_F(LinuxTerminalSession, CtrlCStopsACommandThatWorksAndIsToldOnce) {
     ASSERT_TRUE(terminal.showsPrompt("Command: "));
     terminal.type("QUIT\r");
     EXPECT_EQ(terminal.exitCode(), 0);
-    EXPECT_EQ(
-        terminal.screen().lines(),
-        (std::vector<std::string>{"Command: PROBEWORK", "working", "^C", "stopped", "*Cancel*",
-                                  "Command: REDO", "Nothing to redo.", "Command: QUIT", ""}));
+    EXPECT_EQ(terminal.screen().lines(),
+              (std::vector<std::string>{introductionLine(), "Command: PROBEWORK", "working", "^C",
+                                        "stopped", "*Cancel*", "Command: REDO", "Nothing to redo.",
+                                        "Command: QUIT", ""}));
 }
 
 TEST_F(LinuxTerminalSession, CtrlCWhileACommandWorksCancelsItsNextPrompt) {
@@ -174,8 +178,8 @@ TEST_F(LinuxTerminalSession, CtrlCWhileACommandWorksCancelsItsNextPrompt) {
     terminal.type("QUIT\r");
     terminal.exitCode();
     EXPECT_EQ(terminal.screen().lines(),
-              (std::vector<std::string>{"Command: PROBEWORKASK", "working", "^C", "stopped",
-                                        "Entity: *Cancel*", "Command: QUIT", ""}));
+              (std::vector<std::string>{introductionLine(), "Command: PROBEWORKASK", "working",
+                                        "^C", "stopped", "Entity: *Cancel*", "Command: QUIT", ""}));
 }
 
 TEST_F(LinuxTerminalSession, CtrlCThatACommandDoesNotHeedCancelsNothingElse) {
@@ -196,7 +200,10 @@ using Widths = std::vector<unsigned short>;
 // A line as a window of that width shows it, with room for the cursor behind it.
 std::vector<std::string> brokenAt(std::size_t width, const std::string& line) {
     std::vector<std::string> rows;
-    for (std::size_t at = 0; at <= line.size(); at += width) rows.push_back(line.substr(at, width));
+    for (std::size_t at = 0; at <= line.size(); at += width) {
+        rows.push_back(line.substr(at, width));
+        rows.back().erase(rows.back().find_last_not_of(' ') + 1);
+    }
     return rows;
 }
 
@@ -211,12 +218,17 @@ TEST_F(LinuxTerminalSession, ALineLongerThanTheWindowSurvivesEachOfItsWidths) {
     ASSERT_TRUE(terminal.showsPrompt("Command: "));
     const std::string text = longText();
     std::string line = "Command: (setq long \"" + text + "\")";
+    const auto screenAt = [&](std::size_t columns) {
+        std::vector<std::string> all = brokenAt(columns, introductionLine());
+        for (const std::string& row : brokenAt(columns, line)) all.push_back(row);
+        return all;
+    };
     terminal.type(line.substr(9));
-    ASSERT_TRUE(terminal.showsLines(brokenAt(100, line)));
+    ASSERT_TRUE(terminal.showsLines(screenAt(100)));
     for (const unsigned short columns : Widths{37, 100, 13, 61, 200, 29, 11, 300, 80}) {
         terminal.resize(columns);
         ASSERT_TRUE(terminal.shows("\x1B[J"));
-        ASSERT_TRUE(terminal.showsLines(brokenAt(columns, line))) << columns;
+        ASSERT_TRUE(terminal.showsLines(screenAt(columns))) << columns;
     }
     // The cursor in the middle of the line, which goes on being edited there.
     const auto typeInTheMiddle = [&] {
@@ -225,12 +237,12 @@ TEST_F(LinuxTerminalSession, ALineLongerThanTheWindowSurvivesEachOfItsWidths) {
     };
     for (int i = 0; i < 120; ++i) terminal.type("\x1B[D");
     typeInTheMiddle();
-    ASSERT_TRUE(terminal.showsLines(brokenAt(80, line)));
+    ASSERT_TRUE(terminal.showsLines(screenAt(80)));
     for (const unsigned short columns : Widths{23, 90, 40}) {
         terminal.resize(columns);
         ASSERT_TRUE(terminal.shows("\x1B[J"));
         typeInTheMiddle();
-        ASSERT_TRUE(terminal.showsLines(brokenAt(columns, line))) << columns;
+        ASSERT_TRUE(terminal.showsLines(screenAt(columns))) << columns;
     }
     terminal.type("\r");
     const std::size_t quote = line.find('"');
@@ -254,7 +266,7 @@ TEST_F(LinuxTerminalSession, WhereLinesAreNotBrokenAnewNothingAboveIsLost) {
     terminal.type(line.substr(9));
     const auto screenAt = [&](std::size_t columns) {
         std::vector<std::string> all = brokenAt(columns, line);
-        all.insert(all.begin(), {"Command: REDO", "Nothing to redo."});
+        all.insert(all.begin(), {introductionLine(), "Command: REDO", "Nothing to redo."});
         return all;
     };
     ASSERT_TRUE(terminal.showsLines(screenAt(100)));
@@ -329,6 +341,28 @@ TEST_F(LinuxTerminalSession, AMeterOfACommandIsShownAndTakenAway) {
                                         "Command: PROBEMETER", "measured", "Command: QUIT", ""}));
 }
 
+TEST_F(LinuxTerminalSession, LinesInUtf16AreTakenByTheirMark) {
+    const auto wide = [](const std::string& text, bool bigEndian) {
+        std::string bytes = bigEndian ? "\xFE\xFF" : "\xFF\xFE";
+        for (const char c : text) {
+            if (bigEndian) bytes += '\0';
+            bytes += c;
+            if (!bigEndian) bytes += '\0';
+        }
+        return bytes;
+    };
+    for (const bool bigEndian : {false, true}) {
+        const Outcome outcome = run({orlinth(),
+                                     {"streets.dxf"},
+                                     folder_.path(),
+                                     wide("REDO\r\n(list 1)\n\nREDO", bigEndian)});
+        EXPECT_EQ(outcome.output,
+                  "Command: REDO\nNothing to redo.\nCommand: (list 1)\n(1)\nCommand: \n"
+                  "Nothing to redo.\nCommand: REDO\nNothing to redo.\n");
+        EXPECT_EQ(outcome.error, "");
+    }
+}
+
 TEST_F(LinuxTerminalSession, AMeterIsSilentElsewhere) {
     const Outcome outcome =
         run({orlinth(), {"streets.dxf", "--module", probe()}, folder_.path(), "PROBEMETER\n"});
@@ -355,13 +389,83 @@ TEST_F(LinuxTerminalSession, OpeningTellsWhatHasBeenOpenedAndWhatIsOddInIt) {
     EXPECT_EQ(shown[4].rfind("one.dxf, line ", 0), 0U) << shown[4];
 }
 
-TEST_F(LinuxTerminalSession, ARequestToEndEndsIt) {
+TEST_F(LinuxTerminalSession, ARequestToEndEndsItAndGivesTheTerminalBack) {
+    for (const int signal : {SIGTERM, SIGHUP, SIGQUIT, SIGABRT}) {
+        Terminal terminal(start());
+        ASSERT_TRUE(terminal.showsPrompt("Command: "));
+        EXPECT_FALSE(terminal.isAsFound());
+        terminal.signal(signal);
+        EXPECT_EQ(terminal.exitCode(), -1);
+        EXPECT_EQ(terminal.endedBy(), signal);
+        EXPECT_TRUE(terminal.isAsFound()) << signal;
+    }
+    EXPECT_EQ(read(folder_ / "streets.dxf"), read(exampleDrawing()));
+}
+
+TEST_F(LinuxTerminalSession, StoppedFromOutsideItGoesOnWithItsOwnModes) {
     Terminal terminal(start());
     ASSERT_TRUE(terminal.showsPrompt("Command: "));
-    terminal.signal(SIGTERM);
-    EXPECT_EQ(terminal.exitCode(), -1);
-    EXPECT_EQ(terminal.endedBy(), SIGTERM);
-    EXPECT_EQ(read(folder_ / "streets.dxf"), read(exampleDrawing()));
+    terminal.stopAndGoOn();
+    ASSERT_TRUE(terminal.shows("Command: Command: "));
+    EXPECT_FALSE(terminal.isAsFound());
+    terminal.type("REDO\r");
+    ASSERT_TRUE(terminal.shows("Nothing to redo."));
+    terminal.type("\x04");
+    EXPECT_EQ(terminal.exitCode(), 0);
+}
+
+TEST_F(LinuxTerminalSession, CtrlCDropsTheRestOfTheLine) {
+    Terminal terminal(start({"streets.dxf", "--module", probe()}));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("PROBEWORK REDO\r");
+    ASSERT_TRUE(terminal.shows("working"));
+    terminal.type("\x03");
+    ASSERT_TRUE(terminal.shows("*Cancel*"));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("QUIT\r");
+    EXPECT_EQ(terminal.exitCode(), 0);
+    EXPECT_EQ(terminal.bytes().find("Nothing to redo."), std::string::npos);
+}
+
+TEST_F(LinuxTerminalSession, EscapeTypedAheadCancelsAPromptAndLeavesTheNextLineAlone) {
+    Terminal terminal(start({"streets.dxf", "--module", probe()}));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("PROBEMETER\r");
+    ASSERT_TRUE(terminal.shows("Measuring 50 %"));
+    terminal.type("\x1BREDO\r");
+    ASSERT_TRUE(terminal.shows("Nothing to redo."));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("QUIT\r");
+    EXPECT_EQ(terminal.exitCode(), 0);
+    const std::string& shown = terminal.bytes();
+    EXPECT_EQ(shown.find("measured"), shown.rfind("measured")) << "the command ran once";
+}
+
+TEST_F(LinuxTerminalSession, AByteThatBeginsNoCharacterTakesNoKeyAlong) {
+    Terminal terminal(start());
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("(list \"t\xE4\xE4ll\xE4\")\r");
+    ASSERT_TRUE(terminal.shows("(\"täällä\")"));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("\xE4\x03");
+    ASSERT_TRUE(terminal.shows("*Cancel*"));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("\x04");
+    EXPECT_EQ(terminal.exitCode(), 0);
+}
+
+TEST_F(LinuxTerminalSession, WhatADrawingHoldsDoesNotSteerTheTerminal) {
+    write(folder_ / "hostile.dxf",
+          "  0\nSECTION\n  2\nENTITIES\n  0\nTEXT\n  5\nA\n  8\n0\n 10\n0.0\n 20\n0.0\n 30\n0.0\n"
+          " 40\n1.0\n  1\nhi \x1B]0;owned\x07\n  0\nENDSEC\n  0\nEOF\n");
+    Terminal terminal(start({"hostile.dxf"}));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("LIST ALL \r");
+    ASSERT_TRUE(terminal.shows("text \"hi ^[]0;owned^G\""));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
+    terminal.type("\x04");
+    terminal.exitCode();
+    EXPECT_EQ(terminal.screen().strange(), "");
 }
 
 }  // namespace
