@@ -6,6 +6,7 @@
 
 #include "host/database/DatabaseImp.h"
 #include "host/database/Fault.h"
+#include "host/database/MlineElements.h"
 #include "host/database/Names.h"
 #include "host/database/NewRecords.h"
 #include "host/database/ObjectFields.h"
@@ -145,13 +146,7 @@ void AcDbImpDatabase::complete(AcDbObject& object, Number owner) const {
     if (structure_.block(owner) != nullptr) {
         fields.paperSpace = owner == structure_.paperSpace() ? 1 : 0;
     }
-    if (auto* mline = dynamic_cast<MlineFields*>(&fields)) {
-        const auto style = find(Table::mlineStyle, mline->style);
-        MlineStyleFields read;
-        if (style) {
-            mline->elements = static_cast<const MlineStyleFields&>(fieldsAt(*style, read)).elements;
-        }
-    }
+    if (auto* mline = dynamic_cast<MlineFields*>(&fields)) takeElements(*mline, *this);
     if (auto* text = dynamic_cast<TextFields*>(&fields); text != nullptr && text->height == 0.0) {
         const auto size = document_->headerVariable("$TEXTSIZE").find(40);
         const double height = size ? size->real().value_or(0.0) : 0.0;

@@ -3,9 +3,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "host/database/DatabaseImp.h"
 #include "host/database/Fault.h"
+#include "host/database/MlineElements.h"
 #include "host/database/ObjectFields.h"
 #include "host/database/ObjectImp.h"
 #include "host/database/RecordWriter.h"
@@ -206,6 +208,13 @@ std::vector<std::vector<AcGePoint3d>> MlineFields::lines() const {
     return result;
 }
 
+void takeElements(MlineFields& mline, const AcDbImpDatabase& database) {
+    const auto style = database.find(Table::mlineStyle, mline.style);
+    if (!style) return;
+    MlineStyleFields read;
+    mline.elements = static_cast<const MlineStyleFields&>(database.fieldsAt(*style, read)).elements;
+}
+
 void MlineFields::writeWith(RecordWriter& out, std::uint64_t styleHandle) const {
     out.beginEntity("MLINE", *this);
     out.marker(L"AcDbMline");
@@ -239,7 +248,15 @@ namespace {
 template <class Change>
 Acad::ErrorStatus changeMline(AcDbMline& mline, Change change) {
     if (mline.impl()->isFromDrawing()) return Acad::eNotImplementedYet;
-    return host::database::change<MlineFields>(mline, change);
+    const AcDbImpDatabase* const database = AcDbImpDatabase::of(mline.objectId());
+    if (database == nullptr) return host::database::change<MlineFields>(mline, change);
+    // In a database it is complete and can be written.
+    MlineFields changed = fieldsOf<MlineFields>(mline);
+    change(changed);
+    takeElements(changed, *database);
+    if (!changed.isFinite()) return Acad::eInvalidInput;
+    return host::database::change<MlineFields>(
+        mline, [&changed](MlineFields& fields) { fields = std::move(changed); });
 }
 
 }  // namespace
@@ -307,7 +324,9 @@ int AcDbMline::numVertices() const {
 }
 AcGePoint3d AcDbMline::vertexAt(int index) const {
     if (index < 0 || index >= numVertices()) return {};
-    return fieldsOf<MlineFields>(*this).position(static_cast<std::size_t>(index));
+    const auto& fields = fieldsOf<MlineFields>(*this);
+    const auto vertex = static_cast<std::size_t>(index);
+    return impl()->isFromDrawing() ? fields.points[vertex] : fields.position(vertex);
 }
 Acad::ErrorStatus AcDbMline::setClosedMline(bool closed) {
     HOST_CALL("AcDbMline::setClosedMline");

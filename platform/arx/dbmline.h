@@ -20,7 +20,8 @@ class AcDbMlineStyle : public AcDbObject {
     int numElements() const;
 };
 
-// What came with the drawing is kept as it is: setters give eNotImplementedYet for it.
+// What came with the drawing is kept as it is: setters give eNotImplementedYet for it. In a
+// database they give eInvalidInput for what makes numbers too large to be written.
 class AcDbMline : public AcDbEntity {
   public:
     ACRX_DECLARE_MEMBERS(AcDbMline);
@@ -45,7 +46,7 @@ class AcDbMline : public AcDbEntity {
     // than two.
     Acad::ErrorStatus appendSeg(const AcGePoint3d& vertex);
     int numVertices() const;
-    // In the plane; the origin outside.
+    // In the plane, one of a drawing as it stands there; the origin outside.
     AcGePoint3d vertexAt(int index) const;
     Acad::ErrorStatus setClosedMline(bool closed);
     bool closedMline() const;

@@ -2,6 +2,7 @@
 #include <dbdict.h>
 #include <dbmline.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -494,6 +495,60 @@ TEST_F(Mlines, UndoingGivesTheBytesOfBefore) {
         EXPECT_TRUE(database::redo(*database));
         EXPECT_EQ(savedBytes(*database), drawn);
     }
+}
+
+TEST_F(Mlines, ChangedInTheDrawingHaveTheLinesOfTheirStyle) {
+    use(withStyles());
+    const AcDbObjectId id = put(corner());
+    AcDbMline* mline = nullptr;
+    ASSERT_EQ(acdbOpenObject(mline, id, AcDb::kForWrite), Acad::eOk);
+    EXPECT_EQ(mline->setStyle(styleNamed(*database, L"WALL")), Acad::eOk);
+    mline->close();
+    const Lines groups = saved("MLINE");
+    EXPECT_EQ(std::count(groups.begin(), groups.end(), "73 3"), 1);
+    EXPECT_EQ(std::count(groups.begin(), groups.end(), "74 2"), 3 * 3);
+    // The first line runs through the vertices. They begin at 45 degrees, so that what is 0.3 and
+    // 0.4 across is longer by the root of 2.
+    const auto valuesOf = [&groups](const std::string& code) {
+        std::vector<double> values;
+        for (const std::string& group : groups)
+            if (group.rfind(code, 0) == 0) values.push_back(std::stod(group.substr(code.size())));
+        return values;
+    };
+    const double half = std::sqrt(0.5);
+    EXPECT_NEAR(valuesOf("13 ").at(0), half, 1e-15);
+    EXPECT_NEAR(valuesOf("23 ").at(0), half, 1e-15);
+    const std::vector<double> places = valuesOf("41 ");
+    ASSERT_EQ(places.size(), 2u * 3 * 3);
+    EXPECT_NEAR(places[0], 0.0, 1e-15);
+    EXPECT_NEAR(places[2], -0.3 / half, 1e-15);
+    EXPECT_NEAR(places[4], -0.4 / half, 1e-15);
+}
+
+TEST_F(Mlines, ChangesInTheDrawingThatCannotBeWrittenAreRefused) {
+    use(withStyles());
+    const AcDbObjectId id = put(corner());
+    const std::string drawn = savedBytes(*database);
+    AcDbMline* mline = nullptr;
+    ASSERT_EQ(acdbOpenObject(mline, id, AcDb::kForWrite), Acad::eOk);
+    EXPECT_EQ(mline->setScale(1.7e308), Acad::eInvalidInput);
+    EXPECT_EQ(mline->appendSeg({1.7e308, -1.7e308, 0}), Acad::eInvalidInput);
+    EXPECT_EQ(mline->scale(), 1.0);
+    EXPECT_EQ(mline->numVertices(), 3);
+    mline->close();
+    EXPECT_EQ(savedBytes(*database), drawn);
+}
+
+TEST_F(Mlines, OfADrawingKeepTheirVerticesOffThePlane) {
+    use(
+        withStyles().entity("MLINE|5 20|8 0|2 WALL|40 1|71 1|210 0|220 0|230 1|11 1|21 2|31 3|"
+                            "11 4|21 5|31 3.5"));
+    AcDbObjectId id;
+    ASSERT_EQ(database->getAcDbObjectId(id, false, AcDbHandle(0x20)), Acad::eOk);
+    AcDbMline* mline = nullptr;
+    ASSERT_EQ(acdbOpenObject(mline, id, AcDb::kForRead), Acad::eOk);
+    EXPECT_EQ(mline->vertexAt(1).z, 3.5);
+    mline->close();
 }
 
 TEST_F(Mlines, EachCallCanBeRefused) {
