@@ -187,9 +187,10 @@ class Explosion {
                                     AcGeMatrix3d::rotation(fields.rotation, AcGeVector3d::kZAxis);
         for (std::uint64_t cell = 0; content.count != 0 && cell < cellsOf(fields); ++cell) {
             const auto columns = static_cast<std::uint64_t>(std::max(fields.columns, 1));
+            const std::uint64_t row = cell / columns, column = cell % columns;
             const AcGeVector3d shift =
-                turned * AcGeVector3d(static_cast<double>(cell % columns) * fields.columnSpacing,
-                                      static_cast<double>(cell / columns) * fields.rowSpacing, 0);
+                turned * AcGeVector3d(static_cast<double>(column) * fields.columnSpacing,
+                                      static_cast<double>(row) * fields.rowSpacing, 0);
             const AcGeMatrix3d inside =
                 cell == 0 ? first : AcGeMatrix3d::translation(shift) * first;
             if (!takeContent(content, inside)) return false;
