@@ -16,6 +16,7 @@ function(orlinth_header_package target)
 endfunction()
 
 orlinth_header_package(orlinth_boost boost)
+orlinth_header_package(orlinth_cli11 CLI)
 
 if(NOT WIN32)
   # Line editing at a terminal.

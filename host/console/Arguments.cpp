@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include <CLI/CLI.hpp>
+
 #include "host/editor/Nearest.h"
 #include "host/editor/Words.h"
 
@@ -17,123 +19,85 @@ using editor::toUtf8;
     throw std::invalid_argument(sentence);
 }
 
-bool isSlash(const OptionForm& form, const std::string& word) {
-    return *form.slash != '\0' && editor::equalIgnoringCase(fromUtf8(word), fromUtf8(form.slash));
+bool isSwitch(const std::string& word, const std::vector<OptionForm>& forms) {
+    return std::any_of(forms.begin(), forms.end(), [&](const OptionForm& form) {
+        return *form.slash != '\0' &&
+               editor::equalIgnoringCase(fromUtf8(word), fromUtf8(form.slash));
+    });
 }
 
 std::string writeSo(const std::string& word) {
     return " (write ./" + word + " for a file of that name)";
 }
 
-class Reader {
-  public:
-    Reader(const std::vector<std::string>& words, const std::vector<OptionForm>& forms)
-        : words_(words), forms_(forms) {}
-
-    Arguments read() {
-        while (next_ < words_.size()) {
-            const std::string& word = words_[next_++];
-            if (word == "--") return restAreNames();
-            if (!isOption(word))
-                takeName(word);
-            else if (word == "-")
-                refuse("'-' is no drawing" + writeSo(word));
-            else
-                takeOption(word);
-        }
-        result_.namesBeforeDashes = result_.names.size();
-        return std::move(result_);
+void refuseValue(const OptionForm& form, const std::string& typed, const std::string& value,
+                 const std::vector<OptionForm>& forms) {
+    if (*form.needs == '\0') {
+        if (value != "true") refuse(typed + " takes no value; '=" + value + "' is too much");
+        return;
     }
+    const std::string needs = typed + " needs " + form.needs + "; ";
+    if (value.empty()) refuse(needs + "what it was given is empty");
+    if (!form.isFile || (form.takesDash && value == "-")) return;
+    if (value.front() == '=' && typed == form.letter)
+        refuse(typed + " and its value have a blank between them, no '='" + writeSo(value));
+    if (value.front() == '-') refuse(needs + "'" + value + "' is an option" + writeSo(value));
+    if (isSwitch(value, forms)) refuse(needs + "'" + value + "' is an option");
+}
 
-  private:
-    bool isOption(const std::string& word) const {
-        return word.substr(0, 1) == "-" ||
-               std::any_of(forms_.begin(), forms_.end(),
-                           [&](const OptionForm& form) { return isSlash(form, word); });
+void take(const OptionForm& form, const std::string& typed, const std::string& value,
+          Arguments& result) {
+    const auto& known = result.options;
+    const auto first = std::find_if(known.begin(), known.end(), [&](const GivenOption& given) {
+        return given.name == form.name;
+    });
+    if (first != known.end() && !form.mayRepeat && *form.needs != '\0')
+        refuse((first->typed == typed ? typed + " was given twice: '"
+                                      : first->typed + " and " + typed +
+                                            " are one option, which was given twice: '") +
+               first->value + "' and '" + value + "'");
+    result.options.push_back({form.name, typed, value});
+}
+
+// "--output=" would take the next word for its value. Where a shell variable was not set, that is
+// a drawing, which the result must not replace.
+void refuseEmptyTails(const CLI::App& app, const std::vector<std::string>& words) {
+    for (const std::string& word : words) {
+        if (word == "--") return;
+        if (word.find('=') + 1 != word.size()) continue;
+        const auto* const option = app.get_option_no_throw(word.substr(0, word.find('=')));
+        if (option != nullptr && option->get_expected_max() > 0)
+            refuse(option->get_name() + " needs " + option->get_type_name() +
+                   "; what it was given is empty");
     }
+}
 
-    Arguments restAreNames() {
-        result_.namesBeforeDashes = result_.names.size();
-        while (next_ < words_.size()) takeName(words_[next_++]);
-        return std::move(result_);
+void refuseStranger(const std::string& word, const std::vector<OptionForm>& forms) {
+    if (word == "-") refuse("'-' is no drawing" + writeSo(word));
+    const std::string typed = word.substr(0, word.find('='));
+    std::vector<std::wstring> names(forms.size());
+    std::transform(forms.begin(), forms.end(), names.begin(),
+                   [](const OptionForm& form) { return fromUtf8(form.name); });
+    refuse("there is no option " + typed + toUtf8(editor::didYouMean(fromUtf8(typed), names)));
+}
+
+// The parser leaves over, in their order, the names, "--" itself and the options it does not know.
+void takeNames(const std::vector<std::string>& left, const std::vector<OptionForm>& forms,
+               Arguments& result) {
+    const auto dashes = std::find(left.begin(), left.end(), "--");
+    for (auto word = left.begin(); word != left.end(); ++word) {
+        if (word == dashes) continue;
+        if (word->empty()) refuse("the name of a drawing is empty");
+        if (word < dashes && word->front() == '-') refuseStranger(*word, forms);
+        result.names.push_back(*word);
     }
-
-    void takeName(const std::string& name) {
-        if (name.empty()) refuse("the name of a drawing is empty");
-        result_.names.push_back(name);
-    }
-
-    // "--output=a.dxf" and "-oa.dxf" have their value in them.
-    void takeOption(const std::string& word) {
-        const bool isLong = word.substr(0, 2) == "--";
-        const std::size_t equals = isLong ? word.find('=') : std::string::npos;
-        const std::string typed = word.substr(0, equals);
-        if (const OptionForm* form = find(typed)) {
-            if (equals == std::string::npos) return takeOption(*form, typed);
-            return takeValue(*form, typed, word.substr(equals + 1));
-        }
-        const OptionForm* const form = isLong ? nullptr : find(word.substr(0, 2));
-        if (form == nullptr || *form->needs == '\0') refuseStranger(typed);
-        if (form->isFile && word[2] == '=')
-            refuse(std::string(form->letter) + " and its value have a blank between them, no '='" +
-                   writeSo(word.substr(2)));
-        takeValue(*form, form->letter, word.substr(2));
-    }
-
-    const OptionForm* find(const std::string& typed) const {
-        const auto found = std::find_if(forms_.begin(), forms_.end(), [&](const OptionForm& form) {
-            return typed == form.name || typed == form.letter || isSlash(form, typed);
-        });
-        return found == forms_.end() ? nullptr : &*found;
-    }
-
-    [[noreturn]] void refuseStranger(const std::string& typed) const {
-        std::vector<std::wstring> names;
-        for (const OptionForm& form : forms_) names.push_back(fromUtf8(form.name));
-        refuse("there is no option " + typed + toUtf8(editor::didYouMean(fromUtf8(typed), names)));
-    }
-
-    void takeOption(const OptionForm& form, const std::string& typed) {
-        if (*form.needs == '\0') return note(form, typed, {});
-        if (next_ == words_.size()) refuse(typed + " needs " + form.needs);
-        const std::string& value = words_[next_++];
-        const bool dash = form.takesDash && value == "-";
-        if (form.isFile && !dash && isOption(value))
-            refuse(typed + " needs " + form.needs + "; '" + value + "' is an option" +
-                   (value.front() == '-' ? writeSo(value) : ""));
-        takeValue(form, typed, value);
-    }
-
-    void takeValue(const OptionForm& form, const std::string& typed, const std::string& value) {
-        if (*form.needs == '\0') refuse(typed + " takes no value; '=" + value + "' is too much");
-        if (value.empty()) refuse(typed + " needs " + form.needs + "; what it was given is empty");
-        note(form, typed, value);
-    }
-
-    void note(const OptionForm& form, const std::string& typed, const std::string& value) {
-        const auto same = [&](const GivenOption& given) { return given.name == form.name; };
-        const auto& known = result_.options;
-        const auto first = std::find_if(known.begin(), known.end(), same);
-        if (first != known.end() && !form.mayRepeat && *form.needs != '\0')
-            refuse(first->typed == typed
-                       ? typed + " was given twice: '" + first->value + "' and '" + value + "'"
-                       : first->typed + " and " + typed +
-                             " are one option, which was given twice: '" + first->value +
-                             "' and '" + value + "'");
-        result_.options.push_back({form.name, typed, value});
-    }
-
-    const std::vector<std::string>& words_;
-    const std::vector<OptionForm>& forms_;
-    std::size_t next_ = 0;
-    Arguments result_;
-};
+    result.namesBeforeDashes = static_cast<std::size_t>(dashes - left.begin());
+}
 
 }  // namespace
 
 bool Arguments::has(std::string_view option) const {
-    return std::any_of(options.begin(), options.end(),
-                       [&](const GivenOption& given) { return given.name == option; });
+    return !values(option).empty();
 }
 
 std::string Arguments::value(std::string_view option) const {
@@ -157,7 +121,37 @@ void refuseMisplaced(const Arguments& given, const std::vector<OptionForm>& form
 
 Arguments readArguments(const std::vector<std::string>& words,
                         const std::vector<OptionForm>& forms) {
-    return Reader(words, forms).read();
+    Arguments result;
+    CLI::App app;
+    app.set_help_flag();
+    app.allow_extras();
+    app.allow_windows_style_options();
+    // Each spelling is an option of the parser by itself: it tells which one was typed.
+    const auto add = [&](const OptionForm& form, const std::string& typed) {
+        app.add_option(typed, CLI::callback_t([&, typed](const CLI::results_t& values) {
+                           refuseValue(form, typed, values.front(), forms);
+                           take(form, typed, values.front(), result);
+                           return true;
+                       }))
+            ->expected(*form.needs == '\0' ? 0 : 1)
+            ->type_name(form.needs)
+            ->ignore_case(*form.slash != '\0')
+            ->trigger_on_parse();
+    };
+    for (const OptionForm& form : forms) {
+        add(form, form.name);
+        if (*form.letter != '\0') add(form, form.letter);
+    }
+    refuseEmptyTails(app, words);
+    try {
+        app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
+    } catch (const CLI::ArgumentMismatch& error) {  // "NAME: ..."; only the last word lacks a value
+        const std::string what = error.what();
+        const CLI::Option* const option = app.get_option(what.substr(0, what.find(':')));
+        refuse(words.back() + " needs " + option->get_type_name());
+    }
+    takeNames(app.remaining(), forms, result);
+    return result;
 }
 
 }  // namespace host::console

@@ -1,7 +1,10 @@
 // The words of the command line, told apart: options, their values, and names.
 //
-//   --name, --name VALUE, --name=VALUE, -n, -n VALUE, -nVALUE; "--" ends the options.
-// The switches of the well-known console, /i, /s and /readonly in any case, stand for ours.
+// The words are taken apart by CLI11, and its forms are accepted:
+//   --name, --name VALUE, --name=VALUE, -n, -n VALUE, -nVALUE; -abVALUE for -a -b VALUE;
+//   /name, /name VALUE, /name:VALUE, with a name or letter of ours; "--" ends the options.
+// So the switches of the well-known console, /i, /s and /readonly, stand for ours; they and the
+// options they stand for are read in any case. --flag=true is --flag.
 #pragma once
 
 #include <cstddef>
@@ -14,7 +17,7 @@ namespace host::console {
 struct OptionForm {
     const char* name;         // "--output"
     const char* letter = "";  // "-o"
-    const char* slash = "";   // "/i"
+    const char* slash = "";   // "/i": refused in the place of a file; makes case indifferent
     const char* needs = "";   // its value, as in "-o needs the name of a file"; "": takes none
     bool isFile = true;       // the value is a file, which does not begin with "-"
     bool mayRepeat = false;
@@ -24,8 +27,8 @@ struct OptionForm {
 
 struct GivenOption {
     std::string name;   // OptionForm::name
-    std::string typed;  // as it was spelled
-    std::string value;
+    std::string typed;  // the spelling that was typed, "-o" or "--output"; "-i" for "/i"
+    std::string value;  // "true" of an option that takes none
 };
 
 struct Arguments {

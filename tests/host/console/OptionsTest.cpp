@@ -111,11 +111,32 @@ TEST(Options, AValueMayHangOnItsOption) {
     EXPECT_EQ(accepted({"--output=a=b.dxf"}).output, "a=b.dxf");
     EXPECT_TRUE(contains(refusal({"-o=out.dxf"}), "no '='"));
     EXPECT_TRUE(contains(refusal({"--verify=1"}), "takes no value"));
-    EXPECT_TRUE(contains(refusal({"-hx"}), "no option -hx"));
+    EXPECT_TRUE(contains(refusal({"-hx"}), "no option -x"));
+}
+
+TEST(Options, AnEmptyValueThatHangsOnItsOptionDoesNotTakeTheNextWord) {
+    EXPECT_TRUE(contains(refusal({"a.dxf", "--output=", "b.dxf"}), "--output needs the name"));
+    EXPECT_TRUE(contains(refusal({"--output="}), "--output needs the name"));
+    EXPECT_TRUE(accepted({"--verify=", "a.dxf"}).verify);
+    EXPECT_EQ(accepted({"--", "--output="}).drawing, "--output=");
+}
+
+TEST(Options, NamesThatMeanSomethingToTheParserAreNames) {
+    for (const char* name :
+         {"/tmp/in.dxf", "/tmp:1", "[a,b].dxf", "[a,b]", "{}", "++", "a=b", "="}) {
+        EXPECT_EQ(accepted({name}).drawing, std::filesystem::u8path(name)) << name;
+        EXPECT_EQ(accepted({"--output", name}).output, std::filesystem::u8path(name)) << name;
+    }
+}
+
+TEST(Options, ASlashStandsForTheDashes) {
+    EXPECT_EQ(accepted({"/i:in.dxf", "/o", "out.dxf"}).drawing, "in.dxf");
+    EXPECT_EQ(accepted({"/output:out.dxf"}).output, "out.dxf");
+    EXPECT_TRUE(contains(refusal({"/i", "a", "-i", "b"}), "-i was given twice: 'a' and 'b'"));
 }
 
 TEST(Options, FlagsMayRepeat) {
-    EXPECT_TRUE(accepted({"--verify", "--verify"}).verify);
+    EXPECT_TRUE(accepted({"--verify", "--verify", "--verify=true"}).verify);
 }
 
 TEST(Options, MisspeltOptionsAreToldWithWhatWasMeant) {
