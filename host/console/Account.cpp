@@ -6,6 +6,7 @@
 #include <dbmain.h>
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 #include <unordered_map>
 #include <unordered_set>
@@ -65,6 +66,7 @@ bool isTurnedClass(const AcRxClass* type) {
 LeftEntity leftOf(AcDbObjectId id) {
     LeftEntity left;
     static_cast<EntityNote&>(left) = noteOf(id);
+    left.hangsAt = database::hangingPoint(id);
     const AcRxClass* const type = id.objectClass();
     if (id.isErased()) {
         left.reason = Reason::erased;
@@ -114,10 +116,24 @@ class Sorting {
     void take(AcDbObjectId id) {
         if (!told_.insert(id).second) return;
         const auto turned = turned_.find(id);
-        if (turned == turned_.end())
-            run_.left.push_back(leftOf(id));
-        else
-            add(*turned->second);
+        if (turned != turned_.end()) return add(*turned->second);
+        LeftEntity left = leftOf(id);
+        const bool unexplained = left.reason == Reason::notOpened && left.detail.empty();
+        if (unexplained && left.hangsAt && !givesAngle(*left.hangsAt))
+            left.reason = Reason::noAngle;
+        run_.left.push_back(std::move(left));
+    }
+
+    // False where the segment that an entity there would follow has a direction that is no number.
+    bool givesAngle(const AcGePoint3d& place) const {
+        if (line_.count < 2) return true;
+        double distance = 0.0;
+        const TamLib::Point3d point(place.x, place.y, place.z);
+        const int segment = line_.NearestSegment(point, &distance, nullptr);
+        if (segment < 0) return false;
+        const TamLib::Point3d& begin = line_.data[segment];
+        const TamLib::Point3d& end = line_.data[segment + 1];
+        return std::isfinite(std::hypot(end.x - begin.x, end.y - begin.y));
     }
 
     void add(const database::Turned& turned) {
@@ -125,7 +141,7 @@ class Sorting {
         static_cast<EntityNote&>(entity) = noteOf(turned.entity);
         entity.before = turned.before;
         entity.after = turned.after;
-        entity.hangsAt = database::hangingPoint(turned.entity);
+        entity.hangsAt = database::hangingPoint(turned.entity).value_or(AcGePoint3d());
         if (line_.count != 0) {
             const TamLib::Point3d point(entity.hangsAt.x, entity.hangsAt.y, entity.hangsAt.z);
             entity.segment = line_.NearestSegment(point, &entity.distance, nullptr);
@@ -224,10 +240,10 @@ database::TurnCounts Outcome::counts() const {
     return {turned.size(), static_cast<std::size_t>(unchanged), left.size()};
 }
 
-std::size_t Outcome::leftFor(Reason reason) const {
-    return static_cast<std::size_t>(
-        std::count_if(left.begin(), left.end(),
-                      [&](const LeftEntity* entity) { return entity->reason == reason; }));
+ReasonCounts Outcome::leftByReason() const {
+    ReasonCounts counts{};
+    for (const LeftEntity* entity : left) ++counts[static_cast<std::size_t>(entity->reason)];
+    return counts;
 }
 
 std::string Outcome::text() const {
@@ -240,8 +256,9 @@ std::string Outcome::text() const {
 std::string Outcome::textWithReasons() const {
     std::string all = text();
     const char* separator = ": ";
+    const ReasonCounts counts = leftByReason();
     const auto add = [&](Reason reason) {
-        if (const std::size_t count = leftFor(reason); count != 0)
+        if (const std::size_t count = counts[static_cast<std::size_t>(reason)]; count != 0)
             all += std::exchange(separator, ", ") + std::to_string(count) + " " + described(reason);
     };
     for (const Reason reason : allReasons)
@@ -261,9 +278,10 @@ namespace {
 // "3 left: 1 locked layer, 2 class not turned (1 LINE, 1 MTEXT)", in the order of textWithReasons.
 std::string leftInWords(const Outcome& outcome) {
     std::string text = std::to_string(outcome.left.size()) + " left";
+    const ReasonCounts counts = outcome.leftByReason();
     const char* separator = ": ";
     const auto add = [&](Reason reason) {
-        if (const std::size_t count = outcome.leftFor(reason); count != 0)
+        if (const std::size_t count = counts[static_cast<std::size_t>(reason)]; count != 0)
             text +=
                 std::exchange(separator, ", ") + std::to_string(count) + " " + described(reason);
     };
@@ -334,6 +352,7 @@ Record Account::record(const AcDbDatabase& drawing) const {
     record.release = nameOf(document.release());
     if (const auto version = document.headerVariable("$ACADVER").find(1))
         record.version = toUtf8(document.decode(version->bytes()));
+    record.findings = findingsOf(document);
     record.runs = runs_;
     for (CommandRun& run : record.runs) {
         run.takenBack = run.undoGroup != 0 && !database::stands(drawing, run.undoGroup);
@@ -343,6 +362,16 @@ Record Account::record(const AcDbDatabase& drawing) const {
         run.otherChanges = 0;
     }
     return record;
+}
+
+std::string Findings::text() const {
+    if (all.empty()) return {};
+    const std::string first = all.front().where.text() + ": " + all.front().message;
+    return count() == 1 ? first : first + ", and " + std::to_string(count() - 1) + " more";
+}
+
+Findings findingsOf(const dxf::Document& drawing) {
+    return {drawing.findings(), drawing.omittedFindings()};
 }
 
 std::string described(Reason reason) {
@@ -357,6 +386,28 @@ std::string described(Reason reason) {
             return "attribute definition";
         case Reason::notOpened:
             return "could not be opened";
+        case Reason::noAngle:
+            return "got no angle";
+        case Reason::erased:
+            break;
+    }
+    return "erased";
+}
+
+const char* keyOf(Reason reason) {
+    switch (reason) {
+        case Reason::lockedLayer:
+            return "lockedLayer";
+        case Reason::classNotTurned:
+            return "classNotTurned";
+        case Reason::arrayInsert:
+            return "arrayInsert";
+        case Reason::attributeDefinition:
+            return "attributeDefinition";
+        case Reason::notOpened:
+            return "notOpened";
+        case Reason::noAngle:
+            return "noAngle";
         case Reason::erased:
             break;
     }

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "host/database/Turning.h"
+#include "host/dxf/Document.h"
 #include "host/editor/Session.h"
 
 namespace host::console {
@@ -29,11 +30,15 @@ enum class Reason {
     attributeDefinition,
     notOpened,  // LeftEntity::detail tells why, when the host knows
     erased,
+    noAngle,  // the direction of the line is no number there
 };
 
-constexpr std::array<Reason, 6> allReasons = {Reason::lockedLayer, Reason::classNotTurned,
-                                              Reason::arrayInsert, Reason::attributeDefinition,
-                                              Reason::notOpened,   Reason::erased};
+constexpr std::array<Reason, 7> allReasons = {
+    Reason::lockedLayer, Reason::classNotTurned, Reason::arrayInsert, Reason::attributeDefinition,
+    Reason::notOpened,   Reason::erased,         Reason::noAngle};
+
+// How many entities were left for each of allReasons.
+using ReasonCounts = std::array<std::size_t, allReasons.size()>;
 
 // Which entity it is.
 struct EntityNote {
@@ -62,6 +67,7 @@ struct TurnedEntity : EntityNote {
 };
 
 struct LeftEntity : EntityNote {
+    std::optional<AcGePoint3d> hangsAt;  // of texts and symbols
     Reason reason = Reason::classNotTurned;
     std::string detail;    // more about the reason, a part of a sentence; may be empty
     bool selected = true;  // false: found by the selection, which left it out for its locked layer
@@ -99,7 +105,7 @@ struct Outcome {
     std::size_t otherChanges = 0;         // entities changed otherwise, made or erased
 
     database::TurnCounts counts() const;
-    std::size_t leftFor(Reason reason) const;
+    ReasonCounts leftByReason() const;
 
     // "99 turned (26 stood so already), 868 left", and ", 3 changed otherwise" when there are any.
     std::string text() const;
@@ -114,10 +120,22 @@ Outcome outcomeOf(const CommandRun& run);
 // neither selected nor turned anything, and for one that an exception has stopped.
 std::string sentenceOf(const CommandRun& run);
 
+// What is odd in a drawing that was read all the same.
+struct Findings {
+    std::vector<dxf::Finding> all;
+    std::size_t omitted = 0;  // beyond these
+
+    std::size_t count() const { return all.size() + omitted; }
+    std::string text() const;  // "line 33: the drawing has no HEADER section, and 1 more"; or empty
+};
+
+Findings findingsOf(const dxf::Document& drawing);
+
 struct Record {
     std::string drawing;  // the name that it was opened by
     std::string release;  // "R2000"; empty when the drawing does not tell
     std::string version;  // the same in the drawing's own words, "AC1015"
+    Findings findings;
     std::vector<CommandRun> runs;
 
     std::size_t selected() const;  // handed to the runs that stand; twice, when to two of them
@@ -142,5 +160,8 @@ class Account {
 
 // "locked layer", "class not turned" and so on, for people.
 std::string described(Reason reason);
+
+// "lockedLayer", "classNotTurned" and so on, for machines.
+const char* keyOf(Reason reason);
 
 }  // namespace host::console

@@ -16,13 +16,16 @@ Options:
   -o, --output FILE       save there when the session ended well; nothing is written without -o, QSAVE
                           or SAVEAS; FOLDER/ keeps the drawing's name, and {} stands for it in a name
       --report FILE       what was turned and what was left, and why: JSON for machines in a file .json,
-                          text otherwise, - for standard output
+                          a table in a file .csv, text otherwise, - for standard output
+      --summary FILE      what became of each drawing of the call, .json or .csv
       --picture FILE      picture of the change, .svg .png or .pdf: the picked line, what was turned
                           before (pale) and after, what was left marked
       --dry-run           everything but writing the drawing
       --verify            after saving, compare the two files group by group and list each difference
       --readonly          refuse to save (/readonly)
-      --log FILE          everything printed, UTF-8
+      --quiet             print errors, the table of the drawings and what was asked for with "-" only,
+                          and of --verify the differences that no command made
+      --log FILE          everything printed, UTF-8; with --quiet also what is not printed
       --module FILE       module to load (default: ZEPTOrlinth.arx beside the program)
   -h, --help              this text
       --version           the version
@@ -72,7 +75,8 @@ const std::string_view alignHelpText =
       crossing=x1,y1,x2,y2      inside the rectangle or crossing it
   --flip                  turn the symbols half a revolution; texts always stay readable
 
-Options: -i, -o, --report, --picture, --dry-run, --verify, --readonly, --log, --module as `orlinth --help` tells.
+Options: -i, -o, --report, --summary, --picture, --dry-run, --verify, --readonly, --quiet, --log, --module
+as `orlinth --help` tells.
 
 Examples:
   orlinth align streets.dxf --line handle=2F -o turned.dxf

@@ -8,6 +8,7 @@
 #include "host/console/Files.h"
 #include "host/console/Interruption.h"
 #include "host/console/Meter.h"
+#include "host/console/Table.h"
 #include "host/database/Drawing.h"
 #include "host/database/Undo.h"
 #include "host/dxf/Errors.h"
@@ -89,14 +90,18 @@ void refuseHalfName(Session& session, const std::wstring& name) {
 }
 
 // Asks where to save.
-std::filesystem::path askTarget(Session& session, const Workplace& workplace) {
+std::filesystem::path askTarget(Session& session, Workplace& workplace) {
     const std::wstring shown =
         workplace.drawing.empty() ? L"" : L" <" + wide(workplace.drawing) + L">";
     const std::wstring reply = session.askFile(L"\nSave drawing as" + shown + L": ", {L".dxf"});
     if (reply.empty()) return workplace.drawing;
     refuseHalfName(session, reply);
-    std::filesystem::path target = pathFrom(reply);
-    if (!target.has_extension()) target += ".dxf";
+    std::filesystem::path target = drawingFile(pathFrom(reply));
+    try {
+        workplace.saver.demandTarget(target);
+    } catch (const NotSaved& error) {
+        fail(workplace, Exit::unwritable, error.what());
+    }
     std::error_code error;
     const bool replaces =
         std::filesystem::exists(target, error) && !isSameFile(target, workplace.drawing);
@@ -137,7 +142,11 @@ void open(Session& session, Workplace& workplace) {
     const std::wstring reply = session.askFile(L"\nOpen drawing: ", {L".dxf"});
     if (reply.empty()) return;
     try {
-        openDrawing(session, workplace, existingDrawing(pathFrom(reply)));
+        const std::filesystem::path path = existingDrawing(pathFrom(reply));
+        if (const char* option = claimant(workplace.options, path); option != nullptr)
+            fail(workplace, Exit::unreadable,
+                 utf8(path) + " was not opened: " + option + " names it, and would overwrite it");
+        openDrawing(session, workplace, path);
     } catch (const dxf::ReadError& error) {
         const std::wstring hint = quotesHint(session, reply);
         session.dropRestOfLine();
@@ -240,12 +249,10 @@ void help(Session& session) {
 // What is odd in a drawing that was read all the same, in one line.
 void tellFindings(Session& session, const std::filesystem::path& path,
                   const dxf::Document& drawing) {
-    const std::size_t count = drawing.findings().size() + drawing.omittedFindings();
-    if (count == 0) return;
-    const dxf::Finding& first = drawing.findings().front();
-    std::string line = utf8(path) + ", " + first.where.text() + ": " + first.message;
-    if (count > 1) line += ", and " + std::to_string(count - 1) + " more";
-    session.print(editor::fromUtf8("\n" + line + "; kept as it stands."));
+    const std::string text = findingsOf(drawing).text();
+    if (text.empty()) return;
+    session.print(
+        editor::fromUtf8("\n" + tame(shownName(path)) + ", " + text + "; kept as it stands."));
 }
 
 // "streets.dxf, R2010, 98 entities."

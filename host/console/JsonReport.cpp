@@ -1,8 +1,10 @@
 // The report as JSON. Who changes what is written here changes docs/report.schema.json and
 // docs/report.md with it, and counts `formatVersion` up when a reader of the old one would stumble.
+#include "host/console/Files.h"
 #include "host/console/Json.h"
 #include "host/console/Options.h"
 #include "host/console/Report.h"
+#include "host/console/ReportParts.h"
 
 namespace host::console {
 
@@ -10,25 +12,7 @@ namespace {
 
 using Layout = JsonWriter::Layout;
 
-constexpr std::size_t formatVersion = 1;
-
-const char* keyOf(Reason reason) {
-    switch (reason) {
-        case Reason::lockedLayer:
-            return "lockedLayer";
-        case Reason::classNotTurned:
-            return "classNotTurned";
-        case Reason::arrayInsert:
-            return "arrayInsert";
-        case Reason::attributeDefinition:
-            return "attributeDefinition";
-        case Reason::notOpened:
-            return "notOpened";
-        case Reason::erased:
-            break;
-    }
-    return "erased";
-}
+constexpr std::size_t formatVersion = 2;
 
 const char* keyOf(editor::CommandResult::End end) {
     using End = editor::CommandResult::End;
@@ -97,6 +81,8 @@ void left(JsonWriter& json, const LeftEntity& entity) {
     json.beginObject(Layout::row);
     note(json, entity);
     json.key("name").text(entity.wording);
+    json.key("hangsAt");
+    entity.hangsAt ? point(json, *entity.hangsAt) : json.null();
     json.key("reason").text(keyOf(entity.reason));
     json.key("detail").textOrNull(entity.detail);
     json.key("selected").boolean(entity.selected);
@@ -133,13 +119,36 @@ void totals(JsonWriter& json, const Record& record) {
     json.key("turned").number(counts.turned);
     json.key("unchanged").number(counts.unchanged);
     json.key("left").number(counts.left);
-    json.key("leftByReason").beginObject(Layout::row);
-    for (const Reason reason : allReasons) json.key(keyOf(reason)).number(outcome.leftFor(reason));
-    json.endObject();
+    json.key("leftByReason");
+    writeReasons(json, outcome.leftByReason());
     json.endObject();
 }
 
 }  // namespace
+
+void writeReasons(JsonWriter& json, const ReasonCounts& counts) {
+    json.beginObject(Layout::row);
+    for (std::size_t i = 0; i < counts.size(); ++i)
+        json.key(keyOf(allReasons[i])).number(counts[i]);
+    json.endObject();
+}
+
+void writeFindings(JsonWriter& json, const Findings& findings) {
+    json.key("findings").beginArray();
+    for (const dxf::Finding& finding : findings.all) {
+        const bool inLine = finding.where.unit == dxf::Position::Unit::line;
+        const auto number = static_cast<std::size_t>(finding.where.number);
+        json.beginObject(Layout::row);
+        json.key("line");
+        inLine ? json.number(number) : json.null();
+        json.key("byte");
+        inLine ? json.null() : json.number(number);
+        json.key("message").text(finding.message);
+        json.endObject();
+    }
+    json.endArray();
+    json.key("omittedFindings").number(findings.omitted);
+}
 
 std::string jsonReport(const Record& record, const Saved& saved) {
     JsonWriter json;
@@ -148,11 +157,13 @@ std::string jsonReport(const Record& record, const Saved& saved) {
     json.key("formatVersion").number(formatVersion);
     json.key("program").text(programVersion());
     json.key("drawing").beginObject();
-    json.key("file").text(record.drawing);
+    json.key("file").text(shownText(record.drawing));
     json.key("release").textOrNull(record.release);
     json.key("version").textOrNull(record.version);
+    writeFindings(json, record.findings);
     json.endObject();
     json.key("savedAs").textOrNull(saved.file);
+    json.key("changedSince").boolean(saved.changedSince);
     json.key("dryRun").boolean(saved.dryRun);
     json.key("totals");
     totals(json, record);

@@ -69,6 +69,19 @@ bool isHandle(std::string_view text) {
            text.find_first_not_of('0') != std::string_view::npos;
 }
 
+// Without the blanks beside commas and at the ends: neither a layer nor a class has them there.
+std::string trimmedAtCommas(std::string_view text) {
+    std::string result;
+    const char* separator = "";
+    for (const std::string& part : split(text, ',')) {
+        result += std::exchange(separator, ",");
+        const std::size_t begin = part.find_first_not_of(' ');
+        if (begin != std::string::npos)
+            result += part.substr(begin, part.find_last_not_of(' ') - begin + 1);
+    }
+    return result;
+}
+
 // Inside double quotes of an answer a quote would end the text.
 bool canBeQuoted(std::string_view text) {
     return !text.empty() && text.find('"') == std::string_view::npos;
@@ -116,11 +129,13 @@ std::vector<OptionForm> optionForms(bool align) {
             {"--output", "-o", "", aFile},
             report,
             {"--picture", "", "", aFile},
+            {"--summary", "", "", aFile},
             {"--log", "", "", aFile},
             {"--module", "", "", aFile},
             {"--verify"},
             {"--dry-run"},
             {"--readonly", "", "/readonly"},
+            {"--quiet"},
             line,
             select,
             flip};
@@ -166,6 +181,7 @@ void refuseOverwriting(const Options& options) {
         {"--output", &options.output},
         {"--report", &report},
         {"--picture", &options.picture},
+        {"--summary", &options.summary},
         {"--log", &options.log}};
     const std::pair<const char*, const std::filesystem::path*> read[] = {
         {"the script", &options.script},
@@ -185,11 +201,29 @@ void refuseOverwriting(const Options& options) {
                                             utf8(*written[j].second) + "'");
 }
 
-void refuseOtherFormats(const std::filesystem::path& file) {
-    if (!file.empty() && !picture::formatOf(file))
-        throw std::invalid_argument(
-            "--picture writes files whose names end with .svg, .png or .pdf; '" + utf8(file) +
-            "' does not");
+void refuseOtherFormats(const Options& options) {
+    const auto refuse = [](const char* option, const char* takes,
+                           const std::filesystem::path& file) {
+        throw std::invalid_argument(std::string(option) + " writes " + takes + "; '" + utf8(file) +
+                                    "' does not");
+    };
+    if (!options.picture.empty() && !picture::formatOf(options.picture))
+        refuse("--picture", "files whose names end with .svg, .png or .pdf", options.picture);
+    const bool summarizes =
+        hasEnding(options.summary, ".json") || hasEnding(options.summary, ".csv");
+    if (!options.summary.empty() && !summarizes)
+        refuse("--summary", "files whose names end with .json or .csv", options.summary);
+    const std::pair<const char*, const std::filesystem::path*> texts[] = {
+        {"--report", &options.report}, {"--log", &options.log}};
+    for (const auto& [option, file] : texts)
+        if (hasEnding(*file, ".dxf") || !otherFormat(*file).empty())
+            throw std::invalid_argument(std::string(option) + " writes no drawing; '" +
+                                        utf8(*file) + "' is the name of one");
+}
+
+void refuseQuietSession(const Options& options) {
+    if (options.quiet && !options.align && options.script.empty())
+        throw std::invalid_argument("--quiet goes with -s SCRIPT or align; a session asks");
 }
 
 void readAlign(const Arguments& given, Options& options) {
@@ -221,14 +255,17 @@ std::variant<Options, Farewell> parse(const std::vector<std::string>& arguments,
     options.output = file("--output");
     options.report = file("--report");
     options.picture = file("--picture");
+    options.summary = file("--summary");
     options.log = file("--log");
     options.module = file("--module");
     options.verify = given.has("--verify");
     options.dryRun = given.has("--dry-run");
     options.readOnly = given.has("--readonly");
+    options.quiet = given.has("--quiet");
     if (align) readAlign(given, options);
-    refuseOtherFormats(options.picture);
     for (const Options& task : tasksOf(options)) refuseOverwriting(task);
+    refuseOtherFormats(options);
+    refuseQuietSession(options);
     return options;
 }
 
@@ -262,7 +299,8 @@ std::string programVersion() {
 Filter parseFilter(const std::string& text) {
     const std::size_t equals = text.find('=');
     const std::string name = text.substr(0, equals);
-    const std::string value = equals == std::string::npos ? std::string() : text.substr(equals + 1);
+    const std::string value =
+        equals == std::string::npos ? std::string() : trimmedAtCommas(text.substr(equals + 1));
     const auto refuse = [&](const std::string& why) {
         throw std::invalid_argument("--select " + text + ": " + why);
     };

@@ -47,14 +47,16 @@ struct Options {
     std::vector<std::filesystem::path> drawings;  // when several were named; see Bulk.h
     std::filesystem::path script;                 // empty: answers come from standard input
     std::filesystem::path output;   // empty: nothing is written but by QSAVE and SAVEAS
-    bool makesFolder = false;       // the folder of `output` is made when it is missing
     std::filesystem::path report;   // "-": standard output
     std::filesystem::path picture;  // empty: none
+    std::vector<std::filesystem::path> folders;  // made when something is written there; see Bulk.h
+    std::filesystem::path summary;               // of all drawings; empty: none
     std::filesystem::path log;
     std::filesystem::path module;  // empty: the one beside the program
     bool verify = false;
     bool dryRun = false;
     bool readOnly = false;
+    bool quiet = false;
     std::optional<AlignRequest> align;
 };
 
@@ -72,9 +74,10 @@ std::string programVersion();
 // An unknown option, a missing or malformed value (Arguments.h), a drawing named twice, a script
 // beside `align`, an unknown word before the drawings,
 // several drawings without a script or `align`, a picture whose name ends with none of .svg, .png
-// and .pdf, and a file that is to be both written and read
-// other than as the drawing give a Farewell with Exit::usage. Names of files to be written are
-// those of the command line; tasksOf (Bulk.h) makes them each drawing's own and has been tried.
+// and .pdf, a summary whose name ends with neither .json nor .csv, a report, picture, summary or
+// log named as a drawing, a value of a switch, and a file that is to be both written and read other
+// than as the drawing give a Farewell with Exit::usage. Names of files to be written are those of
+// the command line; tasksOf (Bulk.h) makes them each drawing's own and has been tried.
 std::variant<Options, Farewell> parseOptions(const std::vector<std::string>& arguments);
 
 // The answer to a call without arguments that finds standard input empty: what can be asked.

@@ -4,7 +4,9 @@
 #include <string>
 #include <unordered_set>
 
+#include "host/console/Files.h"
 #include "host/console/ProgramFile.h"
+#include "host/console/Table.h"
 #include "host/dxf/Errors.h"
 #include "host/editor/Words.h"
 #include "host/picture/Picture.h"
@@ -78,8 +80,9 @@ void writePicture(const AcDbDatabase& drawing, const std::filesystem::path& name
                   const Record& record, const Options& options, Printer& printer) {
     const picture::Change change = changeOf(record);
     const std::string svg =
-        picture::draw(drawing, change, {editor::fromUtf8(utf8(name)), lastCommand(record)});
+        picture::draw(drawing, change, {editor::fromUtf8(shownName(name)), lastCommand(record)});
     try {
+        provideFolder(options.picture, options.folders);
         picture::writeFile(options.picture, bytesOf(svg, options.picture));
     } catch (const dxf::WriteError& error) {
         throw NotPictured(Exit::unwritable, error.what());
@@ -87,7 +90,7 @@ void writePicture(const AcDbDatabase& drawing, const std::filesystem::path& name
         throw NotPictured(Exit::unwritable,
                           utf8(options.picture) + " was not written: " + error.what());
     }
-    printer.print(utf8(options.picture) + " drawn: " + record.outcome().text() + ".\n");
+    printer.print(tame(shownName(options.picture)) + " drawn: " + record.outcome().text() + ".\n");
 }
 
 }  // namespace host::console

@@ -5,7 +5,9 @@
 #include <cstdio>
 #include <system_error>
 
+#include "host/console/Files.h"
 #include "host/console/Options.h"
+#include "host/dxf/Utf8.h"
 
 #ifdef _WIN32
 #include <fcntl.h>
@@ -34,9 +36,27 @@ void carryBytesUnchanged() {
 #endif
 }
 
-void write(std::FILE* stream, std::string_view text) {
-    std::fwrite(text.data(), 1, text.size(), stream);
-    std::fflush(stream);
+// 0, or the error of the system.
+int write(std::FILE* stream, std::string_view text) {
+    errno = 0;
+    const bool all = std::fwrite(text.data(), 1, text.size(), stream) == text.size();
+    const bool flushed = std::fflush(stream) == 0;
+    if (all && flushed) return 0;
+    std::clearerr(stream);
+    return errno == 0 ? EIO : errno;
+}
+
+// Whoever read our output has gone away.
+bool readerHasLeft(int error) {
+#ifdef _WIN32
+    if (error == EINVAL) return true;
+#endif
+    return error == EPIPE;
+}
+
+std::string valid(std::string_view text) {
+    if (dxf::utf8::isValid(text)) return std::string(text);
+    return shownText(text);
 }
 
 }  // namespace
@@ -71,16 +91,34 @@ Printer::Printer(const std::filesystem::path& log)
 
 void Printer::print(std::string_view text) {
     if (text.empty()) return;
-    write(stdout, outputIsShown_ ? visible(text) : std::string(text));
-    log(text);
+    if (quiet_)
+        log(valid(text));
+    else
+        show(text);
     atLineStart_ = text.back() == '\n';
+}
+
+void Printer::result(std::string_view text) {
+    if (text.empty()) return;
+    endLine();
+    show(text);
+    atLineStart_ = text.back() == '\n';
+}
+
+void Printer::show(std::string_view text) {
+    const std::string shown = valid(text);
+    const int error = write(stdout, outputIsShown_ ? visible(shown) : shown);
+    if (error != 0 && !readerHasLeft(error) && outputLoss_.empty())
+        outputLoss_ = std::generic_category().message(error);
+    log(shown);
 }
 
 void Printer::error(std::string_view sentence) {
     endLine();
+    errors_.push_back(valid(sentence));
     const bool told = sentence.substr(0, subject_.size()) == subject_;
     const std::string line =
-        "orlinth: " + (told ? "" : subject_ + ": ") + std::string(sentence) + "\n";
+        "orlinth: " + (told ? "" : valid(subject_) + ": ") + errors_.back() + "\n";
     write(stderr, errorIsShown_ ? visible(line) : line);
     log(line);
 }

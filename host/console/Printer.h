@@ -1,7 +1,8 @@
 // Where the program's words go: standard output, standard error, and the log that keeps both.
 //
-// All text is UTF-8 with "\n" line ends in every build. Nothing here throws after construction: a
-// reader of standard output that has gone away does not stop a job whose result goes to a file.
+// All text is UTF-8 with "\n" line ends in every build; bytes that are none, as names of files may
+// have them, are shown as \xNN. Nothing here throws after construction: a reader of standard output
+// that has gone away does not stop a job whose result goes to a file.
 #pragma once
 
 #include <filesystem>
@@ -10,6 +11,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace host::console {
 
@@ -29,8 +31,14 @@ class Printer {
     // existing log is written anew. Throws LogError.
     explicit Printer(const std::filesystem::path& log);
 
+    // From now on what `print` gets goes to the log alone.
+    void beQuiet() { quiet_ = true; }
+
     // Prompts, answers and what commands say; shown at once, on a terminal as `visible` has it.
     void print(std::string_view text);
+
+    // What was asked for: a report, the table of the drawings. Shown also when the rest is quiet.
+    void result(std::string_view text);
 
     // An error, a whole sentence or several lines; standard error gets it with "orlinth: " before
     // it and a line end behind. A prompt that stands open on standard output is ended first, so
@@ -40,6 +48,9 @@ class Printer {
     // What the errors from now on are about: "orlinth: katu.dxf: " stands before them, unless they
     // begin with it themselves. Empty: nothing.
     void setSubject(std::string subject) { subject_ = std::move(subject); }
+
+    // The errors since it was last asked, as they were given.
+    std::vector<std::string> takeErrors() { return std::exchange(errors_, {}); }
 
     // Ends a line of standard output that stands open, such as a prompt that nobody answers any
     // more.
@@ -52,11 +63,19 @@ class Printer {
     // False once the log could not take everything that was printed.
     bool logComplete() const { return logComplete_; }
 
+    // Why standard output could not take everything, "No space left on device"; empty when it
+    // could. A reader that has gone away wanted no more: that is no loss.
+    const std::string& outputLoss() const { return outputLoss_; }
+
   private:
+    void show(std::string_view text);
     void log(std::string_view text);
 
     std::ofstream log_;
     std::string subject_;
+    std::vector<std::string> errors_;
+    std::string outputLoss_;
+    bool quiet_ = false;
     bool logging_ = false;
     const bool outputIsShown_;  // on a terminal
     const bool errorIsShown_;

@@ -3,7 +3,10 @@
 #include <exception>
 #include <filesystem>
 #include <memory>
+#include <optional>
+#include <stdexcept>
 #include <string>
+#include <utility>
 #include <variant>
 
 #include "host/console/Account.h"
@@ -12,6 +15,7 @@
 #include "host/console/ExceptionText.h"
 #include "host/console/Files.h"
 #include "host/console/HostCommands.h"
+#include "host/console/Interruption.h"
 #include "host/console/LineReader.h"
 #include "host/console/Options.h"
 #include "host/console/Picturing.h"
@@ -39,18 +43,35 @@ bool isPerson(const Options& options) {
     return options.script.empty() && !options.align && inputIsTerminal();
 }
 
-std::unique_ptr<editor::Input> makeInput(const Options& options, SessionOutput& output) {
+// The script of a call. It is read once: a pipe gives it only once, and all drawings get the same.
+class Script {
+  public:
+    explicit Script(std::filesystem::path file) : file_(std::move(file)) {}
+
+    // Throws UnreadableFile.
+    std::unique_ptr<editor::Input> input() {
+        if (!text_) text_ = readScript(file_);
+        return std::make_unique<editor::ScriptInput>(*text_, editor::fromUtf8(utf8(file_)));
+    }
+
+  private:
+    const std::filesystem::path file_;
+    std::optional<std::wstring> text_;
+};
+
+std::unique_ptr<editor::Input> makeInput(const Options& options, Script& script,
+                                         SessionOutput& output) {
     if (options.align) return std::make_unique<AlignAnswers>(*options.align);
     if (options.script.empty()) return std::make_unique<StandardInput>(output);
-    return std::make_unique<editor::ScriptInput>(readScript(options.script),
-                                                 editor::fromUtf8(utf8(options.script)));
+    return script.input();
 }
 
-// One call of the program, from opening what was named to the last word.
+// One drawing's part of a call, from opening what was named to the last word.
 class Call {
   public:
-    Call(const Options& options, Printer& printer)
+    Call(const Options& options, Script& script, Printer& printer)
         : options_(options),
+          script_(script),
           printer_(printer),
           saver_(options, printer, account_),
           verdict_(options, isPerson(options)),
@@ -58,7 +79,7 @@ class Call {
 
     TaskResult run() {
         SessionOutput output(printer_);
-        const std::unique_ptr<editor::Input> input = makeInput(options_, output);
+        const std::unique_ptr<editor::Input> input = makeInput(options_, script_, output);
         {
             Session session(*input, output);
             prepare(session);
@@ -69,7 +90,6 @@ class Call {
         for (const std::string& leak : database::Ledger::instance().leaks())
             printer_.error("internal: the session left open: " + leak);
         result_.exit = exit_;
-        result_.stopsAll = saver_.wasInterrupted();
         return result_;
     }
 
@@ -102,22 +122,33 @@ class Call {
             if (!sentence.empty()) session.print(L"\n" + editor::fromUtf8(sentence));
     }
 
+    // An interruption is looked at between the steps: what is begun is given up or completed, so
+    // that no file is left half done, and a report tells of the drawing that was saved.
     void finish(Session& session) {
+        const Interruption interruption;
         exit_ = verdict_.exit();
+        if (session.drawing() != nullptr) record_ = account_.record(*session.drawing());
         if (!options_.report.empty())
-            saveAndReport(session);
+            saveAndReport(session, interruption);
         else
             save(session);
         if (exit_ == Exit::done && !saver_.proved()) exit_ = Exit::unproved;
         if (!options_.picture.empty()) drawPicture(session);
         if (options_.verify && !saver_.hasSaved())
             printer_.print("Nothing was saved, so there is nothing to verify.\n");
+        result_.stopsAll = interruption.happened();
         if (session.drawing() == nullptr) return;
-        const Record record = account_.record(*session.drawing());
-        const database::TurnCounts counts = record.outcome().counts();
-        result_.turned = counts.turned;
-        result_.left = counts.left;
-        result_.savedAs = utf8(saver_.target());
+        const Outcome outcome = record_.outcome();
+        result_.session = SessionResult{outcome.counts(), outcome.leftByReason(),
+                                        outcome.textWithReasons(), record_.findings};
+        const Saved last = saved(*session.drawing());
+        result_.savedAs = last.file;
+        result_.changedSince = last.changedSince;
+    }
+
+    Saved saved(const AcDbDatabase& drawing) const {
+        const bool isSaved = !saver_.target().empty();
+        return {shownName(saver_.target()), options_.dryRun, isSaved && saver_.isModified(drawing)};
     }
 
     void save(Session& session) {
@@ -132,19 +163,20 @@ class Call {
     }
 
     // The report is prepared first, so that the drawing stays as it was when there can be none.
-    void saveAndReport(Session& session) {
+    void saveAndReport(Session& session, const Interruption& interruption) {
         if (session.drawing() == nullptr) {
             save(session);
             return refuse(Exit::cancelled, "there is no report: no drawing is open");
         }
-        const Record record = account_.record(*session.drawing());
-        ReportFile report(options_.report, printer_);
+        ReportFile report(options_, record_, printer_);
         const bool saves = !options_.output.empty() && verdict_.endedWell();
         try {
-            report.prepare(record,
-                           {utf8(saves ? options_.output : saver_.target()), options_.dryRun});
+            report.prepare(saves ? Saved{shownName(options_.output), options_.dryRun}
+                                 : saved(*session.drawing()));
+            if (interruption.happened())
+                throw dxf::WriteError(utf8(options_.report), "it was interrupted");
         } catch (const dxf::WriteError& error) {
-            refuse(Exit::unwritable, error.what());
+            refuse(Exit::unwritable, error.what(), "the report can't be written");
             if (saves)
                 printer_.error(utf8(options_.output) +
                                " was not written, because the report can't be");
@@ -152,33 +184,41 @@ class Call {
         }
         save(session);
         try {
-            report.publish(record, {utf8(saver_.target()), options_.dryRun});
+            report.publish(saved(*session.drawing()));
         } catch (const dxf::WriteError& error) {
-            refuse(Exit::unwritable, error.what());
+            refuse(Exit::unwritable, error.what(), "the report can't be written");
         }
     }
 
-    // Of several failures the first decides.
-    void refuse(Exit exit, const std::string& sentence) {
+    // Of several failures the first decides. `trouble` is what the table of the drawings says of
+    // it.
+    void refuse(Exit exit, const std::string& sentence, const char* trouble = "") {
         printer_.error(sentence);
-        if (exit_ == Exit::done) exit_ = exit;
+        if (exit_ != Exit::done) return;
+        exit_ = exit;
+        result_.trouble = trouble;
     }
 
     void writeOutput(Session& session) {
         if (!verdict_.endedWell()) {
             printer_.error(utf8(options_.output) +
-                           " was not written, because the session did not end well");
+                           " was not written, because the session did not end well" + givenUp());
         } else if (session.drawing() == nullptr) {
-            printer_.error(utf8(options_.output) + " was not written: no drawing is open");
-            exit_ = Exit::cancelled;
+            refuse(Exit::cancelled, utf8(options_.output) + " was not written: no drawing is open");
         } else {
             try {
                 saver_.save(*session.drawing(), options_.output);
             } catch (const NotSaved& error) {
-                printer_.error(error.what());
-                exit_ = Exit::unwritable;
+                refuse(Exit::unwritable, error.what());
             }
         }
+    }
+
+    // "; 68 turned, 30 left are given up"
+    std::string givenUp() const {
+        const Outcome outcome = record_.outcome();
+        if (outcome.turned.empty() && outcome.otherChanges == 0) return {};
+        return "; what was done till then is given up: " + outcome.text();
     }
 
     void drawPicture(const Session& session) {
@@ -188,16 +228,18 @@ class Call {
         if (session.drawing() == nullptr)
             return refuse(Exit::cancelled, name + " was not written: no drawing is open");
         try {
-            writePicture(*session.drawing(), workplace_.drawing.filename(),
-                         account_.record(*session.drawing()), options_, printer_);
+            writePicture(*session.drawing(), workplace_.drawing.filename(), record_, options_,
+                         printer_);
         } catch (const NotPictured& error) {
-            refuse(error.code(), error.what());
+            refuse(error.code(), error.what(), "the picture can't be written");
         }
     }
 
     const Options& options_;
+    Script& script_;
     Printer& printer_;
     Account account_;
+    Record record_;  // once the session has ended, when a drawing is open
     Saver saver_;
     Verdict verdict_;
     Workplace workplace_;
@@ -205,30 +247,37 @@ class Call {
     TaskResult result_;
 };
 
-TaskResult perform(const Options& options, Printer& printer) {
-    const auto unreadable = [&](const std::exception& error, bool inAll) {
+// Throws dxf::WriteError when what is to be written can't be, as far as that shows beforehand: then
+// nothing is done in vain.
+void demandTargets(const Options& options) {
+    if (!options.output.empty() && !options.readOnly) demandTarget(options.output, options.folders);
+    if (!options.report.empty() && options.report != "-")
+        demandTarget(options.report, options.folders);
+    if (!options.picture.empty()) demandTarget(options.picture, options.folders);
+}
+
+TaskResult perform(const Options& options, Script& script, Printer& printer) {
+    const auto failed = [&](Exit exit, const std::exception& error, bool inAll) {
         printer.error(error.what());
         TaskResult result;
-        result.exit = Exit::unreadable;
+        result.exit = exit;
         result.stopsAll = inAll;
         return result;
     };
     try {
         demandPicture(options);
-        makeFolder(options);
-        return Call(options, printer).run();
+        demandTargets(options);
+        return Call(options, script, printer).run();
     } catch (const NotPictured& error) {
-        printer.error(error.what());
-        TaskResult result;
-        result.exit = error.code();
-        result.stopsAll = true;
-        return result;
+        return failed(error.code(), error, true);
     } catch (const UnreadableFile& error) {  // the script
-        return unreadable(error, true);
+        return failed(Exit::unreadable, error, true);
     } catch (const editor::ModuleError& error) {
-        return unreadable(error, true);
+        return failed(Exit::unreadable, error, true);
     } catch (const dxf::ReadError& error) {
-        return unreadable(error, false);
+        return failed(Exit::unreadable, error, false);
+    } catch (const dxf::WriteError& error) {
+        return failed(Exit::unwritable, error, false);
     } catch (...) {
         printer.error("internal: " + describeException());
         TaskResult result;
@@ -237,26 +286,34 @@ TaskResult perform(const Options& options, Printer& printer) {
     }
 }
 
-Exit perform(const std::vector<Options>& tasks, Printer& printer) {
-    if (tasks.size() == 1) return perform(tasks.front(), printer).exit;
-    return runInTurn(tasks, printer, [&](const Options& task) { return perform(task, printer); });
+// Standard output was lost, and nobody chose not to read it.
+Exit withOutput(Exit exit, Printer& printer) {
+    if (printer.outputLoss().empty()) return exit;
+    printer.error("standard output could not take everything: " + printer.outputLoss());
+    return exit == Exit::done ? Exit::unwritable : exit;
 }
 
 Exit farewell(const Farewell& farewell) {
     Printer printer({});
     printer.print(farewell.output);
     if (!farewell.error.empty()) printer.error(farewell.error);
-    return farewell.code;
+    return withOutput(farewell.code, printer);
 }
 
 Exit runWithLog(const Options& options) {
     try {
         Printer printer(options.log);
-        const Exit exit = perform(tasksOf(options), printer);
+        if (!options.summary.empty()) demandTarget(options.summary, {});
+        if (options.quiet) printer.beQuiet();
+        Script script(options.script);
+        const Exit exit = withOutput(
+            runInTurn(tasksOf(options), printer,
+                      [&](const Options& task) { return perform(task, script, printer); }),
+            printer);
         if (!printer.logComplete())
             printer.error("the log '" + utf8(options.log) + "' could not be written to its end");
         return exit;
-    } catch (const LogError& error) {
+    } catch (const std::runtime_error& error) {  // LogError, or of the summary dxf::WriteError
         Printer({}).error(error.what());
         return Exit::unwritable;
     }

@@ -91,19 +91,24 @@ Proof prove(const dxf::Document& before, const dxf::Document& after, const dxf::
     for (const dxf::Difference& difference : differences) {
         const bool meant = isTurning(difference, before) || (makes && isMaking(difference, before));
         const bool own = meant && dxf::isExpected(difference, before, after, changes);
-        proof.text += (own ? "  " : "! ") + difference.text() + "\n";
-        if (!own) ++proof.strangers;
+        const std::string line = (own ? "  " : "! ") + difference.text() + "\n";
+        proof.text += line;
+        if (own) continue;
+        proof.strange += line;
+        ++proof.strangers;
     }
     if (differences.empty()) {
         proof.text = "Verified: the files are identical.\n";
         return proof;
     }
-    proof.text += "Verified: " + summary(differences) + ", ";
+    std::string sum = "Verified: " + summary(differences) + ", ";
     if (proof.strangers == 0)
-        proof.text += makes ? "all as the commands turned and made them.\n"
-                            : "all as the commands turned them.\n";
+        sum += makes ? "all as the commands turned and made them.\n"
+                     : "all as the commands turned them.\n";
     else
-        proof.text += std::to_string(proof.strangers) + " not by the commands.\n";
+        sum += std::to_string(proof.strangers) + " not by the commands.\n";
+    proof.text += sum;
+    if (proof.strangers != 0) proof.strange += sum;
     return proof;
 }
 

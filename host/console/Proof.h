@@ -11,8 +11,8 @@
 namespace host::console {
 
 struct Proof {
-    std::string
-        text;  // a line for each difference, "!" before those that no command made, and a sum
+    std::string text;     // a line for each difference, "!" before those no command made, and a sum
+    std::string strange;  // the lines with "!" and the sum; empty when there are none
     std::size_t strangers = 0;  // how many differences no command made
 };
 

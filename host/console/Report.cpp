@@ -3,37 +3,35 @@
 #include <utility>
 
 #include "host/console/Files.h"
-#include "host/console/Options.h"
-#include "host/editor/Words.h"
 
 namespace host::console {
 
-ReportFile::ReportFile(std::filesystem::path target, Printer& printer)
-    : target_(std::move(target)), printer_(printer) {}
+ReportFile::ReportFile(const Options& options, const Record& record, Printer& printer)
+    : options_(options), record_(record), printer_(printer) {}
 
-void ReportFile::prepare(const Record& record, const Saved& saved) {
-    if (target_ == "-") return;
-    if (std::string missing = missingFolder(target_); !missing.empty())
-        throw dxf::WriteError(utf8(target_), std::move(missing));
-    prepared_ = contents(record, saved);
-    file_ = std::make_unique<dxf::ReplacingFile>(target_);
-    file_->write(prepared_);
+void ReportFile::prepare(const Saved& saved) {
+    if (options_.report == "-") return;
+    provideFolder(options_.report, options_.folders);
+    auto file = std::make_unique<dxf::ReplacingFile>(options_.report);
+    file->write(contents(saved));
+    file_ = std::move(file);
+    prepared_ = saved;
 }
 
-void ReportFile::publish(const Record& record, const Saved& saved) {
-    if (target_ == "-") return printer_.print(textReport(record, saved));
-    if (file_ == nullptr || prepared_ != contents(record, saved)) {
+void ReportFile::publish(const Saved& saved) {
+    if (options_.report == "-") return printer_.result(textReport(record_, saved));
+    if (file_ == nullptr || !(prepared_ == saved)) {
         file_.reset();
-        prepare(record, saved);
+        prepare(saved);
     }
     const std::unique_ptr<dxf::ReplacingFile> file = std::move(file_);
     file->commit();
 }
 
-std::string ReportFile::contents(const Record& record, const Saved& saved) const {
-    const std::wstring extension = editor::fromUtf8(utf8(target_.extension()));
-    return editor::equalIgnoringCase(extension, L".json") ? jsonReport(record, saved)
-                                                          : textReport(record, saved);
+std::string ReportFile::contents(const Saved& saved) const {
+    if (hasEnding(options_.report, ".json")) return jsonReport(record_, saved);
+    if (hasEnding(options_.report, ".csv")) return csvReport(record_);
+    return textReport(record_, saved);
 }
 
 }  // namespace host::console

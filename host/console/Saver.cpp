@@ -9,6 +9,7 @@
 #include "host/console/Interruption.h"
 #include "host/console/Meter.h"
 #include "host/console/Proof.h"
+#include "host/console/Table.h"
 #include "host/dxf/Document.h"
 #include "host/dxf/Errors.h"
 
@@ -37,11 +38,11 @@ std::string counted(std::size_t entities) {
 }  // namespace
 
 void Saver::save(AcDbDatabase& drawing, const std::filesystem::path& target) {
-    if (options_.readOnly)
-        throw NotSaved(utf8(target) + " was not written: --readonly forbids saving");
+    demandTarget(target);
     dxf::Changes changes = database::pendingChanges(drawing);
     if (!options_.dryRun) write(drawing, target);
-    printer_.print(utf8(target) + (options_.dryRun ? " would be written: " : " written: ") +
+    printer_.print(tame(shownName(target)) +
+                   (options_.dryRun ? " would be written: " : " written: ") +
                    this->changes(drawing) + ".\n");
     target_ = target;
     hasSaved_ = true;
@@ -61,18 +62,31 @@ bool Saver::isModified(const AcDbDatabase& drawing) const {
     return !same(database::pendingChanges(drawing), saved_);
 }
 
+void Saver::demandTarget(const std::filesystem::path& target) const {
+    const auto refuse = [&](const std::string& why) {
+        throw NotSaved(utf8(target) + " was not written: " + why);
+    };
+    if (options_.readOnly) refuse("--readonly forbids saving");
+    if (const std::string why = otherFormat(target); !why.empty()) refuse(why);
+    if (const char* option = claimant(options_, target); option != nullptr)
+        refuse(std::string(option) + " names it");
+    try {
+        console::demandTarget(target, options_.folders);
+    } catch (const dxf::WriteError& error) {
+        throw NotSaved(error.what());
+    }
+}
+
 void Saver::write(AcDbDatabase& drawing, const std::filesystem::path& target) {
-    if (const std::string missing = missingFolder(target); !missing.empty())
-        throw NotSaved(utf8(target) + " was not written: " + missing);
     const Interruption interruption;
     try {
+        provideFolder(target, options_.folders);
         database::saveDrawing(
             drawing, target,
             interruption.watching(progressMeter("Writing " + utf8(target.filename()))));
     } catch (const dxf::WriteError& error) {
         throw NotSaved(error.what());
     } catch (const Interruption::Happened&) {
-        wasInterrupted_ = true;
         throw NotSaved(utf8(target) + " was not written: it was interrupted");
     }
 }
@@ -92,8 +106,8 @@ void Saver::verify(const AcDbDatabase& drawing, const std::filesystem::path& tar
         return;
     }
     const Proof proof = prove(before, *after, changes);
-    printer_.print(proof.text);
-    if (proof.strangers == 0) return;
+    if (proof.strangers == 0) return printer_.print(proof.text);
+    options_.quiet ? printer_.result(proof.strange) : printer_.print(proof.text);
     proved_ = false;
     printer_.error("--verify found " + std::to_string(proof.strangers) +
                    (proof.strangers == 1 ? " difference" : " differences") +

@@ -54,11 +54,13 @@ class Saver {
     // True once a drawing was written, or would have been with --dry-run.
     bool hasSaved() const { return hasSaved_; }
 
-    // True once somebody has interrupted a saving.
-    bool wasInterrupted() const { return wasInterrupted_; }
-
     // False once --verify has found a difference that no command made.
     bool proved() const { return proved_; }
+
+    // Throws the NotSaved that saving there would meet before anything is written: --readonly, a
+    // name of another format or of another result of this call, a missing folder, a folder or
+    // device of that name.
+    void demandTarget(const std::filesystem::path& target) const;
 
   private:
     void write(AcDbDatabase& drawing, const std::filesystem::path& target);
@@ -72,7 +74,6 @@ class Saver {
     std::filesystem::path target_;
     bool hasSaved_ = false;
     bool proved_ = true;
-    bool wasInterrupted_ = false;
 };
 
 }  // namespace host::console

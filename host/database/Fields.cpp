@@ -167,8 +167,13 @@ class Writer {
             return static_cast<std::int64_t>(value);
         }
         const double value = axisOf(spec, after, axis);
-        if (axisOf(spec, before, axis) == value) return std::nullopt;
-        return spec.kind == FieldKind::angle ? toDegrees(value) : value;
+        const double former = axisOf(spec, before, axis);
+        if (former == value) return std::nullopt;
+        if (spec.kind != FieldKind::angle) return value;
+        // An angle that is read back from the drawing as what it was has not changed: degrees and
+        // radians may differ in their last bits on the way there and back.
+        if (toRadians(toDegrees(value)) == former) return std::nullopt;
+        return toDegrees(value);
     }
 
     void put(std::size_t entry, int axis, dxf::GroupEdit::Value value) {

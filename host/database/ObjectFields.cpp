@@ -178,9 +178,10 @@ void TextFields::finish(const std::function<bool(int)>& seen) {
 AcGePoint3d TextFields::turnedPosition() const {
     const bool onBaselineLeft = horizontal == 0 && vertical == 0;
     const bool betweenPoints = horizontal == 3 || horizontal == 5;
-    if (onBaselineLeft || betweenPoints || !hasAlignment || rotation == rotationOfPosition) {
-        return position;
-    }
+    // A rotation that is written and read back as that of the position is that of the position.
+    const bool standsSo =
+        rotation == rotationOfPosition || toRadians(toDegrees(rotation)) == rotationOfPosition;
+    if (onBaselineLeft || betweenPoints || !hasAlignment || standsSo) return position;
     const double turn = rotation - rotationOfPosition;
     const double c = std::cos(turn);
     const double s = std::sin(turn);

@@ -2,6 +2,8 @@
 
 #include <dbents.h>
 
+#include <cmath>
+
 #include "host/database/DatabaseImp.h"
 #include "host/database/Drawing.h"
 #include "host/database/ObjectFields.h"
@@ -85,14 +87,20 @@ std::string TurnCounts::text() const {
     return text + ", " + std::to_string(left) + " left";
 }
 
-AcGePoint3d hangingPoint(AcDbObjectId entity) {
+std::optional<AcGePoint3d> hangingPoint(AcDbObjectId entity) {
     const AcDbImpObject* const object = impOf(entity);
+    AcGePoint3d point;
     if (const auto* text = fieldsAs<TextFields>(object))
-        return inWorld(text->normal,
-                       standsAtInsertion(*text) ? text->turnedPosition() : text->alignment);
-    if (const auto* insert = fieldsAs<InsertFields>(object))
-        return inWorld(insert->normal, insert->position);
-    return {};
+        point = inWorld(text->normal,
+                        standsAtInsertion(*text) ? text->turnedPosition() : text->alignment);
+    else if (const auto* insert = fieldsAs<InsertFields>(object))
+        point = inWorld(insert->normal, insert->position);
+    else if (const auto* paragraph = fieldsAs<MTextFields>(object))
+        point = paragraph->location;
+    else
+        return std::nullopt;
+    const bool isPlace = std::isfinite(point.x) && std::isfinite(point.y) && std::isfinite(point.z);
+    return isPlace ? std::optional(point) : std::nullopt;
 }
 
 std::wstring wording(AcDbObjectId entity) {

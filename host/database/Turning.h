@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -52,10 +53,10 @@ GroupChanges changesOf(const AcDbDatabase& database, std::uint64_t group);
 // Whether a group's changes are in the drawing: neither undone nor rolled back.
 bool stands(const AcDbDatabase& database, std::uint64_t group);
 
-// Where a text or symbol hangs, in world coordinates: the insertion point of symbols and of texts
-// that stand on the baseline at the left or lie between two points, the alignment point of other
-// texts. The origin for everything else.
-AcGePoint3d hangingPoint(AcDbObjectId entity);
+// Where a text or symbol hangs, in world coordinates: the insertion point of symbols, of paragraphs
+// and of texts that stand on the baseline at the left or lie between two points, the alignment
+// point of other texts. None for everything else, and where a coordinate is no number.
+std::optional<AcGePoint3d> hangingPoint(AcDbObjectId entity);
 
 // What is written in a text, the tag of an attribute or of its definition, the name of a block
 // reference's block; empty for everything else.

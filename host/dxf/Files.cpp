@@ -27,7 +27,57 @@ fs::path temporaryBeside(const fs::path& target) {
     return target.parent_path() / name;
 }
 
+// Follows the symbolic links of `file` as far as they lead; the reason when they lead nowhere.
+const char* followLinks(fs::path& file) {
+    constexpr int kLongestChain = 40;
+    std::error_code status;
+    for (int step = 0; fs::is_symlink(fs::symlink_status(file, status)); ++step) {
+        if (step == kLongestChain) return "its symbolic links lead in a circle";
+        const fs::path next = fs::read_symlink(file, status);
+        if (status) return "its symbolic link can't be followed";
+        file = next.is_absolute() ? next : file.parent_path() / next;
+    }
+    return nullptr;
+}
+
+// Where a target is written.
+struct Place {
+    fs::path file;
+    bool exists = false;
+};
+
+Place placeOf(const fs::path& target) {
+    const auto refuse = [&](const std::string& reason) {
+        throw WriteError(target.u8string(), reason);
+    };
+    Place place{target};
+    if (const char* reason = followLinks(place.file)) refuse(reason);
+    if (!place.file.has_filename()) refuse("it names no file");
+    std::error_code error;
+    const fs::file_status status = fs::status(place.file, error);
+    place.exists = fs::exists(status);
+    if (!place.exists) return place;
+    if (fs::is_directory(status)) refuse("it is a folder");
+    if (!fs::is_regular_file(status)) refuse("it is no plain file");
+    constexpr fs::perms kWrite =
+        fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+    if ((status.permissions() & kWrite) == fs::perms::none) refuse("it is read-only");
+    if (const int failed = SystemFile::tryWriting(place.file); failed != 0)
+        refuse("it can't be opened for writing: " + SystemFile::message(failed));
+    return place;
+}
+
 }  // namespace
+
+fs::path linkedFile(const fs::path& target) {
+    fs::path file = target;
+    followLinks(file);
+    return file;
+}
+
+void demandReplaceable(const fs::path& target) {
+    placeOf(target);
+}
 
 void armWriteFault(WriteFault fault) {
     armed = fault;
@@ -76,8 +126,9 @@ class ReplacingFile::Handle : public SystemFile {};
 
 ReplacingFile::ReplacingFile(fs::path target)
     : target_(std::move(target)), handle_(std::make_unique<Handle>()) {
-    resolveLinks();
-    checkTarget();
+    const Place place = placeOf(target_);
+    actual_ = place.file;
+    existed_ = place.exists;
     create();
 }
 
@@ -87,38 +138,6 @@ ReplacingFile::~ReplacingFile() {
 
 void ReplacingFile::fail(const std::string& what, int error) const {
     throw WriteError(target_.u8string(), what + ": " + SystemFile::message(error));
-}
-
-void ReplacingFile::resolveLinks() {
-    constexpr int kLongestChain = 40;
-    actual_ = target_;
-    std::error_code status;
-    for (int step = 0; fs::is_symlink(fs::symlink_status(actual_, status)); ++step) {
-        if (step == kLongestChain) {
-            throw WriteError(target_.u8string(), "its symbolic links lead in a circle");
-        }
-        const fs::path next = fs::read_symlink(actual_, status);
-        if (status) throw WriteError(target_.u8string(), "its symbolic link can't be followed");
-        actual_ = next.is_absolute() ? next : actual_.parent_path() / next;
-    }
-}
-
-void ReplacingFile::checkTarget() {
-    if (!actual_.has_filename()) throw WriteError(target_.u8string(), "it names no file");
-    std::error_code status;
-    const fs::file_status target = fs::status(actual_, status);
-    existed_ = fs::exists(target);
-    if (!existed_) return;
-    if (fs::is_directory(target)) throw WriteError(target_.u8string(), "it is a folder");
-    if (!fs::is_regular_file(target)) throw WriteError(target_.u8string(), "it is no plain file");
-    constexpr fs::perms kWrite =
-        fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
-    if ((target.permissions() & kWrite) == fs::perms::none) {
-        throw WriteError(target_.u8string(), "it is read-only");
-    }
-    if (const int error = SystemFile::tryWriting(actual_); error != 0) {
-        fail("it can't be opened for writing", error);
-    }
 }
 
 void ReplacingFile::create() {

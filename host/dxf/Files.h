@@ -23,6 +23,13 @@ struct FileBytes {
 // be replaced under Windows, and kills the program when somebody cuts it meanwhile.
 FileBytes readFile(const std::filesystem::path& path);
 
+// The file that ReplacingFile would write under the name `target`: symbolic links followed, also
+// one to a file that is not there yet. Links that lead nowhere or in a circle end where they fail.
+std::filesystem::path linkedFile(const std::filesystem::path& target);
+
+// Raises the WriteError that ReplacingFile would raise before it makes a file.
+void demandReplaceable(const std::filesystem::path& target);
+
 // A file under way that takes the place of another only when it is complete.
 //
 //   ReplacingFile file(target);   // a new file beside the target, under a name of its own
@@ -47,8 +54,6 @@ class ReplacingFile {
     class Handle;
 
     [[noreturn]] void fail(const std::string& what, int error) const;
-    void resolveLinks();
-    void checkTarget();
     void create();
     void discard() noexcept;
 

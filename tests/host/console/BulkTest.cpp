@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/host/console/ChildProcess.h"
+
 namespace {
 
 using namespace host::console;
@@ -51,10 +53,64 @@ TEST(TasksOf, EachDrawingIsATaskOfItsOwn) {
 }
 
 TEST(TasksOf, AFolderKeepsTheDrawingsNames) {
-    EXPECT_EQ(std::filesystem::path(outputOf({"a.dxf", "x/b.dxf"}, "out")),
+    EXPECT_EQ(std::filesystem::path(outputOf({"a.dxf", "x/b.dxf"}, "out/")),
               std::filesystem::path("out") / "b.dxf");
     EXPECT_EQ(std::filesystem::path(outputOf({"x/b.dxf"}, "out/")),
               std::filesystem::path("out") / "b.dxf");
+}
+
+TEST(TasksOf, AFolderThatIsThereNeedsNoSlash) {
+    const console_test::Folder folder;
+    const std::string there = utf8(folder.path());
+    EXPECT_EQ(outputOf({"x/b.dxf"}, there), utf8(folder / "b.dxf"));
+    EXPECT_EQ(outputOf({"a.dxf", "x/b.dxf"}, there), utf8(folder / "b.dxf"));
+}
+
+TEST(TasksOf, OneNameForSeveralDrawingsIsRefused) {
+    Options options = over({"a.dxf", "b.dxf"});
+    options.output = "same.dxf";
+    EXPECT_TRUE(refused(options));
+    options.output = "same";
+    EXPECT_TRUE(refused(options));
+}
+
+TEST(TasksOf, FoldersOfNamesThatAreFilledInAreMade) {
+    Options options = over({"a.dxf", "b.dxf"});
+    options.output = "x/y/";
+    options.report = "r/{}.json";
+    const Options task = tasksOf(options).front();
+    EXPECT_EQ(task.folders, (std::vector<std::filesystem::path>{"x/y", "r"}));
+    options = over({"a.dxf"});
+    options.output = "x/a.dxf";
+    EXPECT_TRUE(tasksOf(options).front().folders.empty());
+}
+
+TEST(TasksOf, AFolderWhereAFileStandsIsRefused) {
+    const console_test::Folder folder;
+    console_test::write(folder / "file", "x");
+    Options options = over({"a.dxf"});
+    options.output = utf8(folder / "file") + "/";
+    EXPECT_TRUE(refused(options));
+    options.output = utf8(folder / "file") + "/below/";
+    EXPECT_TRUE(refused(options));
+    options.output = utf8(folder / "new") + "/below/";
+    EXPECT_FALSE(refused(options));
+}
+
+TEST(TasksOf, ADrawingGetsItsExtension) {
+    EXPECT_EQ(outputOf({"a.dxf"}, "out"), "out.dxf");
+    EXPECT_EQ(outputOf({"b.c.dxf"}, "{}"), "b.c.dxf");
+    EXPECT_EQ(outputOf({"a.dxf"}, "out.new"), "out.new");
+}
+
+TEST(TasksOf, OtherFormatsThanDxfAreRefused) {
+    for (const char* name : {"out.dwg", "out.DWT", "out.dws", "{}.dwg"}) {
+        Options options = over({"a.dxf"});
+        options.output = name;
+        EXPECT_TRUE(refused(options)) << name;
+    }
+    // One of many drawings that has such a name is told by itself.
+    EXPECT_EQ(outputOf({"a.dxf", "b.dwg"}, "out/"), "out/b.dwg");
 }
 
 TEST(TasksOf, BracesStandForTheNameWithoutItsExtension) {
@@ -63,11 +119,19 @@ TEST(TasksOf, BracesStandForTheNameWithoutItsExtension) {
     Options options = over({"a.dxf", "b.dxf"});
     options.report = "{}.json";
     EXPECT_EQ(tasksOf(options)[1].report, "b.json");
+    options.log = "{}.log";
+    EXPECT_TRUE(refused(options));
+}
+
+TEST(TasksOf, ReportOnStandardOutputIsAskedForAndNotFilledIn) {
+    Options options = over({"-.dxf"});
+    options.report = "{}";
+    EXPECT_NE(tasksOf(options).front().report, "-");
 }
 
 TEST(TasksOf, ResultsInOnePlaceAreRefusedWhateverTheirCase) {
     Options options = over({"a.dxf", "x/A.DXF"});
-    options.output = "out";
+    options.output = "out/";
     EXPECT_TRUE(refused(options));
     options.output = "out/../{}.new";
     EXPECT_TRUE(refused(options));
@@ -79,12 +143,36 @@ TEST(TasksOf, ResultsInOnePlaceAreRefusedWhateverTheirCase) {
     EXPECT_TRUE(refused(options));
 }
 
+TEST(TasksOf, ADrawingNamedTwiceIsRefused) {
+    EXPECT_TRUE(refused(over({"a.dxf", "./a.dxf"})));
+    EXPECT_FALSE(refused(over({"a.dxf", "x/a.dxf"})));
+}
+
+#ifndef _WIN32
+// Natively only: Windows has no such names.
+TEST(TasksOf, NamesThatAreNoUtf8StayApart) {
+    Options options = over({"lat\xE4.dxf", "lat\xF6.dxf"});
+    options.output = "out/";
+    EXPECT_FALSE(refused(options));
+}
+
+// Natively only: links there need no rights.
+TEST(TasksOf, LinksToOneFileAreOneFileBeforeItIsThere) {
+    const console_test::Folder folder;
+    std::filesystem::create_symlink("common", folder / "a.dxf");
+    std::filesystem::create_symlink("common", folder / "b.dxf");
+    Options options = over({"a.dxf", "b.dxf"});
+    options.output = folder.path();
+    EXPECT_TRUE(refused(options));
+}
+#endif
+
 TEST(TasksOf, OnlyItsOwnDrawingMayBeOverwritten) {
     Options options = over({"a.dxf", "b.dxf"});
     options.output = "./";
     EXPECT_FALSE(refused(options));
     options = over({"a.dxf", "x/a.dxf"});
-    options.output = "x";
+    options.output = "x/";
     EXPECT_TRUE(refused(options));
 }
 

@@ -37,6 +37,42 @@ TEST(Interruption, IsForgottenByTheNextOne) {
     EXPECT_NO_THROW(second.watching({})(0.5));
 }
 
+TEST(Interruption, HoldsForAllThatNest) {
+    const auto before = std::signal(SIGTERM, hear);
+    heard = 0;
+    {
+        const Interruption outer(Interruption::Second::endsTheProgram);
+        EXPECT_FALSE(outer.happened());
+        {
+            const Interruption inner;
+            std::raise(SIGTERM);
+            std::raise(SIGTERM);  // noted like the first
+            EXPECT_TRUE(inner.happened());
+        }
+        EXPECT_TRUE(outer.happened());
+        const Interruption next;
+        EXPECT_TRUE(next.happened());
+    }
+    EXPECT_EQ(heard, 1);  // passed on, once
+    std::raise(SIGTERM);
+    EXPECT_EQ(heard, 2);
+    std::signal(SIGTERM, before);
+}
+
+TEST(InterruptionDeathTest, ASecondSignalEndsTheProgramWhereThatIsAsked) {
+    const auto twice = [] {
+        const Interruption interruption(Interruption::Second::endsTheProgram);
+        std::raise(SIGTERM);
+        std::raise(SIGTERM);
+    };
+#ifdef _WIN32
+    EXPECT_EXIT(
+        twice(), [](int) { return true; }, "");
+#else
+    EXPECT_EXIT(twice(), testing::KilledBySignal(SIGTERM), "");
+#endif
+}
+
 TEST(Interruption, GivesTheSignalsBackToWhomeverHadThem) {
     for (const int signal : {SIGINT, SIGTERM}) {
         const auto before = std::signal(signal, hear);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tests/host/console/ChildProcess.h"
+#include "tests/host/console/Transcript.h"
 
 namespace {
 
@@ -120,7 +121,8 @@ TEST_F(Program, TheLogHoldsEverythingPrintedInItsOrder) {
         "1 turned, 0 left.\n"
         "Command: NOSUCHCOMMAND\n"
         "orlinth: run.scr, line 6: there is no command NOSUCHCOMMAND. HELP lists the commands\n"
-        "orlinth: out.dxf was not written, because the session did not end well\n");
+        "orlinth: out.dxf was not written, because the session did not end well; what was done "
+        "till then is given up: 1 turned, 0 left\n");
 }
 
 // Messages stay readable whatever was typed.
@@ -135,6 +137,18 @@ TEST_F(Program, LongLinesAreToldByTheirBeginning) {
     EXPECT_EQ(call({"streets.dxf", "-s", "run.scr", "-o", "out.dxf"}).exit, 0);
     write(folder_ / "run.scr", std::string(1'000'000, '(') + "\n");
     EXPECT_EQ(call({"streets.dxf", "-s", "run.scr"}).exit, 1);
+}
+
+TEST_F(Program, TheLogHoldsWhatAQuietCallDoesNotPrint) {
+    const std::vector<std::string> arguments = {"align", "streets.dxf", "--line",  "handle=2F",
+                                                "-o",    "out.dxf",     "--verify"};
+    const Outcome loud = call(arguments);
+    std::vector<std::string> more = arguments;
+    more.insert(more.end(), {"--quiet", "--log", "log.txt"});
+    const Outcome quiet = call(more);
+    EXPECT_EQ(quiet.exit, 0);
+    EXPECT_EQ(lines(quiet.output).size(), 3U) << quiet.output;
+    EXPECT_EQ(read(folder_ / "log.txt"), loud.output + "\n" + quiet.output);
 }
 
 TEST_F(Program, TheLogIsWrittenAnew) {
@@ -271,6 +285,117 @@ TEST_F(Program, WhatTheSystemRefusesToOpenIsToldInItsWords) {
     const Outcome outcome = call({name});
     EXPECT_EQ(outcome.exit, 3);
     EXPECT_EQ(outcome.error, "orlinth: " + name + " can't be opened: File name too long\n");
+}
+
+// Natively only: Windows has no such device. What was asked for on standard output is a result.
+TEST_F(Program, AStandardOutputThatTakesNothingIsAFailure) {
+    const auto full = [&](const std::string& arguments) {
+        const std::string command =
+            "exec '" + orlinth().string() + "' " + arguments + " > /dev/full";
+        return run({"/bin/sh", {"-c", command}, folder_.path(), {}});
+    };
+    for (const char* arguments :
+         {"align streets.dxf --line handle=2F --dry-run --report -", "--help", "--version"}) {
+        const Outcome outcome = full(arguments);
+        EXPECT_EQ(outcome.exit, 4) << arguments;
+        EXPECT_EQ(outcome.error,
+                  "orlinth: standard output could not take everything: No space left on device\n");
+    }
+    EXPECT_EQ(full("align streets.dxf --line handle=63 --report -").exit, 1);
+    EXPECT_EQ(full("align streets.dxf --line handle=2F -o out.dxf --quiet").exit, 4);  // its table
+    EXPECT_TRUE(std::filesystem::exists(folder_ / "out.dxf"));
+}
+
+// Natively only: the shell that makes the pipe.
+TEST_F(Program, AScriptFromAPipeIsThatOfAllDrawings) {
+    write(folder_ / "other.dxf", drawing_);
+    write(folder_ / "run.scr", "ZEPTAlignEntities\n(handent \"2F\")\n(handent \"63\")\n\nk\n");
+    const std::string command = "mkfifo pipe; cat run.scr > pipe & exec '" + orlinth().string() +
+                                "' -s pipe streets.dxf other.dxf -o out/ --quiet";
+    const Outcome outcome = run({"/bin/sh", {"-c", command}, folder_.path(), {}});
+    EXPECT_EQ(outcome.exit, 0) << outcome.error;
+    EXPECT_NE(read(folder_ / "out/streets.dxf"), drawing_);
+    EXPECT_EQ(read(folder_ / "out/other.dxf"), read(folder_ / "out/streets.dxf"));
+}
+
+// Natively only: links there need no rights.
+TEST_F(Program, ALinkToWhatIsNotThereYetIsThatFile) {
+    std::filesystem::create_symlink("out.dxf", folder_ / "link.json");
+    const Outcome outcome = call(
+        {"align", "streets.dxf", "--line", "handle=2F", "-o", "out.dxf", "--report", "link.json"});
+    EXPECT_EQ(outcome.exit, 2);
+    EXPECT_TRUE(contains(outcome.error, "name the same file")) << outcome.error;
+}
+
+// Natively only: Windows has no such names.
+TEST_F(Program, NamesThatAreNoUtf8AreToldByTheirBytes) {
+    write(folder_ / "n\xE4rhi.dxf", drawing_);
+    write(folder_ / "n\\xE4rhi.dxf", drawing_);
+    const Outcome outcome = call({"align", "n\xE4rhi.dxf", "n\\xE4rhi.dxf", "--line", "handle=2F",
+                                  "-o", "out/", "--report", "{}.json", "--summary", "all.csv"});
+    EXPECT_EQ(outcome.exit, 0) << outcome.error;
+    EXPECT_TRUE(contains(outcome.output, "saved as out/n\\xE4rhi.dxf\n")) << outcome.output;
+    EXPECT_TRUE(contains(outcome.output, "saved as out/n\\x5CxE4rhi.dxf\n")) << outcome.output;
+    EXPECT_FALSE(contains(outcome.output, "n\xE4rhi"));
+    EXPECT_TRUE(contains(read(folder_ / "n\xE4rhi.json"), "\"file\": \"n\\\\xE4rhi.dxf\""));
+    EXPECT_TRUE(contains(read(folder_ / "all.csv"), "\nn\\xE4rhi.dxf,0,"));
+    EXPECT_EQ(read(folder_ / "out/n\xE4rhi.dxf"), read(folder_ / "out/n\\xE4rhi.dxf"));
+}
+
+// Natively only: the shell's signals. The script is a pipe that gives nothing till the signal has
+// come.
+TEST_F(Program, ACallOverSeveralThatIsInterruptedStillTellsWhatWasDone) {
+    write(folder_ / "wait.scr", "QSAVE\n");
+    for (const char* name : {"a.dxf", "b.dxf", "c.dxf"}) write(folder_ / name, drawing_);
+    const std::string command =
+        "mkfifo pipe; '" + orlinth().string() +
+        "' -s pipe a.dxf b.dxf c.dxf --summary all.csv --quiet & p=$!; exec 3>pipe; "
+        "kill -TERM $p; cat wait.scr >&3; exec 3>&-; wait $p; exit $?";
+    const Outcome outcome = run({"/bin/sh", {"-c", command}, folder_.path(), {}});
+    EXPECT_EQ(outcome.exit, 4) << outcome.error;
+    EXPECT_TRUE(contains(outcome.error, "a.dxf was not written: it was interrupted\n"));
+    EXPECT_TRUE(contains(outcome.output, "  b.dxf         -         -     -     -  not tried\n"))
+        << outcome.output;
+    EXPECT_EQ(read(folder_ / "a.dxf"), drawing_);
+    EXPECT_TRUE(contains(outcome.error, "interrupted")) << outcome.error;
+    EXPECT_TRUE(contains(read(folder_ / "all.csv"), "c.dxf,,not tried"));
+}
+
+// Natively only: the shell's signals. The signal comes while the report or the drawing is written,
+// or after both.
+TEST_F(Program, AReportThatIsInterruptedLeavesNoHalfAndTellsOfASavedDrawing) {
+    std::string large = drawing_;
+    const std::size_t at = large.find("ENDSEC", large.find("ENTITIES"));
+    const std::size_t record = large.rfind('0', at);
+    const std::string eol = large.find("\r\n") == std::string::npos ? "\n" : "\r\n";
+    std::string texts;
+    for (int i = 0; i < 30000; ++i)
+        texts += "  0" + eol + "TEXT" + eol + "  8" + eol + "0" + eol + " 10" + eol + "25496000.5" +
+                 eol + " 20" + eol + "6672000.5" + eol + " 40" + eol + "1.0" + eol + "  1" + eol +
+                 "a" + eol;
+    const std::size_t begin = large.rfind('\n', record) + 1;
+    large.insert(begin, texts);
+    write(folder_ / "large.dxf", large);
+    for (const char* file : {"orlinth-*.tmp", "out.dxf"}) {
+        std::filesystem::remove(folder_ / "out.dxf");
+        std::filesystem::remove(folder_ / "r.json");
+        const std::string command =
+            "'" + orlinth().string() +
+            "' align large.dxf --line handle=2F -o out.dxf --report r.json --verify --quiet & "
+            "p=$!; "
+            "while kill -0 $p 2>/dev/null; do for f in " +
+            std::string(file) +
+            "; do if [ -e \"$f\" ]; then kill -TERM $p; wait $p; exit $?; fi; done; done; "
+            "wait $p; exit $?";
+        const Outcome outcome = run({"/bin/sh", {"-c", command}, folder_.path(), {}});
+        const bool saved = std::filesystem::exists(folder_ / "out.dxf");
+        EXPECT_EQ(outcome.exit, saved ? 0 : 4) << outcome.error;
+        if (saved) {
+            EXPECT_TRUE(contains(read(folder_ / "r.json"), "\"savedAs\": \"out.dxf\""));
+        }
+        EXPECT_EQ(fileCount(),
+                  saved ? 4 : 2 + (std::filesystem::exists(folder_ / "r.json") ? 1 : 0));
+    }
 }
 
 // Natively only: the shell that closes the pipe.

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdio>
 #include <limits>
 #include <string>
 
@@ -130,7 +131,9 @@ console::Record handMade() {
     left.type = "MTEXT";
     left.className = "AcDbMText";
     left.layer = "NIMET";
+    left.hangsAt = AcGePoint3d(7, 8.5, 0);
     run.left.push_back(left);
+    left.hangsAt.reset();
     left.id = id(3);
     left.reason = Reason::lockedLayer;
     left.selected = false;
@@ -152,9 +155,9 @@ TEST(TextReport, TellsTheLineTheTurnedTheLeftAndTheTotals) {
               "  handle  type  layer     was      is  segment  distance  moved  name\n"
               "  30      TEXT  NIMET  15.000  14.500        0     1.250  3.000  Mäntytie \"1\"\n"
               "  2 left\n"
-              "  handle  type   layer  reason                       name\n"
-              "          MTEXT  NIMET  class not turned: AcDbMText\n"
-              "          MTEXT  NIMET  locked layer, not selected\n"
+              "  handle or place  type   layer  reason                       name\n"
+              "  7.000,8.500      MTEXT  NIMET  class not turned: AcDbMText\n"
+              "  -                MTEXT  NIMET  locked layer, not selected\n"
               "\n"
               "Total: 1 turned, 2 left: 1 locked layer, 1 class not turned\n");
 }
@@ -166,6 +169,8 @@ TEST(TextReport, TellsWhereItWasSaved) {
     EXPECT_EQ(second({"", false}), "Not saved.");
     EXPECT_EQ(second({"", true}), "A dry run: nothing is written.");
     EXPECT_EQ(second({"out.dxf", true}), "A dry run; it would be saved as out.dxf");
+    EXPECT_EQ(second({"out.dxf", false, true}),
+              "Saved as out.dxf, and changed since; that is not saved.");
 }
 
 TEST(TextReport, AnglesAreWithinAWholeTurn) {
@@ -174,6 +179,91 @@ TEST(TextReport, AnglesAreWithinAWholeTurn) {
     record.runs[0].turned[0].after.degrees = -90.0;
     const std::string text = textReport(record, {});
     EXPECT_NE(text.find("  0.000  270.000  "), std::string::npos) << text;
+}
+
+TEST(TextReport, AnglesThatDifferLookDifferent) {
+    console::Record record = handMade();
+    const auto row = [&](double before, double after) {
+        record.runs[0].turned[0].before.degrees = before;
+        record.runs[0].turned[0].after.degrees = after;
+        return textReport(record, {});
+    };
+    EXPECT_NE(row(0, 359.99987).find("  0.0000  359.9999  "), std::string::npos);
+    EXPECT_NE(row(30, 30 + 1e-9).find("  30.000000000  30.000000001  "), std::string::npos);
+    EXPECT_NE(row(7.25, 367.25).find("  7.250  367.250  "), std::string::npos);  // a whole turn
+    EXPECT_NE(row(7.25, 7.25).find("  7.250  7.250  "), std::string::npos);
+    record.runs[0].turned[0].after.insertion = AcGePoint3d(5, 1 + 1e-6, 0);
+    EXPECT_NE(row(0, 1).find("  0.000001  "), std::string::npos) << row(0, 1);
+}
+
+TEST(TextReport, FarDistancesStayShort) {
+    console::Record record = handMade();
+    record.runs[0].turned[0].distance = 1e308;
+    EXPECT_NE(textReport(record, {}).find("  1.000e+308  "), std::string::npos);
+}
+
+TEST(TextReport, LinesAndTheLikeAreCountedByTheirClass) {
+    console::Record record = handMade();
+    std::vector<LeftEntity>& left = record.runs[0].left;
+    left.clear();
+    const auto add = [&](const char* type, Reason reason, bool selected) {
+        LeftEntity entity;
+        entity.id = AcDbObjectId(static_cast<Adesk::IntDbId>(100 + left.size()));
+        entity.handle = std::to_string(100 + left.size());
+        entity.type = type;
+        entity.className = "AcDbX";
+        entity.reason = reason;
+        entity.selected = selected;
+        left.push_back(entity);
+    };
+    for (const char* label : {"MTEXT", "INSERT", "ATTDEF", "ATTRIB", "DIMENSION", "ARC_DIMENSION"})
+        add(label, Reason::classNotTurned, true);
+    for (int i = 0; i < 3; ++i) add("LINE", Reason::classNotTurned, true);
+    add("HATCH", Reason::classNotTurned, true);
+    add("LINE", Reason::lockedLayer, false);
+    add("LINE", Reason::erased, true);
+    const std::string text = textReport(record, {});
+    for (int row = 100; row < 106; ++row)
+        EXPECT_NE(text.find("\n  " + std::to_string(row) + " "), std::string::npos) << row;
+    EXPECT_EQ(text.find("\n  106 "), std::string::npos) << text;
+    EXPECT_NE(text.find("\n  111     LINE "), std::string::npos) << text;
+    EXPECT_NE(text.find("\n  1 HATCH, 3 LINE: class not turned\n"
+                        "  1 LINE: locked layer, not selected\n"),
+              std::string::npos)
+        << text;
+}
+
+TEST(TextReport, WhereHandlesAreMissingPlacesTellTheEntities) {
+    console::Record record = handMade();
+    record.runs[0].turned[0].handle.clear();
+    record.runs[0].turned[0].hangsAt = AcGePoint3d(25496000.5, 6672000, 0);
+    EXPECT_NE(textReport(record, {}).find("  25496000.500,6672000.000  TEXT "), std::string::npos);
+}
+
+TEST(TextReport, TellsWhatIsOddInTheDrawing) {
+    console::Record record = handMade();
+    for (std::uint64_t line = 1; line <= 12; ++line)
+        record.findings.all.push_back({{dxf::Position::Unit::line, line}, "odd"});
+    record.findings.omitted = 3;
+    const std::string text = textReport(record, {});
+    EXPECT_NE(text.find("Odd in it, and kept as it stands:\n  line 1: odd\n"), std::string::npos);
+    EXPECT_NE(text.find("  line 10: odd\n  and 5 more\n\n"), std::string::npos) << text;
+    EXPECT_EQ(record.findings.text(), "line 1: odd, and 14 more");
+    EXPECT_EQ(console::Findings().text(), "");
+}
+
+TEST(CsvReport, HasARowForEachEntityAndEmptyCellsForWhatDoesNotApply) {
+    console::Record record = handMade();
+    record.runs[0].left[0].layer = "A,\"B\"\n";
+    EXPECT_EQ(
+        console::csvReport(record),
+        "run,command,outcome,handle,type,class,layer,name,angleBefore,angleAfter,xBefore,"
+        "yBefore,xAfter,yAfter,hangsAtX,hangsAtY,segment,distance,reason,detail,selected\n"
+        "1,ZEPTAlignEntities,turned,30,TEXT,AcDbText,NIMET,\"Mäntytie\t\"\"1\"\"\",15,374.5,5,1,"
+        "5,4,0,0,0,1.25,,,\n"
+        "1,ZEPTAlignEntities,left,,MTEXT,AcDbMText,\"A,\"\"B\"\"\n\",,,,,,,,7,8.5,,,class not "
+        "turned,,true\n"
+        "1,ZEPTAlignEntities,left,,MTEXT,AcDbMText,NIMET,,,,,,,,,,,,locked layer,,false\n");
 }
 
 TEST(TextReport, WhatControlsATerminalIsABlank) {
@@ -205,11 +295,12 @@ TEST(JsonReport, TellsTheSame) {
     const std::string json = jsonReport(handMade(), {"out.dxf", false});
     for (const char* part :
          {"\"drawing\": {\n    \"file\": \"katu.dxf\",\n    \"release\": \"R12\",\n    "
-          "\"version\": \"AC1009\"",
+          "\"version\": \"AC1009\",\n    \"findings\": [],\n    \"omittedFindings\": 0\n  },",
           "\"savedAs\": \"out.dxf\"", "\"pickedAt\": [1, 2, 0]",
           "\"name\": \"Mäntytie\\t\\\"1\\\"\", \"angleBefore\": 15, \"angleAfter\": 374.5, "
           "\"insertionBefore\": [5, 1, 0], \"insertionAfter\": [5, 4, 0]",
           "\"segment\": 0, \"distance\": 1.25}", "{\"handle\": null, \"type\": \"MTEXT\"",
+          "\"hangsAt\": [7, 8.5, 0], \"reason\": \"classNotTurned\"", "\"changedSince\": false",
           "\"reason\": \"lockedLayer\", \"detail\": null, "
           "\"selected\": false}"})
         EXPECT_NE(json.find(part), std::string::npos) << part << "\n" << json;
@@ -305,6 +396,58 @@ TEST_F(Report, OfADryRunIsThatOfTheRealOneButForItsMark) {
     ASSERT_NE(dry.find(mark), std::string::npos);
     dry.replace(dry.find(mark), mark.size(), "\"dryRun\": false");
     EXPECT_EQ(dry, read(folder_ / "real.json"));
+}
+
+TEST_F(Report, ADrawingThatIsAlignedAgainStaysAsItIs) {
+    unsigned seed = 5;
+    const auto random = [&seed] {
+        seed = seed * 1664525U + 1013904223U;
+        return static_cast<double>(seed) / 4294967296.0 * 60.0 - 30.0;
+    };
+    // Texts near the origin show each bit of a rotation in the place where they stand.
+    std::string drawing = "  0\nSECTION\n  2\nENTITIES\n";
+    drawing += "  0\nLINE\n  5\n2F\n  8\n0\n 10\n-30.0\n 20\n-7.0\n 11\n31.0\n 21\n17.0\n";
+    for (int i = 0; i < 300; ++i) {
+        const auto group = [&drawing](int code, const std::string& value) {
+            drawing += std::to_string(code) + "\n" + value + "\n";
+        };
+        char handle[16];
+        std::snprintf(handle, sizeof handle, "%X", 0x100 + i);
+        group(0, "TEXT");
+        group(5, handle);
+        group(8, "0");
+        for (const int code : {10, 20, 11, 21}) group(code, std::to_string(random()));
+        group(40, "1.0");
+        group(1, "a");
+        group(72, std::to_string(1 + i % 2));
+        group(73, std::to_string(i % 4));
+    }
+    drawing += "  0\nENDSEC\n  0\nEOF\n";
+    write(folder_ / "0.dxf", drawing);
+    for (int round = 0; round < 3; ++round) {
+        const std::string from = std::to_string(round) + ".dxf";
+        const std::string to = std::to_string(round + 1) + ".dxf";
+        const Outcome outcome = call({"align", from, "--line", "handle=2F", "-o", to});
+        EXPECT_EQ(outcome.exit, 0) << outcome.error;
+        if (round == 0) continue;
+        EXPECT_NE(outcome.output.find("300 turned (300 stood so already), 1 left"),
+                  std::string::npos)
+            << outcome.output;
+        EXPECT_EQ(read(folder_ / from), read(folder_ / to));
+    }
+}
+
+TEST_F(Report, ALineWithoutADirectionGivesNoAngle) {
+    std::string drawing = "  0\nSECTION\n  2\nENTITIES\n";
+    drawing += "  0\nLINE\n  5\n2F\n  8\n0\n 10\n-1e308\n 20\n-1e308\n 11\n1e308\n 21\n1e308\n";
+    drawing += "  0\nTEXT\n  5\n30\n  8\n0\n 10\n1.0\n 20\n1.0\n 40\n1.0\n  1\na\n";
+    drawing += "  0\nENDSEC\n  0\nEOF\n";
+    write(folder_ / "far.dxf", drawing);
+    const Outcome outcome =
+        call({"align", "far.dxf", "--line", "handle=2F", "--dry-run", "--report", "far.json"});
+    EXPECT_EQ(outcome.exit, 0) << outcome.error;
+    const std::string json = read(folder_ / "far.json");
+    EXPECT_NE(json.find("\"reason\": \"noAngle\", \"detail\": null"), std::string::npos) << json;
 }
 
 TEST_F(Report, IsTheSameEveryTime) {
