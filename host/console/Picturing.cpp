@@ -59,7 +59,8 @@ picture::Change changeOf(const Record& record) {
     const Outcome outcome = record.outcome();
     for (const Outcome::Turned& turned : outcome.turned)
         change.turned.push_back(
-            {turned.first->id, turned.first->before.degrees * radiansPerDegree, turned.stoodSo()});
+            {turned.first->id, turned.first->before.degrees * radiansPerDegree, turned.stoodSo(),
+             turned.first->before.insertion.distanceTo(turned.last->after.insertion)});
     for (const LeftEntity* left : outcome.left) change.left.push_back({left->id, reasonOf(*left)});
     return change;
 }

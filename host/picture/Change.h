@@ -11,7 +11,8 @@ namespace host::picture {
 struct Turned {
     AcDbObjectId entity;
     double formerRotation = 0.0;  // radians, in the entity's own plane
-    bool stoodSo = false;         // turned to where it stood
+    bool stoodSo = false;         // turned to where it stood, to the bit
+    double moved = 0.0;           // how far its insertion point is from where it was
 };
 
 struct Left {

@@ -1,6 +1,7 @@
 #include "host/picture/Legend.h"
 
 #include <algorithm>
+#include <cmath>
 #include <sstream>
 #include <vector>
 
@@ -25,6 +26,12 @@ std::wstring wide(const std::string& ascii) {
 
 std::wstring counted(std::size_t count, const wchar_t* one, const wchar_t* more) {
     return std::to_wstring(count) + (count == 1 ? one : more);
+}
+
+// With two digits that count: "0.047".
+std::string roughText(double value) {
+    const double unit = std::pow(10.0, std::floor(std::log10(value)) - 1.0);
+    return shortText(std::round(value / unit) * unit);
 }
 
 // "3 HATCH, 1 IMAGE"
@@ -58,6 +65,15 @@ std::vector<std::wstring> notes(const Tally& tally) {
         L" turned entities lie outside of the picture");
     add(tally.groundsOnly, L" turned entity is shown by its ground alone",
         L" turned entities are shown by their grounds alone");
+    if (tally.labelHeight > 0.0)
+        all.push_back(L"Labels are " + wide(roughText(tally.labelHeight)) +
+                      L" mm high at this scale: zoom in, the SVG holds them.");
+    add(tally.ringed, L" turned entity is smaller than 0.5 mm here, in a ring",
+        L" turned entities are smaller than 0.5 mm here, each in a ring");
+    if (tally.nearlySo != 0)
+        all.push_back(L"Outlined: " + std::to_wstring(tally.outlined - tally.nearlySo) +
+                      L" stood so already, " + std::to_wstring(tally.nearlySo) +
+                      L" turned by less than can be seen.");
     add(tally.turnedOmitted, L" turned entity is left out: the picture was full",
         L" turned entities are left out: the picture was full");
     add(tally.unmarked, L" entity that was left has no cross",
@@ -182,12 +198,17 @@ std::string legend(const Sheet& sheet, const Caption& caption, const Tally& tall
                  headSize);
     writer.line(6.5);
     if (tally.lines != 0)
-        writer.key("<path class=\"picked\" stroke-width=\"1\" d=\"M0 -1.1h9\"/>", 9.0,
-                   tally.lines == 1 ? L"the picked line" : L"the picked lines");
+        writer.key(
+            "<path class=\"picked\" stroke-width=\"1\" d=\"M0 -1.1h7\"/>"
+            "<path class=\"arrow\" d=\"M9 -1.1l-3.6 -1.5v3z\"/>",
+            9.0, tally.lines == 1 ? L"the picked line" : L"the picked lines");
     if (tally.counts.turned != 0) {
         writer.key(letters("before"), 6.0, L"before");
-        writer.key(letters("after"), 6.5, L"after: turned along its nearest segment");
+        writer.key(letters("after"), 6.5, L"after: along its nearest segment");
     }
+    if (tally.outlined != 0)
+        writer.key("<path class=\"ground unchanged\" stroke-width=\".2\" d=\"M0 .5v-3.4h4v3.4z\"/>",
+                   4.0, tally.nearlySo == 0 ? L"stood so already" : L"looks as before");
     if (tally.hasMarks)
         writer.key("<path class=\"mark\" stroke-width=\".5\" d=\"M0 -2l2 2M0 0l2 -2\"/>", 2.0,
                    L"left as it was");

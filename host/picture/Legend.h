@@ -17,11 +17,15 @@ struct Tally {
     std::size_t lines = 0;                        // that were picked
     std::wstring line;                            // the last of them: "LWPOLYLINE 2F"
     bool hasMarks = false;
+    std::size_t outlined = 0;  // turned, with an outline: they stand as they stood
+    std::size_t nearlySo = 0;  // of these, those that were turned by less than can be seen
 
     // What the picture does not show as it is.
     std::size_t elsewhere = 0;      // lines and turned entities outside of model space
     std::size_t turnedOutside = 0;  // turned, beside the part that is shown
     std::size_t groundsOnly = 0;    // turned, with their ground alone
+    double labelHeight = 0.0;       // of the turned texts, in mm; 0: they can be read
+    std::size_t ringed = 0;         // turned, too small for more than a ring
     std::size_t turnedOmitted = 0;  // turned, when the picture was full
     std::size_t unmarked = 0;       // left, without a cross
     std::size_t omitted = 0;        // because the picture was full

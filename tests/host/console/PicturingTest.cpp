@@ -75,7 +75,9 @@ TEST(ChangeOf, WhatWasTurnedAndTurnedBackStoodSo) {
     record.runs[2].left = {left(10, Reason::erased)};
     const auto change = changeOf(record);
     EXPECT_TRUE(change.turned.at(0).stoodSo);
+    EXPECT_EQ(change.turned.at(0).moved, 0);
     EXPECT_FALSE(change.turned.at(1).stoodSo);
+    EXPECT_EQ(change.turned.at(1).moved, 1);
     EXPECT_EQ(record.outcome().text(), "2 turned (1 stood so already), 0 left");
 }
 
