@@ -3,18 +3,14 @@
 #include <dbents.h>
 
 #include <algorithm>
-#include <cmath>
 #include <unordered_map>
 
 #include "host/database/Drawing.h"
 #include "host/database/Names.h"
-#include "host/database/ObjectImp.h"
-#include "host/picture/Arrowheads.h"
 #include "host/picture/Artist.h"
-#include "host/picture/Cut.h"
+#include "host/picture/Emphasis.h"
 #include "host/picture/FontWidths.h"
 #include "host/picture/Legend.h"
-#include "host/picture/Lettering.h"
 #include "host/picture/PathData.h"
 #include "host/picture/Scene.h"
 #include "host/picture/Svg.h"
@@ -26,23 +22,7 @@ namespace {
 constexpr double pickedWidth = 0.9;
 constexpr double markSize = 2.2;  // of the crosses on what was left
 constexpr double groundOutline = 0.15;
-// What was turned lies on a ground somewhat larger than it, by this of its size, but not by more
-// than so much at each side. Less than the least, it has a ring of that width instead.
-constexpr double groundMargin = 0.3;
-constexpr double mostMargin = 0.4;
-constexpr double leastGround = 0.5;
 constexpr double leastReadable = 0.7;  // height of letters
-// What was turned by less, and moved by less, looks as it did.
-constexpr double leastMove = 0.05;
-constexpr double leastTurn = 0.05 * 3.14159265358979323846 / 180.0;
-
-// Arrowheads of the picked line: none on stretches below the first, every so far; and the ring
-// around a line that is smaller than it.
-constexpr ArrowRule arrows{8.0, 4.2, 60.0};
-constexpr double arrowWidth = 3.4;
-constexpr double leastPicked = 8.0;
-constexpr double ringMargin = 2.0;
-constexpr double ringWidth = 0.6;
 
 // What is smaller than this, in millimetres on paper, is left out. A drawing that fills the picture
 // is drawn again with less detail.
@@ -67,8 +47,8 @@ constexpr const char* styles =
     ".model .hatch{fill:currentColor;fill-opacity:.25;fill-rule:evenodd;stroke:none}\n"
     ".model .pattern{fill-opacity:.08;stroke:currentColor;stroke-opacity:.3}\n"
     ".ground{fill:#fde68a;stroke:none}.model .ground{stroke:none}\n"
-    ".ground.tiny,.model .tiny{fill-opacity:.5;stroke:#b45309}\n"
-    ".ground.unchanged,.model .ground.unchanged{fill:none;stroke:#b45309;stroke-opacity:.6}\n"
+    ".ground.tiny{fill-opacity:.5;stroke:#b45309}\n"
+    ".ground.unchanged{fill:none;stroke:#b45309;stroke-opacity:.6}\n"
     ".arrow{fill:#ea580c}.model .arrow{stroke:none}.ring{fill:none;stroke:#ea580c}\n"
     ".before{fill-opacity:.4;stroke-opacity:.4}.picked{color:#ea580c}.mark{color:#dc2626}\n"
     ".legend{color:#1f2937}.headline{font-weight:bold}.note{fill:#4b5563}\n";
@@ -92,41 +72,6 @@ bool isSymbolOrText(AcDbObjectId id) {
 // Whether the class of an entity has a look that is drawn, if not by these very numbers.
 bool hasLook(const Piece& piece) {
     return *piece.kind != '\0';
-}
-
-PlanPoint middleOf(const PlanBox& box) {
-    return {box.min.x / 2.0 + box.max.x / 2.0, box.min.y / 2.0 + box.max.y / 2.0};
-}
-
-double largerSide(const PlanBox& box) {
-    return std::max(box.max.x - box.min.x, box.max.y - box.min.y);
-}
-
-// The corners of a box with its margin, at most `most` at each side, `least` wide and high at
-// least.
-std::vector<AcGePoint3d> squareAround(const PlanBox& box, double least, double most) {
-    const auto half = [&](double side) {
-        return std::max(least, side + std::min(side * groundMargin, 2.0 * most)) / 2.0;
-    };
-    const auto [x, y] = middleOf(box);
-    const double across = half(box.max.x - box.min.x), upwards = half(box.max.y - box.min.y);
-    return {{x - across, y - upwards, 0.0},
-            {x + across, y - upwards, 0.0},
-            {x + across, y + upwards, 0.0},
-            {x - across, y + upwards, 0.0}};
-}
-
-// Where a text or a symbol points.
-AcGeVector3d directionOf(const Piece& piece) {
-    if (const auto* lettering = std::get_if<Lettering>(&piece.look)) return lettering->right;
-    if (const auto* reference = std::get_if<Reference>(&piece.look))
-        return reference->place * AcGeVector3d::kXAxis;
-    return {};
-}
-
-// Radians, from 0 to half a turn.
-double angleBetween(const AcGeVector3d& a, const AcGeVector3d& b) {
-    return std::atan2(a.crossProduct(b).length(), a.dotProduct(b));
 }
 
 class Composition {
@@ -204,60 +149,13 @@ class Composition {
             showing.title = tally_.line = nameOf(line);
             if (scene_.isInModelSpace(line)) {
                 artist_.draw(out, pieceOf(line), showing);
-                emphasis(out, line);
+                if (database::isVisible(line))
+                    out += directionMarks(sheet_, database_, line, boxOf(database_, line));
             } else {
                 ++tally_.elsewhere;
             }
         }
         return out;
-    }
-
-    // Arrowheads along a line, and the ring by which a small one is found.
-    void emphasis(std::string& out, AcDbObjectId line) const {
-        const PlanBox box = boxOf(database_, line);
-        if (!database::isVisible(line) || box.empty()) return;
-        if (largerSide(box) < sheet_.units(leastPicked)) {
-            const double radius = std::hypot(box.max.x - box.min.x, box.max.y - box.min.y) / 2.0;
-            circle(out, "ring", 0, box, radius + sheet_.units(ringMargin), ringWidth);
-        }
-        for (const Arrowhead& arrowhead : arrowheadsOf(line)) {
-            const auto& [tip, back] = arrowhead;
-            const double part = arrowWidth / arrows.length / 2.0;
-            const double x = (back.y - tip.y) * part, y = (tip.x - back.x) * part;
-            Path triangle;
-            triangle.addRing({{tip.x, tip.y, 0.0},
-                              {back.x + x, back.y + y, 0.0},
-                              {back.x - x, back.y - y, 0.0}});
-            out += "<path class=\"arrow\"";
-            addAttribute(out, "d", pathData(sheet_, triangle));
-            out += "/>\n";
-        }
-    }
-
-    std::vector<Arrowhead> arrowheadsOf(AcDbObjectId line) const {
-        const AcDbObject* object = database_.object(numberOf(line));
-        const database::Curve* curve = object == nullptr ? nullptr : object->impl()->curve();
-        if (curve == nullptr) return {};
-        Path path;
-        path.add(*curve, sheet_.smallest());
-        if (!isWithin(path, sheet_.shown())) path = cutTo(sheet_.shown(), path);
-        return arrowheadsOn(path, {sheet_.units(arrows.least), sheet_.units(arrows.length),
-                                   sheet_.units(arrows.step)});
-    }
-
-    // Around the middle of a box; `width` of its line on paper, 0 for that of the group around.
-    void circle(std::string& out, const char* classes, std::uint64_t handle, const PlanBox& box,
-                double radius, double width) const {
-        const PlanPoint at = middleOf(box);
-        out += "<circle";
-        addAttribute(out, "class", classes);
-        if (handle != 0)
-            addAttribute(out, "data-handle", database::toUtf8(database::handleText(handle)));
-        if (width > 0.0) addAttribute(out, "stroke-width", shortText(sheet_.units(width)));
-        addAttribute(out, "cx", sheet_.x(at.x));
-        addAttribute(out, "cy", sheet_.y(at.y));
-        addAttribute(out, "r", shortText(radius));
-        out += "/>\n";
     }
 
     struct Changes {
@@ -310,7 +208,9 @@ class Composition {
         if (const auto* lettering = std::get_if<Lettering>(&now.look))
             heights_.push_back(lettering->up.length() * lettering->fontSize * capHeight *
                                sheet_.perUnit());
-        ground(out.grounds, now, box, looksAsBefore(turned, before, now));
+        const bool isUnchanged = standsAsBefore(turned, before, now);
+        if (hasRing(sheet_, box)) ++tally_.ringed;
+        out.grounds += groundOf(sheet_, now, box, database_.handleOf(now.number), isUnchanged);
         if (!inFull) {
             ++tally_.groundsOnly;
             return true;
@@ -324,37 +224,12 @@ class Composition {
     }
 
     // Whether nobody sees that it was turned; counts it then.
-    bool looksAsBefore(const Turned& turned, const Piece& before, const Piece& now) {
-        const bool isNearly = angleBetween(directionOf(before), directionOf(now)) < leastTurn &&
-                              turned.moved < sheet_.units(leastMove);
+    bool standsAsBefore(const Turned& turned, const Piece& before, const Piece& now) {
+        const bool isNearly = looksAsBefore(sheet_, before, now, turned.moved);
         if (!turned.stoodSo && !isNearly) return false;
         ++tally_.outlined;
         if (!turned.stoodSo) ++tally_.nearlySo;
         return true;
-    }
-
-    // The box of a text as it lies, of anything else along the axes; a ring around what is tiny.
-    void ground(std::string& out, const Piece& piece, const PlanBox& box, bool isUnchanged) {
-        if (box.empty()) return;
-        const double least = sheet_.units(leastGround);
-        const std::uint64_t handle = database_.handleOf(piece.number);
-        if (largerSide(box) < least) {
-            ++tally_.ringed;
-            circle(out, isUnchanged ? "ground tiny unchanged" : "ground tiny", handle, box,
-                   least / 2.0, 0.0);
-            return;
-        }
-        const auto* lettering = std::get_if<Lettering>(&piece.look);
-        Path path;
-        path.addRing(lettering != nullptr ? outlineOf(*lettering)
-                                          : squareAround(box, least, sheet_.units(mostMargin)));
-        const std::string data = pathData(sheet_, visiblePart(sheet_, path, true));
-        if (data.empty()) return;
-        out += isUnchanged ? "<path class=\"ground unchanged\"" : "<path class=\"ground\"";
-        if (handle != 0)
-            addAttribute(out, "data-handle", database::toUtf8(database::handleText(handle)));
-        addAttribute(out, "d", data);
-        out += "/>\n";
     }
 
     // Crosses on the texts and symbols that were left.

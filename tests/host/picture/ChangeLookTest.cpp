@@ -55,8 +55,9 @@ Pictured picking(const std::string& line, const std::string& text = "") {
 // --- the direction of the picked line ----------------------------------------------------------
 
 TEST(PickedLine, EndsWithAnArrowheadThatPointsAlongIt) {
-    const Pictured picture = picking("LWPOLYLINE|5 2F|8 0|90 3|70 0|10 900.0|20 100.0|10 700.0|20 "
-                                     "100.0|10 700.0|20 500.0");
+    const Pictured picture = picking(
+        "LWPOLYLINE|5 2F|8 0|90 3|70 0|10 900.0|20 100.0|10 700.0|20 "
+        "100.0|10 700.0|20 500.0");
     const auto arrows = pickedOf(picture).ofClass("arrow");
     ASSERT_FALSE(arrows.empty());
     const auto corners = picture.points(*arrows[0]);  // tip, left, right
@@ -248,8 +249,9 @@ TEST(Grounds, OfLabelsThatAreTinyAreRingsOfHalfAMillimetre) {
     EXPECT_NEAR(std::stod(ground.get("cy")) + picture.y, 350.1, 0.1);
     const std::string told = notes(picture);
     EXPECT_TRUE(contains(told, "Labels are 0.05")) << told;
-    EXPECT_TRUE(contains(told, " mm high at this scale: zoom in, the SVG holds them. "
-                               "1 turned entity is smaller than 0.5 mm here, in a ring."))
+    EXPECT_TRUE(contains(told,
+                         " mm high at this scale: zoom in, the SVG holds them. "
+                         "1 turned entity is smaller than 0.5 mm here, in a ring."))
         << told;
 }
 
