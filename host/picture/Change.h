@@ -11,7 +11,7 @@ namespace host::picture {
 struct Turned {
     AcDbObjectId entity;
     double formerRotation = 0.0;  // radians, in the entity's own plane
-    bool stoodSo = false;         // turned to where it stood, to the bit
+    bool stoodSo = false;         // turned to where it stood, as the account counts it
     double moved = 0.0;           // how far its insertion point is from where it was
 };
 

@@ -90,9 +90,8 @@ std::string arrow(const Sheet& sheet, const Arrowhead& arrowhead) {
     const double part = arrowWidth / arrows.length / 2.0;
     const double x = (back.y - tip.y) * part, y = (tip.x - back.x) * part;
     Path triangle;
-    triangle.addRing({{tip.x, tip.y, 0.0},
-                      {back.x + x, back.y + y, 0.0},
-                      {back.x - x, back.y - y, 0.0}});
+    triangle.addRing(
+        {{tip.x, tip.y, 0.0}, {back.x + x, back.y + y, 0.0}, {back.x - x, back.y - y, 0.0}});
     return "<path class=\"arrow\" d=\"" + pathData(sheet, triangle) + "\"/>\n";
 }
 
@@ -104,8 +103,8 @@ std::vector<Arrowhead> arrowheadsOf(const Sheet& sheet, AcDbImpDatabase& databas
     Path path;
     path.add(*curve, sheet.smallest());
     if (!isWithin(path, sheet.shown())) path = cutTo(sheet.shown(), path);
-    return arrowheadsOn(path, {sheet.units(arrows.least), sheet.units(arrows.length),
-                               sheet.units(arrows.step)});
+    return arrowheadsOn(
+        path, {sheet.units(arrows.least), sheet.units(arrows.length), sheet.units(arrows.step)});
 }
 
 }  // namespace

@@ -12,8 +12,8 @@
 
 namespace host::picture {
 
-// Whether a text or symbol that was turned, and whose insertion point moved by `moved`, points where
-// it pointed, to 0.05 degrees, and hangs where it hung, to 0.05 mm on paper.
+// Whether a text or symbol that was turned, and whose insertion point moved by `moved`, points
+// where it pointed, to 0.05 degrees, and hangs where it hung, to 0.05 mm on paper.
 bool looksAsBefore(const Sheet& sheet, const Piece& before, const Piece& now, double moved);
 
 // Whether a box is smaller than half a millimetre on paper, so that its ground is a ring.
