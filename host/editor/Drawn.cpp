@@ -72,7 +72,7 @@ std::vector<Drawn::Near> Drawn::linesNear(const PlanPoint& point, std::size_t co
         if (tooFar(distance)) continue;
         const auto behind =
             std::upper_bound(nearest.begin(), nearest.end(), distance,
-                             [](double value, const Near& near) { return value < near.distance; });
+                             [](double value, const Near& line) { return value < line.distance; });
         nearest.insert(behind, {id, distance});
         if (nearest.size() > count) nearest.pop_back();
     }

@@ -141,9 +141,9 @@ class EntityPrompt {
     std::wstring nearestLines(const PlanPoint& point) const {
         constexpr std::size_t most = 3;
         std::wstring text;
-        for (const Drawn::Near& near : Drawn(*state_.drawing()).linesNear(point, most))
-            text += (text.empty() ? L"\nThe nearest lines: " : L"; ") + entityOnLayer(near.entity) +
-                    L", " + roundedText(near.distance) + L" away";
+        for (const Drawn::Near& line : Drawn(*state_.drawing()).linesNear(point, most))
+            text += (text.empty() ? L"\nThe nearest lines: " : L"; ") + entityOnLayer(line.entity) +
+                    L", " + roundedText(line.distance) + L" away";
         return text.empty() ? text : text + L".";
     }
 

@@ -410,6 +410,7 @@ TEST_F(LinuxTerminalSession, StoppedFromOutsideItGoesOnWithItsOwnModes) {
     EXPECT_FALSE(terminal.isAsFound());
     terminal.type("REDO\r");
     ASSERT_TRUE(terminal.shows("Nothing to redo."));
+    ASSERT_TRUE(terminal.showsPrompt("Command: "));
     terminal.type("\x04");
     EXPECT_EQ(terminal.exitCode(), 0);
 }
