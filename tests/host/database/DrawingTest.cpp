@@ -301,7 +301,7 @@ void goThrough(const std::filesystem::path& path) {
     EXPECT_EQ(pendingChanges(*database).size(), turned);
     const auto saved = host::dxf::Document::fromBytes(savedBytes(*database), "saved.dxf");
     EXPECT_EQ(saved->size(), document(*database).size());
-    EXPECT_TRUE(undo(*database));
+    EXPECT_EQ(undo(*database), turned > 0);
     EXPECT_EQ(savedBytes(*database), original);
 }
 
