@@ -262,7 +262,8 @@ class EditedLines : public LineReader {
     // Behind an Escape: a key that sends a sequence, or a person's wish to cancel, who types on.
     bool readSequence() {
         const std::optional<char> kind = nextAtOnce();
-        if (kind != '[' && kind != 'O') {
+        const bool isSequence = kind && (*kind == '[' || *kind == 'O');
+        if (!isSequence) {
             if (kind) bytesAhead_.push_front(*kind);
             return cancel();
         }
