@@ -1,5 +1,6 @@
-// The examples of README.md, docs/using.md and docs/report.md, run as they are printed there, the
-// table of angles in docs/command.md computed again, and the files that the documents name.
+// The examples of README.md, docs/using.md, docs/report.md and --help, run as they are printed
+// there, the table of angles in docs/command.md computed again, and the files that the documents
+// name.
 //
 // A block that opens with ```scr NAME or ```csv NAME is the content of the file NAME. In a block
 // that opens with
@@ -160,6 +161,48 @@ TEST(Documentation, TheLoopOverAListOfLinesRuns) {
     EXPECT_NE(read(folder / "turned/streets.dxf"), "");
 }
 #endif
+
+// The script of the help: its lines stand indented below the example that takes it.
+std::string scriptOfTheHelp(const std::vector<std::string>& help) {
+    const std::string indent(10, ' ');
+    auto at = std::find_if(help.begin(), help.end(), [&](const std::string& line) {
+        return line == indent + "ZEPTAlignEntities";
+    });
+    std::string script;
+    for (; at != help.end() && (at->empty() || startsWith(*at, indent)); ++at)
+        script += (at->empty() ? "" : at->substr(indent.size())) + "\n";
+    return script;
+}
+
+TEST(Documentation, EveryExampleOfTheHelpRunsAsItStands) {
+    int runs = 0;
+    for (const std::vector<std::string>& words :
+         std::vector<std::vector<std::string>>{{"--help"}, {"align", "--help"}}) {
+        const std::vector<std::string> help =
+            lines(run({orlinth(), words, Folder().path(), {}}).output);
+        auto line = std::find(help.begin(), help.end(), "Examples:");
+        ASSERT_NE(line, help.end());
+        for (; line != help.end(); ++line) {
+            if (!startsWith(*line, "  orlinth ")) continue;
+            const Folder folder;
+            for (const char* name : {"streets.dxf", "north.dxf", "south.dxf"})
+                write(folder / name, read(exampleDrawing()));
+            write(folder / "run.scr", scriptOfTheHelp(help));
+            const std::vector<std::string> call = splitCommandLine("$ " + line->substr(2));
+            const Outcome outcome =
+                run({orlinth(), {call.begin() + 2, call.end()}, folder.path(), "LIST L\n\nQUIT\n"});
+            EXPECT_EQ(outcome.exit, 0) << *line << "\n" << outcome.error;
+            EXPECT_EQ(outcome.error, "") << *line;
+            const bool turns = line->find(" -o turned") != std::string::npos;
+            EXPECT_EQ(std::filesystem::exists(folder / "turned.dxf") ||
+                          std::filesystem::exists(folder / "turned" / "south.dxf"),
+                      turns)
+                << *line;
+            ++runs;
+        }
+    }
+    EXPECT_GE(runs, 9);
+}
 
 TEST(Documentation, EveryExampleOfTheReportPrintsWhatIsWritten) {
     EXPECT_GE(playExamples("docs/report.md"), 2);
