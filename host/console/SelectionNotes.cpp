@@ -8,7 +8,6 @@
 #include <cstddef>
 #include <functional>
 #include <map>
-#include <memory>
 #include <unordered_set>
 #include <utility>
 
@@ -17,6 +16,7 @@
 #include "host/database/Fault.h"
 #include "host/editor/Drawn.h"
 #include "host/editor/EntityName.h"
+#include "host/editor/Layers.h"
 #include "host/editor/Nearest.h"
 #include "host/editor/Words.h"
 
@@ -78,20 +78,12 @@ bool hasName(const Names& names, const std::wstring& name) {
 Names layerNames(const AcDbDatabase& drawing) {
     const fault::Quiet quiet;
     Names names;
-    AcDbLayerTable* table = nullptr;
-    if (const_cast<AcDbDatabase&>(drawing).getSymbolTable(table, AcDb::kForRead) != Acad::eOk)
-        return names;
-    AcDbSymbolTableIterator* made = nullptr;
-    table->newIterator(made);
-    const std::unique_ptr<AcDbSymbolTableIterator> at(made);
-    table->close();
-    for (; at != nullptr && !at->done(); at->step()) {
-        AcDbSymbolTableRecord* record = nullptr;
-        if (at->getRecord(record) != Acad::eOk) continue;
-        const ACHAR* name = nullptr;
-        if (record->getName(name) == Acad::eOk && name != nullptr) names.emplace_back(name);
-        record->close();
-    }
+    editor::forEachLayer(const_cast<AcDbDatabase&>(drawing),
+                         [&](const AcDbLayerTableRecord& layer) {
+                             const ACHAR* name = nullptr;
+                             if (layer.getName(name) == Acad::eOk && name != nullptr)
+                                 names.emplace_back(name);
+                         });
     return names;
 }
 

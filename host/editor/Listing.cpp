@@ -6,11 +6,11 @@
 #include <dbsymtb.h>
 
 #include <algorithm>
-#include <memory>
 
 #include "host/database/Drawing.h"
 #include "host/editor/Details.h"
 #include "host/editor/EntityDetails.h"
+#include "host/editor/Layers.h"
 #include "host/editor/SelectionSets.h"
 #include "host/editor/SessionState.h"
 #include "host/editor/Words.h"
@@ -79,18 +79,8 @@ Row rowOf(const AcDbLayerTableRecord& layer) {
 
 std::vector<Row> layersLike(const State& state, const std::wstring& pattern) {
     std::vector<Row> rows;
-    AcDbLayerTable* table = nullptr;
-    if (state.drawing()->getSymbolTable(table, AcDb::kForRead) != Acad::eOk) return rows;
-    AcDbSymbolTableIterator* made = nullptr;
-    table->newIterator(made);
-    const std::unique_ptr<AcDbSymbolTableIterator> at(made);
-    table->close();
-    for (; at != nullptr && !at->done(); at->step()) {
-        AcDbSymbolTableRecord* record = nullptr;
-        if (at->getRecord(record) != Acad::eOk) continue;
-        if (const auto* layer = AcDbLayerTableRecord::cast(record)) rows.push_back(rowOf(*layer));
-        record->close();
-    }
+    forEachLayer(*state.drawing(),
+                 [&](const AcDbLayerTableRecord& layer) { rows.push_back(rowOf(layer)); });
     rows.erase(std::remove_if(rows.begin(), rows.end(),
                               [&](const Row& row) {
                                   return !acutWcMatchEx(row.name.c_str(), pattern.c_str(), true);
